@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// corvex: the command-line tool over the Corvex core.
+#include "Command.h"
+#include "StderrLogger.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <cstdio>
+
+namespace cli {
+
+namespace {
+QList<Command> &registry()
+{
+    static QList<Command> list;
+    return list;
+}
+
+void printUsage(FILE *stream)
+{
+    QString text = QStringLiteral("usage: corvex COMMAND [ARGUMENTS...]\n\nCommands:\n");
+    for (const Command &command : commands())
+        text += QStringLiteral("  %1 %2\n      %3\n").arg(command.name, command.usage, command.summary);
+    text += QStringLiteral("\nRun 'corvex COMMAND --help' for a command's help.\n");
+    std::fputs(text.toUtf8().constData(), stream);
+}
+} // namespace
+
+CommandRegistration::CommandRegistration(const char *name, const char *usage, const char *summary,
+                                         CommandFunction run, const char *help)
+{
+    registry().append(Command{QString::fromUtf8(name), QString::fromUtf8(usage), QString::fromUtf8(summary),
+                              QString::fromUtf8(help), std::move(run)});
+    std::sort(registry().begin(), registry().end(),
+              [](const Command &a, const Command &b) { return a.name < b.name; });
+}
+
+const QList<Command> &commands()
+{
+    return registry();
+}
+
+void out(const QString &text)
+{
+    std::fputs(text.toUtf8().constData(), stdout);
+    std::fflush(stdout);
+}
+
+void err(const QString &text)
+{
+    std::fputs(text.toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+int fail(const QString &message)
+{
+    err(QStringLiteral("corvex: %1\n").arg(message));
+    return 1;
+}
+
+} // namespace cli
+
+int main(int argc, char **argv)
+{
+    // Image work needs a GUI application object; the offscreen platform needs no display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("corvex"));
+    cli::installStderrLogger();
+
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.isEmpty() || arguments.first() == QLatin1String("--help") ||
+        arguments.first() == QLatin1String("-h") || arguments.first() == QLatin1String("help")) {
+        cli::printUsage(arguments.isEmpty() ? stderr : stdout);
+        return arguments.isEmpty() ? 2 : 0;
+    }
+    const QString name = arguments.takeFirst();
+    for (const cli::Command &command : cli::commands()) {
+        if (command.name != name)
+            continue;
+        if (arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h"))) {
+            cli::out(QStringLiteral("usage: corvex %1 %2\n%3\n").arg(command.name, command.usage, command.summary));
+            if (!command.help.isEmpty())
+                cli::out(QStringLiteral("\n%1\n").arg(command.help));
+            return 0;
+        }
+        const int code = command.run(arguments);
+        cli::flushLogs();
+        return code;
+    }
+    return cli::fail(QStringLiteral("unknown command '%1' (try 'corvex --help')").arg(name));
+}

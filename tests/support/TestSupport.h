@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <chrono>
+#include <functional>
+
+// Every test process runs in a home of its own (HOME and the XDG folders below a fresh temporary folder),
+// on a private D-Bus session bus and on Qt's offscreen platform. See TestMain.cpp.
+namespace corvex::test {
+
+// The temporary HOME of this test process.
+QString home();
+
+// Runs the event loop until the predicate holds or the time is up; returns the predicate's last value.
+bool waitUntil(const std::function<bool()> &predicate,
+               std::chrono::milliseconds timeout = std::chrono::milliseconds(5000));
+
+// Runs the event loop for the given time.
+void spin(std::chrono::milliseconds duration);
+
+// Writes bytes to a file (creating its folder); returns the absolute path.
+QString writeFile(const QString &path, const QByteArray &bytes);
+
+struct ProcessResult {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+// Runs a program to its end with this test's environment (same HOME, XDG folders and session bus).
+ProcessResult run(const QString &program, const QStringList &arguments, const QByteArray &input = {},
+                  std::chrono::milliseconds timeout = std::chrono::milliseconds(60000));
+
+// Runs the `corvex` command-line tool.
+ProcessResult runCli(const QStringList &arguments, const QByteArray &input = {});
+
+} // namespace corvex::test
