@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// corvex version-compare A B: prints -1 when A is older than B, 1 when it is newer, 0 otherwise.
+#include "Command.h"
+#include "QZSUStandardVersionComparator.h"
+
+namespace {
+
+int runVersionCompare(const QStringList &arguments)
+{
+    if (arguments.size() != 2)
+        return cli::fail(
+            QStringLiteral("version-compare needs exactly two versions (usage: corvex version-compare A B)"));
+    const int result =
+        QZSUStandardVersionComparator::defaultComparator().compareVersion(arguments.at(0), arguments.at(1));
+    cli::out(QString::number(result) + QLatin1Char('\n'));
+    return 0;
+}
+
+const cli::CommandRegistration registration{
+    "version-compare", "A B", "Compares two version strings; prints -1 (A older), 0 (same) or 1 (A newer).",
+    &runVersionCompare,
+    "Digits compare by value, other runs of characters literally; a letter suffix sorts below the release "
+    "it\n"
+    "qualifies (1.0b < 1.0) and an extra number sorts above (1.0 < 1.0.1)."};
+
+} // namespace

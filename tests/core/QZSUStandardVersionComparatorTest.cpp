@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "QZSUStandardVersionComparator.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+using Comparator = QZSUStandardVersionComparator;
+
+Comparator::ComparisonResult compare(const char *a, const char *b)
+{
+    return Comparator::defaultComparator().compareVersion(QString::fromUtf8(a), QString::fromUtf8(b));
+}
+
+QStringList split(const QString &version)
+{
+    return Comparator::defaultComparator().splitVersionString(version);
+}
+
+TEST(QZSUStandardVersionComparatorTest, CharacterTypes)
+{
+    const Comparator &c = Comparator::defaultComparator();
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral(".")), Comparator::kPeriodType);
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("7")), Comparator::kNumberType);
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("b")), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("-")), Comparator::kStringType);
+    // Only a lone "." is a period; otherwise the first character decides.
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("..")), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("3x")), Comparator::kNumberType);
+    // Unicode decimal digits count as digits (ARABIC-INDIC DIGIT THREE, FULLWIDTH DIGIT FIVE).
+    EXPECT_EQ(c.typeOfCharacter(QString(QChar(0x0663))), Comparator::kNumberType);
+    EXPECT_EQ(c.typeOfCharacter(QString(QChar(0xFF15))), Comparator::kNumberType);
+    // A superscript two is a digit-like symbol but not a decimal digit.
+    EXPECT_EQ(c.typeOfCharacter(QString(QChar(0x00B2))), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(QString()), Comparator::kStringType);
+    EXPECT_EQ(&Comparator::defaultComparator(), &c);
+}
+
+TEST(QZSUStandardVersionComparatorTest, Splitting)
+{
+    using L = QStringList;
+    EXPECT_EQ(split(QString()), L());
+    EXPECT_EQ(split(QStringLiteral("1.0b3")), (L{"1", ".", "0", "b", "3"}));
+    EXPECT_EQ(split(QStringLiteral("1..2")), (L{"1", ".", ".", "2"}));
+    EXPECT_EQ(split(QStringLiteral("10.4rc")), (L{"10", ".", "4", "rc"}));
+    EXPECT_EQ(split(QStringLiteral("...")), (L{".", ".", "."}));
+    EXPECT_EQ(split(QStringLiteral("2.10.1")), (L{"2", ".", "10", ".", "1"}));
+    EXPECT_EQ(split(QStringLiteral("v12-beta")), (L{"v", "12", "-beta"}));
+    EXPECT_EQ(split(QStringLiteral("x")), (L{"x"}));
+}
+
+TEST(QZSUStandardVersionComparatorTest, NumbersCompareByValue)
+{
+    EXPECT_EQ(compare("2.0.5", "2.0.5"), Comparator::OrderedSame);
+    EXPECT_EQ(compare("2.0.10", "2.0.9"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("2.0.9", "2.0.10"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("2.010", "2.10"), Comparator::OrderedSame);
+    EXPECT_EQ(compare("3", "20"), Comparator::OrderedAscending);
+}
+
+TEST(QZSUStandardVersionComparatorTest, PreReleaseSuffixesSortBelowTheRelease)
+{
+    EXPECT_EQ(compare("1.0", "1.0b"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("1.0b", "1.0"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.0b3", "1.0"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.0b3", "1.0b4"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.0a", "1.0b"), Comparator::OrderedAscending);
+    // Literal comparison: upper case sorts first.
+    EXPECT_EQ(compare("1.0B", "1.0a"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.0rc", "1.0rc"), Comparator::OrderedSame);
+}
+
+TEST(QZSUStandardVersionComparatorTest, ExtraNumbersAndPeriodsSortAbove)
+{
+    EXPECT_EQ(compare("1.0", "1.0.1"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.0.1", "1.0"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("1.0.", "1.0"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("1", "1."), Comparator::OrderedAscending);
+}
+
+TEST(QZSUStandardVersionComparatorTest, MixedTypesAtTheSamePlace)
+{
+    // A number beats a string, a number beats a period, a period beats a string.
+    EXPECT_EQ(compare("1.0", "1.a"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("1.a", "1.0"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.5", "1..5"), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("1..5", "1.5"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1.x", "1.."), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1..", "1.x"), Comparator::OrderedDescending);
+}
+
+TEST(QZSUStandardVersionComparatorTest, EmptyStrings)
+{
+    EXPECT_EQ(compare("", "1"), Comparator::OrderedAscending);
+    EXPECT_EQ(compare("1", ""), Comparator::OrderedDescending);
+    EXPECT_EQ(compare("", ""), Comparator::OrderedSame);
+    // An empty version is newer than a bare pre-release tag: the extra part is a string.
+    EXPECT_EQ(compare("", "beta"), Comparator::OrderedDescending);
+}
+
+TEST(QZSUStandardVersionComparatorTest, NumbersBeyondThirtyTwoBitsSaturate)
+{
+    constexpr int max = std::numeric_limits<int>::max();
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("2147483647")), max);
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("2147483648")), max);
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("99999999999999999999999")), max);
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("-99999999999")), std::numeric_limits<int>::min());
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("  42abc")), 42);
+    EXPECT_EQ(Comparator::intValue(QStringLiteral("abc")), 0);
+    // Unicode digits have their decimal value: ARABIC-INDIC "12".
+    EXPECT_EQ(Comparator::intValue(QString(QChar(0x0661)) + QChar(0x0662)), 12);
+
+    // Both sides saturate, so they compare the same although their full values differ.
+    EXPECT_EQ(compare("1.99999999999", "1.99999999998"), Comparator::OrderedSame);
+    EXPECT_EQ(compare("1.2147483647", "1.3000000000"), Comparator::OrderedSame);
+    EXPECT_EQ(compare("1.2147483646", "1.3000000000"), Comparator::OrderedAscending);
+}
+
+TEST(QZSUStandardVersionComparatorTest, UnicodeDigitsCompareByValue)
+{
+    const QString arabicTen = QString(QChar(0x0661)) + QChar(0x0660);
+    EXPECT_EQ(Comparator::defaultComparator().compareVersion(QStringLiteral("1.") + arabicTen,
+                                                             QStringLiteral("1.9")),
+              Comparator::OrderedDescending);
+    EXPECT_EQ(split(QStringLiteral("2.") + arabicTen + QStringLiteral("b")),
+              (QStringList{"2", ".", arabicTen, "b"}));
+}
+
+} // namespace
