@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+#include <QVariantMap>
+
+class CorvexWindowController;
+class LogWindowController;
+class QAction;
+class QMenuBar;
+class QWidget;
+
+// The application's delegate and the hub of the foreground application: start-up and shut-down, one renaming
+// window per announced screenshot, the preference change handler that keeps the agent informed, the menus and
+// the application-level actions, and the hand-off from the command line, the "qzcv" URLs and the D-Bus event
+// interface. There is one, made by main() (or by a test) and reachable through sharedDelegate().
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The application-level actions that menus and URLs reach. An action whose window or service is not part of
+    // this build stays disabled: triggering it does nothing.
+    enum class Action {
+        About,
+        Preferences,
+        ResetPreferences,
+        ResetAutoRenameCounter,
+        WelcomeToCorvex,
+        LogWindow,
+        RevealLogInFinder,
+        Help,
+        SendFeedback,
+        CheckForUpdates,
+        Quit,
+    };
+    Q_ENUM(Action)
+
+    explicit AppDelegate(QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    // The one delegate (null before it is made or after it is destroyed).
+    static AppDelegate *sharedDelegate();
+
+    // Class initialisation: registers the factory defaults as the registration domain of the standard user
+    // defaults. Runs once per process; the constructor calls it.
+    static void initialize();
+
+    // Start-up phase 1: installs the D-Bus event interface and the cross-process logger.
+    void applicationWillFinishLaunching();
+    // Start-up phase 2: launch line, welcome, login item, observers, command line, agent, Dropbox check.
+    void applicationDidFinishLaunching();
+    // Shut-down: start-at-login question if never asked, the agent, observers, first-run flag.
+    void applicationWillTerminate();
+    // Always yes.
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+    // Whether the application quits now that its last window has closed (logs when it does not).
+    bool applicationShouldTerminateAfterLastWindowClosed();
+
+    // The preference change handler: forwards a change of an observed key to the agent.
+    void observeValueForKeyPath(const QString &keyPath);
+    // Opens a renaming window for the screenshot dictionary of a "CorvexScreenshotMatched" notification.
+    void screenshotTaken(const QVariantMap &userInfo);
+    // Called when a top-level window is about to close; releases its controller.
+    void windowWillClose(QWidget *window);
+
+    void addNotificationObservers();
+    void removeNotificationObservers();
+
+    // Command line, URLs and events.
+    // Posts "CorvexScreenshotMatched" for a screenshot named by -filePath/-screenNum/-newFilePath/-bookmarkData.
+    void processCommandLineArguments();
+    void handleAboutEvent();
+    void handlePreferencesEvent();
+    void handleCheckForUpdatesEvent();
+    // Dispatches a URL given as a string when its scheme is exactly "qzcv"; ignores anything else.
+    void handleGetURLEvent(const QString &urlString);
+    // Runs the command of a "qzcv" URL ("//about", "//prefs", "//prefs/reset", "//feedback", "//checkForUpdate").
+    void handleCorvexURL(const QUrl &url);
+    // "2.0.5 (ce9f1b3)".
+    static QString appVersionString();
+    // The operating system's human-readable version string.
+    static QString osVersionString();
+
+    // Actions (menus, URLs, events).
+    void about();
+    void resetPreferences();
+    void resetAutoRenameCounter();
+    void quit();
+    // The menu action for an application-level action (owned by the delegate).
+    QAction *action(Action which) const;
+    // Triggers the action if it is enabled; answers whether it ran.
+    bool perform(Action which);
+    // The menu bar holding every application-level action and the renaming window's commands.
+    QMenuBar *menuBar() const;
+
+    // The open renaming window controllers.
+    QList<CorvexWindowController *> windowControllers() const;
+    // The renaming window controller whose window is the active (main) window, if any.
+    CorvexWindowController *mainWindowController() const;
+
+    // Agent, login items and the log window (implemented in AppDelegateAgent.cpp).
+    void launchCorvexAgent();
+    void quitCorvexAgent();
+    void quitOtherCorvexs();
+    void addAgentToLoginItems();
+    void ensureAgentIsInLoginItems();
+    void removeAgentFromLoginItems();
+    void logWindowAction();
+    void revealLogInFinderAction();
+    QUrl corvexAgentApplicationURL() const;
+
+    LogWindowController *mLogWindowController = nullptr;
+
+Q_SIGNALS:
+    // A renaming window was opened for a screenshot.
+    void windowControllerAdded(CorvexWindowController *controller);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void createActions();
+    void createMenus();
+    void askToStartAtLogIn();
+    void runStartAtLogInQuestionAndApply();
+    void checkDropbox();
+    void cleanMenuForMacAppStore();
+    void handleClosedWindow(QWidget *window);
+    void onDistributedNotification(const QString &name, const QVariantMap &userInfo);
+
+    QSet<CorvexWindowController *> mWindowControllers;
+    bool mShouldTerminateAfterLastWindowClosed = false;
+    bool mObserving = false;
+    QMap<Action, QAction *> mActions;
+    QMenuBar *mMenuBar = nullptr;
+    QList<QMetaObject::Connection> mObserverConnections;
+    QList<QPointer<QWidget>> mClosingWindows;
+};
