@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RunningApplications.h"
+
+#include "Bundle.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <algorithm>
+#include <csignal>
+#include <sys/types.h>
+
+QList<qint64> RunningApplications::processIds()
+{
+    QList<qint64> pids;
+    const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &entry : entries) {
+        bool ok = false;
+        const qint64 pid = entry.toLongLong(&ok);
+        if (ok && pid > 0)
+            pids.append(pid);
+    }
+    std::sort(pids.begin(), pids.end());
+    return pids;
+}
+
+QString RunningApplications::executablePathOfProcess(qint64 pid)
+{
+    const QString link = QStringLiteral("/proc/%1/exe").arg(pid);
+    QString target = QFile::symLinkTarget(link);
+    if (target.isEmpty())
+        return QString();
+    // An executable that was replaced or removed while running reads as "<path> (deleted)".
+    static const QString deleted = QStringLiteral(" (deleted)");
+    if (target.endsWith(deleted) && !QFile::exists(target))
+        target.chop(deleted.size());
+    return target;
+}
+
+QList<RunningApplication> RunningApplications::runningApplications()
+{
+    QList<RunningApplication> applications;
+    // Many processes share a bundle (or none): read each folder's Info.plist once per call.
+    QHash<QString, QString> identifierOfBundle;
+    QHash<QString, QString> bundleOfFolder;
+    for (const qint64 pid : processIds()) {
+        const QString executable = executablePathOfProcess(pid);
+        if (executable.isEmpty())
+            continue;
+        const QString folder = executable.left(executable.lastIndexOf(QLatin1Char('/')));
+        auto found = bundleOfFolder.constFind(folder);
+        if (found == bundleOfFolder.constEnd())
+            found = bundleOfFolder.insert(folder, Bundle::bundlePathContainingPath(executable));
+        const QString bundlePath = found.value();
+        if (bundlePath.isEmpty())
+            continue;
+        auto identifier = identifierOfBundle.constFind(bundlePath);
+        if (identifier == identifierOfBundle.constEnd())
+            identifier = identifierOfBundle.insert(bundlePath, Bundle(bundlePath).bundleIdentifier());
+        if (identifier.value().isEmpty())
+            continue;
+        applications.append(RunningApplication{pid, bundlePath, executable, identifier.value()});
+    }
+    return applications;
+}
+
+QList<RunningApplication>
+RunningApplications::runningApplicationsWithBundleIdentifier(const QString &bundleIdentifier)
+{
+    QList<RunningApplication> matching;
+    if (bundleIdentifier.isEmpty())
+        return matching;
+    for (const RunningApplication &application : runningApplications()) {
+        if (application.bundleIdentifier == bundleIdentifier)
+            matching.append(application);
+    }
+    return matching;
+}
+
+bool RunningApplications::terminate(qint64 pid)
+{
+    if (pid <= 0)
+        return false;
+    return ::kill(static_cast<pid_t>(pid), SIGTERM) == 0;
+}
