@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "DDLog.h"
+#include "DDLogger.h"
+#include "platform/DispatchGroup.h"
+#include "platform/DispatchQueue.h"
+#include "platform/DispatchSemaphore.h"
+
+#include <QPointer>
+#include <atomic>
+#include <forward_list>
+#include <mutex>
+
+class QCoreApplication;
+
+namespace ddlog_private {
+
+// One added logger and the queue its messages run on.
+struct LoggerNode
+{
+    std::shared_ptr<DDLogger> logger;
+    std::shared_ptr<DispatchQueue> loggerQueue;
+};
+
+// The dispatcher's class-level state, made once on first use and kept until the process ends.
+struct DispatcherState
+{
+    DispatcherState();
+
+    DispatchQueue loggingQueue{QStringLiteral("cocoa.vofungudip")};
+    DispatchGroup loggingGroup;
+    DispatchSemaphore queueSizeSemaphore{1000};
+    std::forward_list<LoggerNode> loggers; // touched only on the logging queue
+    std::atomic<unsigned> processorCount{1};
+
+    std::mutex registryMutex;
+    QList<DDLogRegisteredClass> registry;
+
+    std::mutex terminationMutex;
+    QPointer<QCoreApplication> observedApplication;
+};
+
+DispatcherState &state();
+
+// Observes the application's about-to-quit signal once an application object exists.
+void observeApplicationTermination();
+
+// The host's processor count (at least 1). Deliveries fan out in parallel from 2 on; tests may override it.
+unsigned processorCount();
+void setProcessorCount(unsigned count);
+
+// The semaphore that bounds the number of waiting messages (1000).
+DispatchSemaphore &queueSizeSemaphore();
+
+} // namespace ddlog_private

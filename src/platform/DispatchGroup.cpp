@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DispatchGroup.h"
+
+#include "DispatchQueue.h"
+
+void DispatchGroup::enter()
+{
+    std::lock_guard lock(mMutex);
+    ++mCount;
+}
+
+void DispatchGroup::leave()
+{
+    bool last = false;
+    {
+        std::lock_guard lock(mMutex);
+        Q_ASSERT(mCount > 0);
+        last = --mCount == 0;
+    }
+    if (last)
+        mCondition.notify_all();
+}
+
+void DispatchGroup::async(DispatchQueue &queue, std::function<void()> work)
+{
+    enter();
+    queue.async([this, work = std::move(work)] {
+        work();
+        leave();
+    });
+}
+
+void DispatchGroup::wait()
+{
+    std::unique_lock lock(mMutex);
+    mCondition.wait(lock, [this] { return mCount == 0; });
+}
+
+bool DispatchGroup::wait(std::chrono::milliseconds timeout)
+{
+    std::unique_lock lock(mMutex);
+    return mCondition.wait_for(lock, timeout, [this] { return mCount == 0; });
+}
