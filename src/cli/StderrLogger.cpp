@@ -3,10 +3,53 @@
 #include "StderrLogger.h"
 
 #include "logging/DDLog.h"
+#include "logging/DDLogFormatter.h"
+#include "logging/DDLogMessage.h"
+
+#include <cerrno>
+#include <unistd.h>
 
 namespace cli {
 
-void installStderrLogger() {}
+StderrLogger::StderrLogger(int fileDescriptor, bool verbose)
+    : mFileDescriptor(fileDescriptor), mVerbose(verbose)
+{
+}
+
+void StderrLogger::logMessage(const DDLogMessage &logMessage)
+{
+    if (!(quint32(logMessage.logFlag()) & DDLogFlagError) && !mVerbose)
+        return;
+    const QString text = formatter() ? formatter()->formatLogMessage(logMessage) : logMessage.logMsg();
+    if (text.isNull())
+        return;
+    QByteArray line = "corvex: " + text.toUtf8();
+    if (!line.endsWith('\n'))
+        line.append('\n');
+    // One write per line, so that lines of concurrent writers never interleave.
+    const char *data = line.constData();
+    qsizetype left = line.size();
+    while (left > 0) {
+        const ssize_t written = ::write(mFileDescriptor, data, size_t(left));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return;
+        data += written;
+        left -= written;
+    }
+}
+
+QString StderrLogger::loggerName() const
+{
+    return QStringLiteral("corvex.stderrLogger");
+}
+
+void installStderrLogger()
+{
+    DDLog::addLogger(
+        std::make_shared<StderrLogger>(STDERR_FILENO, !qEnvironmentVariableIsEmpty("CORVEX_VERBOSE")));
+}
 
 void flushLogs()
 {
