@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DropboxCheck.h"
+#include "../core/CapturingLogger.h"
+#include "PropertyList.h"
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStringEncoder>
+#include <gtest/gtest.h>
+
+namespace {
+
+using corvex::test::home;
+using corvex::test::writeFile;
+
+class DropboxCheckTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        mHome = home() + QStringLiteral("/dropbox-%1").arg(++sCount);
+        QDir().mkpath(mHome);
+        DropboxCheck::setHomeFolder(mHome);
+    }
+    void TearDown() override
+    {
+        DropboxCheck::resetClientFactsProvider();
+        DropboxCheck::resetHomeFolder();
+    }
+
+    static void setClient(bool running, const QString &bundleVersion, const QString &shortVersion)
+    {
+        DropboxCheck::setClientFactsProvider([=] {
+            return DropboxClientFacts{running, bundleVersion, shortVersion};
+        });
+    }
+
+    // A settings file whose second line names the folder, as the client writes it.
+    void writeHostDb(const QString &folder) const
+    {
+        writeFile(mHome + "/.dropbox/host.db", "9f3a61c0d2e4b5a6\n" + folder.toUtf8().toBase64() + "\n");
+    }
+
+    // A Dropbox folder with a "Screenshots" directory, named in the settings file, and a new-enough client.
+    QString setUpCompatibilityProblem()
+    {
+        const QString folder = mHome + "/Dropbox";
+        QDir().mkpath(folder + "/Screenshots");
+        writeHostDb(folder);
+        setClient(true, "2.4.0", "2.4.0");
+        return folder;
+    }
+
+    QString mHome;
+    static inline int sCount = 0;
+};
+
+TEST_F(DropboxCheckTest, ClientVersions)
+{
+    setClient(true, "2.4.0", "2.4.0");
+    EXPECT_TRUE(DropboxCheck::runningClientTest());
+    setClient(true, "2.3.9", "2.4.0");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    setClient(true, "2.4.0", "2.3.9");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    // "Dropbox " is removed wherever it stands; 2.10.1 is newer than 2.4.0 by value.
+    setClient(true, "Dropbox 2.10.1", "Dropbox 2.10.1");
+    EXPECT_TRUE(DropboxCheck::runningClientTest());
+    setClient(true, "2.4.1", "Dropbox 2.4.0b2");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    // A missing version counts as older.
+    setClient(true, QString(), "3.0");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    setClient(true, "3.0", QString());
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    setClient(false, "3.0", "3.0");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+}
+
+TEST_F(DropboxCheckTest, FolderLookup)
+{
+    EXPECT_FALSE(DropboxCheck::dropboxFolder()) << "no settings file";
+
+    writeHostDb(mHome + "/Dröpbox (Personal)");
+    EXPECT_EQ(DropboxCheck::dropboxFolder(), mHome + "/Dröpbox (Personal)");
+
+    writeFile(mHome + "/.dropbox/host.db", "only one line without a newline");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+    writeFile(mHome + "/.dropbox/host.db", "");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+    writeFile(mHome + "/.dropbox/host.db", "abc\n!!!not base64***\n");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+    writeFile(mHome + "/.dropbox/host.db", "abc\n\n");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder()) << "an empty second line";
+    // Decodes, but not to UTF-8 text.
+    writeFile(mHome + "/.dropbox/host.db", "abc\n" + QByteArray("/tmp/\xff\xfe").toBase64() + "\n");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+    // Decodes to UTF-8, but not to an absolute path.
+    writeFile(mHome + "/.dropbox/host.db", "abc\n" + QByteArray("Dropbox").toBase64() + "\n");
+    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+}
+
+TEST_F(DropboxCheckTest, FolderLookupDetectsTheEncodingAndReadsLongLines)
+{
+    // A path longer than one 256-byte chunk of the decoder.
+    const QString longFolder = mHome + "/" + QString(300, QLatin1Char('d'));
+    const QString text = "hash\n" + QString::fromLatin1(longFolder.toUtf8().toBase64()) + "\n";
+    QStringEncoder utf16(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
+    writeFile(mHome + "/.dropbox/host.db", utf16.encode(text));
+    EXPECT_EQ(DropboxCheck::dropboxFolder(), longFolder);
+
+    // The filter decodes a line of up to 1024 characters whole; a longer one loses its tail, and a partial
+    // result is refused rather than taken for a path.
+    const std::optional<QByteArray> decoded = DropboxCheck::decodeBase64(QByteArray(760, 'x').toBase64());
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(*decoded, QByteArray(760, 'x'));
+    EXPECT_FALSE(DropboxCheck::decodeBase64(QByteArray(1000, 'x').toBase64()));
+    EXPECT_EQ(DropboxCheck::decodeBase64("L2hvbWUvYQ=="), QByteArray("/home/a"));
+    EXPECT_FALSE(DropboxCheck::decodeBase64("L2hvbWUvYQ")) << "missing padding";
+    EXPECT_FALSE(DropboxCheck::decodeBase64(QByteArray()));
+}
+
+TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
+{
+    const QString folder = mHome + "/Dropbox";
+    QDir().mkpath(folder);
+    writeHostDb(folder);
+    setClient(true, "2.4.0", "2.4.0");
+    EXPECT_FALSE(DropboxCheck::screenshotFolderTest()) << "no Screenshots folder";
+
+    writeFile(folder + "/Screenshots", "a file, not a folder");
+    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+
+    QFile::remove(folder + "/Screenshots");
+    QDir().mkpath(folder + "/Screenshots");
+    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
+
+    setClient(true, "2.3.9", "2.3.9");
+    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+    setClient(false, QString(), QString());
+    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+
+    setClient(true, "2.4.0", "2.4.0");
+    QFile::remove(mHome + "/.dropbox/host.db");
+    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+}
+
+TEST_F(DropboxCheckTest, CheckLogsTheWarningOnlyWhenTheFolderTestIsTrue)
+{
+    LogCapture capture;
+    DropboxCheck::checkDropbox();
+    EXPECT_TRUE(capture.messages().isEmpty());
+
+    setUpCompatibilityProblem();
+    DropboxCheck::checkDropbox();
+    const QStringList warnings = capture.messages(DDLogFlagWarning);
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_EQ(
+        warnings.first(),
+        "The Dropbox feature \"Share screenshots using Dropbox\" is incompatible with Corvex and might be "
+        "turned on.\n\nPlease check the preferences in the Dropbox app and make sure it is turned off.\n");
+    EXPECT_EQ(capture.messages().size(), 1);
+}
+
+TEST_F(DropboxCheckTest, DistributionFolderNames)
+{
+    EXPECT_EQ(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.x86_64-2.4.0"), "2.4.0");
+    EXPECT_EQ(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.aarch64-190.4.6383"),
+              "190.4.6383");
+    EXPECT_TRUE(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.x86_64").isNull());
+    EXPECT_TRUE(DropboxCheck::versionFromDistributionFolderName("other-2.4.0").isNull());
+}
+
+// The real client facts: a stand-in client (a copy of sleep named dropbox) runs from the distribution folder.
+class DropboxSystemClientTest : public DropboxCheckTest
+{
+protected:
+    std::unique_ptr<QProcess> startClient(const QString &folder)
+    {
+        QDir().mkpath(folder);
+        const QString executable = folder + "/dropbox";
+        EXPECT_TRUE(QFile::copy("/bin/sleep", executable));
+        auto process = std::make_unique<QProcess>();
+        process->start(executable, {"60"});
+        EXPECT_TRUE(process->waitForStarted());
+        return process;
+    }
+};
+
+TEST_F(DropboxSystemClientTest, VersionFromTheRunningClientsFolder)
+{
+    EXPECT_FALSE(DropboxCheck::systemClientFacts().running);
+
+    auto client = startClient(mHome + "/.dropbox-dist/dropbox-lnx.x86_64-2.10.1");
+    writeFile(mHome + "/.dropbox-dist/VERSION", "1.0.0\n");
+    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    EXPECT_TRUE(facts.running);
+    EXPECT_EQ(facts.bundleVersion, "2.10.1");
+    EXPECT_EQ(facts.shortVersionString, "2.10.1");
+    EXPECT_TRUE(DropboxCheck::runningClientTest()) << "no provider set: the system's facts are used";
+}
+
+TEST_F(DropboxSystemClientTest, VersionFileWhenTheFolderNameHasNone)
+{
+    auto client = startClient(mHome + "/.dropbox-dist/current");
+    writeFile(mHome + "/.dropbox-dist/VERSION", "2.3.9\n");
+    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    EXPECT_TRUE(facts.running);
+    EXPECT_EQ(facts.bundleVersion, "2.3.9");
+    EXPECT_FALSE(DropboxCheck::runningClientTest());
+}
+
+TEST_F(DropboxSystemClientTest, ABundleWithTheClientsIdentifier)
+{
+    const QString bundle = mHome + "/Apps/Dropbox.app";
+    writeFile(bundle + "/Contents/Info.plist",
+              PropertyList::serialize(QVariantMap{{"CFBundleIdentifier", "com.getdropbox.dropbox"},
+                                                  {"CFBundleVersion", "Dropbox 2.4.11"},
+                                                  {"CFBundleShortVersionString", "Dropbox 2.4.11"}},
+                                      PropertyList::Format::Xml));
+    auto client = startClient(bundle + "/Contents/MacOS");
+    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    EXPECT_TRUE(facts.running);
+    EXPECT_EQ(facts.bundleVersion, "Dropbox 2.4.11");
+    EXPECT_TRUE(DropboxCheck::runningClientTest());
+}
+
+} // namespace
