@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QFile>
+#include <QImage>
+#include <QString>
+#include <QUrl>
+#include <memory>
+
+class ImageIOSource;
+
+// A file being written in one of the six formats, named by its type identifier. Writing goes straight to the
+// destination path: a failed finalize() may leave a partly written file behind.
+class ImageIODestination
+{
+public:
+    // The JPEG quality used: high enough that text keeps crisp edges without ringing.
+    static constexpr int JPEGQuality = 92;
+
+    // Whether files of the type identifier can be written.
+    static bool canWrite(const QString &uti);
+
+    // Creates the destination file. Fails (and creates nothing) when the type cannot be written, the file
+    // already exists or its folder does not allow it.
+    static std::unique_ptr<ImageIODestination> createWithURL(const QUrl &url, const QString &uti,
+                                                             QString *reason = nullptr);
+
+    // Removes the still empty file when finalize() was never called.
+    ~ImageIODestination();
+
+    // The image to write: the source's image (only one image per file).
+    void addImageFromSource(const ImageIOSource &source);
+    void addImage(const QImage &image);
+
+    // Encodes the image into the file and closes it. False when nothing was added or encoding or writing
+    // failed.
+    bool finalize(QString *reason = nullptr);
+
+private:
+    ImageIODestination(const QString &uti, std::unique_ptr<QFile> file);
+    bool encode(QString *reason);
+
+    QString mUTI;
+    std::unique_ptr<QFile> mFile;
+    QImage mImage;
+    bool mFinalized = false;
+};

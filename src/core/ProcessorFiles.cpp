@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The Processor's file operations: measuring an image, and the rename, move or convert of a screenshot.
+#include "Processor.h"
+
+#include "CorvexError.h"
+#include "CorvexErrors.h"
+#include "DropboxCheck.h"
+#include "FileFormat.h"
+#include "FileMove.h"
+#include "ImageIODestination.h"
+#include "ImageIOPDF.h"
+#include "ImageIOSource.h"
+#include "Log.h"
+#include "Trash.h"
+
+#include <QFileInfo>
+
+namespace {
+
+// The no-such-file error, with the Dropbox explanation when Dropbox's screenshot sharing might have taken the
+// file away.
+CorvexError decoratedForDropbox(const CorvexError &error)
+{
+    if (qz_isCocoaFileNoSuchFileError(error) && DropboxCheck::screenshotFolderTest())
+        return corvexErrorByAddingDropboxIncompatibilityInformation(error);
+    return error;
+}
+
+std::unique_ptr<ImageIOSource> pdfImageSource(const QString &path)
+{
+    QString reason;
+    const QImage page = ImageIOPDF::renderFirstPage(path, ImageIOSource::MaximumImageBytes, &reason);
+    if (page.isNull() && !reason.isEmpty())
+        DDLogWarn(QStringLiteral("Could not render %1: %2").arg(path, reason));
+    return ImageIOSource::createWithImage(page);
+}
+
+} // namespace
+
+QSizeF Processor::imageDimensionsOfURL(const QUrl &url, bool isPDF)
+{
+    const QString path = url.toLocalFile();
+    if (isPDF)
+        return ImageIOPDF::firstPageSize(path);
+    QSize pixels;
+    QSizeF dpi;
+    if (!ImageIOSource::readProperties(path, &pixels, &dpi) || dpi.width() <= 0 || dpi.height() <= 0)
+        return QSizeF(0, 0);
+    return QSizeF(pixels.width() * 72.0 / dpi.width(), pixels.height() * 72.0 / dpi.height());
+}
+
+bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceFormat,
+                                const QUrl &destinationURL, const FileFormat *destinationFormat,
+                                CorvexError *error)
+{
+    const QString sourcePath = sourceURL.toLocalFile();
+    const QString destinationPath = destinationURL.toLocalFile();
+
+    // The same row of the format table: a plain move, never via the Trash.
+    if (sourceFormat == destinationFormat) {
+        CorvexError moveError;
+        const bool moved = FileMove::moveItemAtPath(sourcePath, destinationPath, &moveError);
+        if (!moved) {
+            DDLogError(QStringLiteral("Could not move %1 to %2: %3")
+                           .arg(sourcePath, destinationPath, moveError.localizedDescription()));
+            if (error)
+                *error = decoratedForDropbox(moveError);
+        }
+        return moved;
+    }
+
+    QString reason;
+    std::unique_ptr<ImageIOSource> source;
+    if (sourceFormat && sourceFormat->uti() == FileFormat::PDFType)
+        source = pdfImageSource(sourcePath);
+    else
+        source = ImageIOSource::createWithURL(sourceURL, &reason);
+
+    bool result = false;
+    if (source) {
+        const QString uti = destinationFormat ? destinationFormat->uti() : QString();
+        std::unique_ptr<ImageIODestination> destination =
+            ImageIODestination::createWithURL(destinationURL, uti, &reason);
+        if (destination) {
+            destination->addImageFromSource(*source);
+            source.reset(); // the destination holds the pixels now
+            result = destination->finalize(&reason);
+            if (!result) {
+                DDLogWarn(QStringLiteral("Writing %1 failed: %2").arg(destinationPath, reason));
+                DDLogError(QStringLiteral("CGImageDestinationFinalize failed for %1").arg(destinationPath));
+                if (error)
+                    *error = corvexErrorCGImageDestinationFinalizeWithURL(destinationURL, destinationFormat);
+            }
+        } else {
+            DDLogWarn(QStringLiteral("Creating %1 failed: %2").arg(destinationPath, reason));
+            DDLogError(
+                QStringLiteral("Could create image destination at %1 with UTI %2").arg(destinationPath, uti));
+            if (error)
+                *error = corvexErrorCGImageDestinationCreateWithURL(destinationURL, destinationFormat);
+        }
+    } else if (QFileInfo::exists(sourcePath) || QFileInfo(sourcePath).isSymLink()) {
+        if (!reason.isEmpty())
+            DDLogWarn(QStringLiteral("Reading %1 failed: %2").arg(sourcePath, reason));
+        DDLogError(QStringLiteral("Could not create image source for %1").arg(sourcePath));
+        if (error)
+            *error = corvexErrorCGImageSourceCreateWithURL(sourceURL);
+    } else {
+        DDLogError(QStringLiteral("Could not create image source for %1 because file does not exist")
+                       .arg(sourcePath));
+        if (error)
+            *error = decoratedForDropbox(corvexErrorNoSuchFile(sourceURL));
+    }
+
+    // Converted or not, the source leaves its place for the Trash, from where it can be taken back.
+    if (!Trash::moveItemToTrash(sourcePath))
+        DDLogError(QStringLiteral("Could not move %1 to Trash.").arg(sourcePath));
+    return result;
+}
