@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RenamePattern.h"
+
+#include <QTimeZone>
+#include <gtest/gtest.h>
+
+namespace {
+
+// 5 March 2013, a Tuesday, 09:07:03 local time.
+const QDateTime kShot(QDate(2013, 3, 5), QTime(9, 7, 3));
+
+class RenamePatternTest : public testing::Test
+{
+protected:
+    void SetUp() override { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+    void TearDown() override { QLocale::setDefault(QLocale::system()); }
+
+    QString name(const QString &pattern, const QDateTime &date = kShot)
+    {
+        return RenamePattern::fileName(pattern, date, mSources);
+    }
+
+    qint64 mCounter = 0;
+    int mMeasured = 0;
+    QSizeF mSize{1440.9, 900.2};
+    RenamePattern::Sources mSources{[this] { return ++mCounter; },
+                                    [this] {
+                                        ++mMeasured;
+                                        return mSize;
+                                    }};
+};
+
+TEST_F(RenamePatternTest, NumericDateAndTimeTokens)
+{
+    EXPECT_EQ(name("Shot:$DateYYYY$:-:$DateMM$:-:$DateDD$"), "Shot2013-03-05");
+    EXPECT_EQ(name("$DateM$:.:$DateD$:.:$DateYY$"), "3.5.13");
+    EXPECT_EQ(name("$TimeHH$:$TimeMM$"), "0907");
+    EXPECT_EQ(name("$TimeH$:h:$TimeM$:m:$TimeS$:s"), "9h7m3s");
+    EXPECT_EQ(name("$TimeSS$"), "03");
+    EXPECT_EQ(name("$TimeHH$", QDateTime(QDate(2013, 3, 5), QTime(23, 0))), "23");
+    EXPECT_EQ(name("$DateMM$:$DateDD$", QDateTime(QDate(2013, 12, 31), QTime(0, 0))), "1231");
+}
+
+TEST_F(RenamePatternTest, TwoDigitYearIsNotAModulo)
+{
+    auto yy = [this](int year) { return name("$DateYY$", QDateTime(QDate(year, 6, 1), QTime(12, 0))); };
+    EXPECT_EQ(yy(2013), "13");
+    EXPECT_EQ(yy(2005), "05");
+    EXPECT_EQ(yy(2000), "00");
+    EXPECT_EQ(yy(1999), "-1");
+    EXPECT_EQ(yy(1990), "-10");
+    EXPECT_EQ(yy(2105), "105");
+    EXPECT_EQ(name("$DateYYYY$", QDateTime(QDate(999, 6, 1), QTime(12, 0))), "0999");
+}
+
+TEST_F(RenamePatternTest, LiteralsAndEmptyPieces)
+{
+    EXPECT_EQ(name(QString()), "");
+    EXPECT_EQ(name(""), "");
+    EXPECT_EQ(name("::Shot::"), "Shot");
+    // Tokens match whole pieces, case-sensitively.
+    EXPECT_EQ(name("$dateyyyy$"), "$dateyyyy$");
+    EXPECT_EQ(name("$DateYYYY"), "$DateYYYY");
+    EXPECT_EQ(name("x$DateYYYY$"), "x$DateYYYY$");
+    EXPECT_EQ(name(" $DateYYYY$"), " $DateYYYY$");
+    EXPECT_EQ(mCounter, 0);
+    EXPECT_EQ(mMeasured, 0);
+    EXPECT_EQ(RenamePattern::allTokens().size(), 26);
+    for (const QString &token : RenamePattern::allTokens())
+        EXPECT_TRUE(RenamePattern::isToken(token)) << token.toStdString();
+}
+
+TEST_F(RenamePatternTest, SlashesAndColons)
+{
+    // A typed slash ends as ":" at the file-system level (shown as "/"); a date's slashes become hyphens.
+    EXPECT_EQ(name("a/b"), "a:b");
+    EXPECT_EQ(name("$DateShort$"), "3-5-13");
+    EXPECT_EQ(name("$DateShort$:/:x"), "3-5-13:x");
+    // A time's colons become full stops, a date's colons hyphens.
+    EXPECT_FALSE(name("$TimeShort$:$TimeMedium$:$TimeLong$:$TimeFull$").contains(':'));
+}
+
+TEST_F(RenamePatternTest, CountersAdvanceOncePerToken)
+{
+    mCounter = 41;
+    EXPECT_EQ(name("$Counter3$:_:$Counter1$"), "042_43");
+    EXPECT_EQ(mCounter, 43);
+    mCounter = 0;
+    EXPECT_EQ(name("$Counter1$:$Counter2$:$Counter3$:$Counter4$"), "1020030004");
+    mCounter = 12344;
+    EXPECT_EQ(name("$Counter2$"), "12345") << "wider numbers are not cut";
+}
+
+TEST_F(RenamePatternTest, DimensionsAreTruncatedAndMeasuredPerToken)
+{
+    EXPECT_EQ(name("$Dimensions1$:_:$Dimensions2$"), "1440x900_1440 x 900");
+    EXPECT_EQ(mMeasured, 2);
+    mSize = QSizeF(0, 0);
+    EXPECT_EQ(name("$Dimensions2$"), "0 x 0");
+    mSize = QSizeF(611.999, 792.5);
+    EXPECT_EQ(name("$Dimensions1$"), "611x792");
+}
+
+TEST_F(RenamePatternTest, EnglishUnitedStatesStyles)
+{
+    EXPECT_EQ(name("$DateShort$"), "3-5-13");
+    EXPECT_EQ(name("$DateMedium$"), "Mar 5, 2013");
+    EXPECT_EQ(name("$DateLong$"), "March 5, 2013");
+    EXPECT_EQ(name("$DateFull$"), "Tuesday, March 5, 2013");
+
+    const QString shortTime = name("$TimeShort$");
+    EXPECT_TRUE(shortTime.startsWith("9.07")) << shortTime.toStdString();
+    EXPECT_TRUE(shortTime.endsWith("AM")) << shortTime.toStdString();
+    EXPECT_FALSE(shortTime.contains("03"));
+
+    const QString mediumTime = name("$TimeMedium$");
+    EXPECT_TRUE(mediumTime.startsWith("9.07.03")) << mediumTime.toStdString();
+    EXPECT_TRUE(mediumTime.endsWith("AM")) << mediumTime.toStdString();
+
+    const QString zone = kShot.timeZoneAbbreviation();
+    const QString longTime = name("$TimeLong$");
+    EXPECT_EQ(longTime, mediumTime + " " + QString(zone).replace(':', '.').replace('/', ':'));
+
+    const QString zoneName = kShot.timeZone().displayName(kShot, QTimeZone::LongName, QLocale());
+    ASSERT_FALSE(zoneName.isEmpty());
+    EXPECT_EQ(name("$TimeFull$"), mediumTime + " " + QString(zoneName).replace(':', '.').replace('/', ':'));
+}
+
+TEST_F(RenamePatternTest, OtherLocalesKeepTheirOwnShapes)
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(name("$DateShort$"), "05.03.13");
+    EXPECT_EQ(name("$DateLong$"), "5. März 2013");
+    EXPECT_EQ(name("$DateFull$"), "Dienstag, 5. März 2013");
+    EXPECT_EQ(name("$TimeShort$"), "09.07");
+    EXPECT_EQ(name("$TimeMedium$"), "09.07.03");
+
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    EXPECT_EQ(name("$DateShort$"), "05-03-2013");
+    EXPECT_EQ(name("$DateMedium$"), "5 Mar 2013");
+    EXPECT_EQ(name("$TimeShort$"), "09.07");
+
+    QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
+    EXPECT_EQ(name("$DateShort$"), "2013-03-05");
+    EXPECT_EQ(name("$DateLong$"), "2013年3月5日");
+    EXPECT_TRUE(name("$DateFull$").startsWith("2013年3月5日")) << name("$DateFull$").toStdString();
+    EXPECT_EQ(name("$TimeMedium$"), "9時07分03秒");
+}
+
+TEST_F(RenamePatternTest, DerivedFormatsAcrossLocales)
+{
+    for (const char *code : {"en_US", "en_GB", "de_DE", "fr_FR", "ja_JP", "zh_CN", "ru_RU", "ar_EG", "ko_KR",
+                             "hu_HU", "fa_IR", "pt_BR", "sv_SE"}) {
+        const QLocale locale{QString::fromLatin1(code)};
+        SCOPED_TRACE(code);
+        const QString longDate = RenamePattern::dateFormat(RenamePattern::LongStyle, locale);
+        const QString mediumDate = RenamePattern::dateFormat(RenamePattern::MediumStyle, locale);
+        EXPECT_FALSE(longDate.contains("ddd"));
+        EXPECT_FALSE(mediumDate.contains("ddd"));
+        EXPECT_FALSE(mediumDate.contains("MMMM"));
+        EXPECT_TRUE(RenamePattern::dateFormat(RenamePattern::FullStyle, locale).contains("dddd"));
+        // Nothing dangling where the weekday was.
+        EXPECT_FALSE(longDate.startsWith(',') || longDate.startsWith(' ') || longDate.endsWith(' ') ||
+                     longDate.endsWith(','));
+
+        const QString mediumTime = RenamePattern::timeFormat(RenamePattern::MediumStyle, kShot, locale);
+        EXPECT_FALSE(mediumTime.contains('t'));
+        EXPECT_FALSE(mediumTime.contains("()"));
+        EXPECT_TRUE(mediumTime.contains('s'));
+        EXPECT_TRUE(RenamePattern::timeFormat(RenamePattern::LongStyle, kShot, locale).contains('t'));
+        EXPECT_FALSE(RenamePattern::timeString(kShot, RenamePattern::ShortStyle, locale).contains("03"));
+    }
+    EXPECT_EQ(RenamePattern::timeFormat(RenamePattern::MediumStyle, kShot, QLocale("fa_IR")), "H:mm:ss");
+    EXPECT_EQ(RenamePattern::dateFormat(RenamePattern::LongStyle, QLocale("hu_HU")), "yyyy. MMMM d.");
+}
+
+TEST_F(RenamePatternTest, DateOfTheFileAttributes)
+{
+    const QDateTime created(QDate(2013, 3, 5), QTime(9, 7, 3), Qt::UTC);
+    const QDateTime modified(QDate(2014, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    EXPECT_EQ(RenamePattern::dateFromFileAttributes(
+                  QVariantMap{{"NSFileCreationDate", created}, {"NSFileModificationDate", modified}}),
+              created);
+    EXPECT_EQ(RenamePattern::dateFromFileAttributes(QVariantMap{{"NSFileModificationDate", modified}}),
+              modified);
+    EXPECT_EQ(RenamePattern::dateFromFileAttributes(
+                  QVariantMap{{"NSFileCreationDate", "yesterday"}, {"NSFileModificationDate", modified}}),
+              modified);
+
+    const QDateTime before = QDateTime::currentDateTime();
+    const QDateTime now = RenamePattern::dateFromFileAttributes(std::nullopt);
+    EXPECT_GE(now, before);
+    EXPECT_LE(now, QDateTime::currentDateTime());
+    EXPECT_GE(RenamePattern::dateFromFileAttributes(QVariantMap{}), before);
+
+    // Dates are shown in the local time zone.
+    EXPECT_EQ(name("$TimeHH$:$TimeMM$", created), created.toLocalTime().toString("HHmm"));
+}
+
+} // namespace
