@@ -7,6 +7,11 @@
 
 DDAbstractLogger::DDAbstractLogger() = default;
 
+DDAbstractLogger::DDAbstractLogger(std::shared_ptr<DDLogFormatter> formatter)
+    : mFormatter(std::move(formatter))
+{
+}
+
 DDAbstractLogger::~DDAbstractLogger() = default;
 
 void DDAbstractLogger::logMessage(const DDLogMessage &logMessage)

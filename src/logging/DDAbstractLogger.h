@@ -14,6 +14,8 @@ class DDAbstractLogger : public DDLogger, public std::enable_shared_from_this<DD
 {
 public:
     DDAbstractLogger();
+    // A logger that starts with the given formatter.
+    explicit DDAbstractLogger(std::shared_ptr<DDLogFormatter> formatter);
     ~DDAbstractLogger() override;
 
     DDAbstractLogger(const DDAbstractLogger &) = delete;

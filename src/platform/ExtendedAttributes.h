@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// Extended attributes of files, by path, following no options (symbolic links are followed). Names without a
+// namespace ("vofungudip.log.archived") live in the "user." namespace. Every call returns the system call's
+// result (negative on failure) and, when asked, the errno value.
+class ExtendedAttributes
+{
+public:
+    ExtendedAttributes() = delete;
+
+    // The name as the system knows it: "user." is added unless the name already has a namespace.
+    static QByteArray platformName(const QString &name);
+
+    // The size of the attribute's value; negative when it is missing or cannot be read.
+    static long size(const QString &path, const QString &name, int *errorCode = nullptr);
+
+    // The attribute's value; a null array when it is missing or cannot be read.
+    static QByteArray value(const QString &path, const QString &name, int *errorCode = nullptr);
+
+    // Sets the attribute (creating or replacing it). 0 on success.
+    static int set(const QString &path, const QString &name, const QByteArray &value,
+                   int *errorCode = nullptr);
+
+    // Removes the attribute. 0 on success; a missing attribute gives ENODATA (the platform's ENOATTR).
+    static int remove(const QString &path, const QString &name, int *errorCode = nullptr);
+
+    // True when the error says the file system does not take such attributes at all.
+    static bool isUnsupportedError(int errorCode);
+};

@@ -1,0 +1,289 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RecordingLogger.h"
+#include "logging/DDLog_p.h"
+#include "logging/Log.h"
+
+#include <condition_variable>
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class DDLogTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { mProcessors = ddlog_private::processorCount(); }
+    void TearDown() override
+    {
+        DDLog::removeAllLoggers();
+        DDLog::flushLog();
+        ddlog_private::setProcessorCount(mProcessors);
+    }
+
+    static void logInfo(const QString &text)
+    {
+        DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
+    }
+
+    unsigned mProcessors = 1;
+};
+
+// Waits (a bounded time) for a condition another thread makes true.
+bool eventually(const std::function<bool()> &condition)
+{
+    for (int i = 0; i < 1000; ++i) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(5ms);
+    }
+    return condition();
+}
+
+struct ParticipatingClass
+{
+    static inline quint32 level = 3;
+    static quint32 ddLogLevel() { return level; }
+    static void ddSetLogLevel(quint32 newLevel) { level = newLevel; }
+};
+struct NonParticipatingClass
+{
+    static quint32 ddLogLevel() { return 1; }
+};
+
+} // namespace
+
+TEST_F(DDLogTest, NullMessageLogsNothingAndLeavesTheSemaphoreAlone)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    DDLog::addLogger(logger);
+    DDLog::flushLog();
+    const long before = ddlog_private::queueSizeSemaphore().value();
+    EXPECT_EQ(before, 1000);
+    DDLog::log(true, 7, DDLogFlagError, 1, __FILE__, "f", 1, QString());
+    DDLogWarn(QString());
+    EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), before);
+    DDLogInfo(QStringLiteral("")); // empty but not null: logged
+    DDLog::flushLog();
+    EXPECT_EQ(logger->texts(), QStringList{QString()});
+}
+
+TEST_F(DDLogTest, WithoutLoggersMessagesAreDroppedAndTheirPlacesFreed)
+{
+    DDLog::flushLog();
+    std::atomic<int> logged{0};
+    std::thread producer([&] {
+        for (int i = 0; i < 3000; ++i) {
+            logInfo(QStringLiteral("dropped %1").arg(i));
+            ++logged;
+        }
+    });
+    ASSERT_TRUE(eventually([&] { return logged == 3000; })) << "producer blocked: places not freed";
+    producer.join();
+    DDLog::flushLog();
+    EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), 1000);
+}
+
+TEST_F(DDLogTest, MessagesCarryTheStatementsDetails)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    std::mutex mutex;
+    QList<std::shared_ptr<DDLogMessage>> seen;
+    logger->hook = [&](const DDLogMessage &message) {
+        std::lock_guard lock(mutex);
+        seen.append(std::make_shared<DDLogMessage>(message));
+    };
+    DDLog::addLogger(logger);
+    const int line = __LINE__ + 1;
+    DDLogWarn(QStringLiteral("careful"));
+    DDLog::flushLog();
+    ASSERT_EQ(seen.size(), 1);
+    const DDLogMessage &message = *seen.first();
+    EXPECT_EQ(message.logMsg(), QStringLiteral("careful"));
+    EXPECT_EQ(message.logLevel(), 7);
+    EXPECT_EQ(message.logFlag(), qint32(DDLogFlagWarning));
+    EXPECT_EQ(message.logContext(), 1);
+    EXPECT_STREQ(message.file(), __FILE__);
+    EXPECT_EQ(message.fileName(), QStringLiteral("DDLogTest"));
+    EXPECT_TRUE(message.methodName().contains(QLatin1String("MessagesCarryTheStatementsDetails")));
+    EXPECT_EQ(message.lineNumber(), line);
+    EXPECT_EQ(message.machThreadID(), DDLogMessage::currentThreadID());
+    EXPECT_LE(qAbs(message.timestamp().msecsTo(QDateTime::currentDateTime())), 60000);
+}
+
+TEST_F(DDLogTest, ErrorsAreDeliveredBeforeTheStatementReturns)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    DDLog::addLogger(logger);
+    DDLogError(QStringLiteral("failed"));
+    EXPECT_EQ(logger->texts(), QStringList{QStringLiteral("failed")});
+}
+
+TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
+{
+    for (unsigned processors : {1u, 2u}) {
+        ddlog_private::setProcessorCount(processors);
+        auto slow = std::make_shared<RecordingLogger>(QStringLiteral("slow"));
+        slow->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(200us); };
+        auto fast = std::make_shared<RecordingLogger>(QStringLiteral("fast"));
+        DDLog::addLogger(slow);
+        DDLog::addLogger(fast);
+        for (int i = 0; i < 300; ++i)
+            logInfo(QString::number(i));
+        DDLog::flushLog();
+        EXPECT_EQ(slow->count(), 300) << processors;
+        EXPECT_EQ(fast->count(), 300) << processors;
+        EXPECT_EQ(slow->texts().last(), QStringLiteral("299"));
+        DDLog::removeAllLoggers();
+        DDLog::flushLog();
+    }
+}
+
+TEST_F(DDLogTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
+{
+    ddlog_private::setProcessorCount(1);
+    std::mutex mutex;
+    QStringList order;
+    QList<std::shared_ptr<RecordingLogger>> loggers;
+    for (const char *name : {"first", "second", "third"}) {
+        auto logger = std::make_shared<RecordingLogger>(QString::fromLatin1(name));
+        logger->hook = [&, name](const DDLogMessage &) {
+            std::lock_guard lock(mutex);
+            order.append(QString::fromLatin1(name));
+        };
+        loggers.append(logger);
+        DDLog::addLogger(logger);
+    }
+    logInfo(QStringLiteral("one"));
+    logInfo(QStringLiteral("two"));
+    DDLog::flushLog();
+    EXPECT_EQ(order,
+              (QStringList{QStringLiteral("third"), QStringLiteral("second"), QStringLiteral("first"),
+                           QStringLiteral("third"), QStringLiteral("second"), QStringLiteral("first")}));
+    // Each ran on a queue of its own, labelled with its name.
+    for (const std::shared_ptr<RecordingLogger> &logger : loggers)
+        EXPECT_EQ(logger->queueLabels(), QStringList(2, logger->loggerName()));
+}
+
+TEST_F(DDLogTest, LoggersWorkInParallelOnSeveralProcessors)
+{
+    ddlog_private::setProcessorCount(2);
+    // Each logger waits until the other has started on the same message: only parallel delivery lets both on.
+    std::mutex mutex;
+    std::condition_variable changed;
+    int started = 0;
+    bool bothMet = true;
+    auto meet = [&](const DDLogMessage &) {
+        std::unique_lock lock(mutex);
+        ++started;
+        changed.notify_all();
+        if (!changed.wait_for(lock, 5s, [&] { return started % 2 == 0; }))
+            bothMet = false;
+    };
+    auto a = std::make_shared<RecordingLogger>(QStringLiteral("a"));
+    auto b = std::make_shared<RecordingLogger>(QStringLiteral("b"));
+    a->hook = meet;
+    b->hook = meet;
+    DDLog::addLogger(a);
+    DDLog::addLogger(b);
+    for (int i = 0; i < 5; ++i)
+        logInfo(QStringLiteral("together"));
+    DDLog::flushLog();
+    EXPECT_TRUE(bothMet);
+    EXPECT_EQ(a->count(), 5);
+    EXPECT_EQ(b->count(), 5);
+}
+
+TEST_F(DDLogTest, AProducerBlocksWhileAThousandMessagesWait)
+{
+    std::mutex mutex;
+    std::condition_variable opened;
+    bool gateOpen = false;
+    auto logger = std::make_shared<RecordingLogger>();
+    logger->hook = [&](const DDLogMessage &) {
+        std::unique_lock lock(mutex);
+        opened.wait(lock, [&] { return gateOpen; });
+    };
+    DDLog::addLogger(logger);
+    DDLog::flushLog();
+    std::atomic<int> returned{0};
+    std::thread producer([&] {
+        for (int i = 0; i < 1001; ++i) {
+            logInfo(QString::number(i));
+            ++returned;
+        }
+    });
+    ASSERT_TRUE(eventually([&] { return returned == 1000; }));
+    // The 1001st call waits for a place: the count stays and the semaphore shows one waiter.
+    EXPECT_TRUE(eventually([] { return ddlog_private::queueSizeSemaphore().value() == -1; }));
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(returned.load(), 1000);
+    {
+        std::lock_guard lock(mutex);
+        gateOpen = true;
+    }
+    opened.notify_all();
+    producer.join();
+    DDLog::flushLog();
+    EXPECT_EQ(returned.load(), 1001);
+    EXPECT_EQ(logger->count(), 1001);
+    EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), 1000);
+}
+
+TEST_F(DDLogTest, AddingAndRemovingHappenInTurnOnTheLoggingQueue)
+{
+    auto kept = std::make_shared<RecordingLogger>(QStringLiteral("kept"));
+    auto removed = std::make_shared<RecordingLogger>(QStringLiteral("removed"));
+    DDLog::addLogger(nullptr);
+    DDLog::addLogger(kept);
+    DDLog::addLogger(removed);
+    logInfo(QStringLiteral("both"));
+    DDLog::removeLogger(removed);
+    DDLog::removeLogger(nullptr);
+    logInfo(QStringLiteral("one"));
+    DDLog::flushLog();
+    EXPECT_EQ(kept->texts(), (QStringList{QStringLiteral("both"), QStringLiteral("one")}));
+    EXPECT_EQ(removed->texts(), QStringList{QStringLiteral("both")});
+    EXPECT_TRUE(kept->addedOnLoggingQueue);
+    EXPECT_TRUE(removed->removedOnLoggingQueue);
+    DDLog::removeAllLoggers();
+    logInfo(QStringLiteral("none"));
+    DDLog::flushLog();
+    EXPECT_EQ(kept->count(), 2);
+    EXPECT_TRUE(kept->removedOnLoggingQueue);
+}
+
+TEST_F(DDLogTest, ApplicationTerminationFlushesTheLog)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
+    DDLog::addLogger(logger);
+    for (int i = 0; i < 20; ++i)
+        logInfo(QStringLiteral("pending"));
+    DDLog::applicationWillTerminate();
+    EXPECT_EQ(logger->count(), 20);
+}
+
+TEST_F(DDLogTest, PerClassLevelsOnlyForClassesThatTakePart)
+{
+    EXPECT_EQ(DDLog::logLevelForClass<NonParticipatingClass>(), 0xFFFFFFFFu);
+    EXPECT_EQ(DDLog::logLevelForClass<QString>(), 0xFFFFFFFFu);
+    EXPECT_EQ(DDLog::logLevelForClass<ParticipatingClass>(), 3u);
+    DDLog::setLogLevelForClass<ParticipatingClass>(5);
+    EXPECT_EQ(ParticipatingClass::level, 5u);
+    DDLog::setLogLevelForClass<NonParticipatingClass>(5); // ignored
+
+    EXPECT_FALSE(DDLog::registeredClassNames().contains(QStringLiteral("ParticipatingClass")));
+    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("ParticipatingClass")), 0xFFFFFFFFu);
+    EXPECT_TRUE(DDLog::registerClass<ParticipatingClass>(QStringLiteral("ParticipatingClass")));
+    EXPECT_FALSE(DDLog::registerClass<ParticipatingClass>(QStringLiteral("ParticipatingClass")));
+    EXPECT_FALSE(DDLog::registerClass(DDLogRegisteredClass{QStringLiteral("Half"), [] { return 1u; }, {}}));
+    EXPECT_TRUE(DDLog::registeredClassNames().contains(QStringLiteral("ParticipatingClass")));
+    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("ParticipatingClass")), 5u);
+    DDLog::setLogLevelForClassWithName(7, QStringLiteral("ParticipatingClass"));
+    EXPECT_EQ(ParticipatingClass::level, 7u);
+    DDLog::setLogLevelForClassWithName(1, QStringLiteral("Unknown"));
+    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("Unknown")), 0xFFFFFFFFu);
+}
