@@ -1,0 +1,403 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "UKKQueue.h"
+#include "NotificationCenter.h"
+#include "TestSupport.h"
+#include "UKFileWatcherDelegate.h"
+#include "UKMainThreadProxy.h"
+
+#include <QDir>
+#include <QFile>
+#include <QThread>
+#include <atomic>
+#include <fcntl.h>
+#include <future>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <ostream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using corvex::test::waitUntil;
+using corvex::test::writeFile;
+
+// Readable failure messages.
+void PrintTo(const QString &text, std::ostream *stream)
+{
+    *stream << '"' << text.toStdString() << '"';
+}
+
+namespace {
+
+constexpr quint32 AllChanges = 0x7F;
+
+// Records what a watcher posts on the workspace centre.
+class Recorder
+{
+public:
+    explicit Recorder(const UKKQueue *watcher)
+    {
+        mToken = NotificationCenter::workspaceCenter().addObserver(
+            QString(), watcher, nullptr, [this](const NotificationCenter::Notification &notification) {
+                std::lock_guard lock(mMutex);
+                mEvents.append(
+                    {notification.name, notification.userInfo.value(QStringLiteral("path")).toString()});
+            });
+    }
+    ~Recorder() { NotificationCenter::workspaceCenter().removeObserver(mToken); }
+
+    QStringList namesFor(const QString &path) const
+    {
+        std::lock_guard lock(mMutex);
+        QStringList names;
+        for (const auto &[name, eventPath] : mEvents) {
+            if (eventPath == path)
+                names.append(name);
+        }
+        return names;
+    }
+    int count() const
+    {
+        std::lock_guard lock(mMutex);
+        return int(mEvents.size());
+    }
+
+private:
+    mutable std::mutex mMutex;
+    QList<std::pair<QString, QString>> mEvents;
+    NotificationCenter::ObserverToken mToken = 0;
+};
+
+class UKKQueueTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        static int run = 0;
+        mFolder = corvex::test::home() + QStringLiteral("/watch-%1-").arg(++run) +
+                  QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
+        QDir().mkpath(mFolder);
+        mWatcher = UKKQueue::create();
+        ASSERT_TRUE(mWatcher);
+        mRecorder = std::make_unique<Recorder>(mWatcher.get());
+        mSentinel = writeFile(mFolder + QStringLiteral("/sentinel"), "s");
+        ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(mSentinel, UKKQueue::NOTE_WRITE));
+    }
+    void TearDown() override
+    {
+        mRecorder.reset();
+        mWatcher.reset();
+    }
+
+    QString file(const QString &name, const QByteArray &contents = "screenshot")
+    {
+        return writeFile(mFolder + QLatin1Char('/') + name, contents);
+    }
+
+    // Writes to the sentinel and waits for its notification: every change made before has been delivered.
+    void settle()
+    {
+        const qsizetype before = mRecorder->namesFor(mSentinel).size();
+        QFile sentinel(mSentinel);
+        ASSERT_TRUE(sentinel.open(QIODevice::Append));
+        sentinel.write("x");
+        sentinel.close();
+        ASSERT_TRUE(waitUntil([&] { return mRecorder->namesFor(mSentinel).size() > before; }));
+    }
+
+    static void append(const QString &path, const QByteArray &bytes)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write(bytes);
+    }
+
+    QString mFolder;
+    QString mSentinel;
+    std::unique_ptr<UKKQueue> mWatcher;
+    std::unique_ptr<Recorder> mRecorder;
+};
+
+TEST_F(UKKQueueTest, RenameDeleteAndTrashOfAWatchedFile)
+{
+    // Renamed with the rename-and-delete mask: one rename, for the path as it was added.
+    const QString renamed = file(QStringLiteral("renamed.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamed, 33));
+    ASSERT_EQ(::rename(QFile::encodeName(renamed).constData(), QFile::encodeName(renamed + "2").constData()),
+              0);
+
+    // Deleted: exactly one delete.
+    const QString deleted = file(QStringLiteral("deleted.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(deleted, 33));
+    ASSERT_TRUE(QFile::remove(deleted));
+
+    // Moved to the Trash on the same file system: a rename, not a delete.
+    const QString trashed = file(QStringLiteral("trashed.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(trashed, 33));
+    QFile trashedFile(trashed);
+    ASSERT_TRUE(trashedFile.moveToTrash());
+    ASSERT_FALSE(QFile::exists(trashed));
+
+    // Replaced by another file renamed over it (as editors save): the watched file is gone, a delete.
+    const QString replaced = file(QStringLiteral("replaced.png"));
+    const QString replacement = file(QStringLiteral("replacement.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(replaced, 33));
+    ASSERT_EQ(::rename(QFile::encodeName(replacement).constData(), QFile::encodeName(replaced).constData()),
+              0);
+
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(renamed), QStringList{UKKQueueFileRenamedNotification});
+    EXPECT_TRUE(mRecorder->namesFor(renamed + "2").isEmpty());
+    EXPECT_EQ(mRecorder->namesFor(deleted), QStringList{UKKQueueFileDeletedNotification});
+    EXPECT_EQ(mRecorder->namesFor(trashed), QStringList{UKKQueueFileRenamedNotification});
+    EXPECT_EQ(mRecorder->namesFor(replaced), QStringList{UKKQueueFileDeletedNotification});
+}
+
+TEST_F(UKKQueueTest, WritesAttributesAndLinks)
+{
+    // Growing a file is a write and a size increase; the default mask hears only the write.
+    const QString grown = file(QStringLiteral("grown.png"));
+    const QString grownDefault = file(QStringLiteral("grown-default.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(grown, AllChanges));
+    ASSERT_TRUE(mWatcher->addPathToQueue(grownDefault));
+    append(grown, "more");
+    append(grownDefault, "more");
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(grown),
+              (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileSizeIncreasedNotification}));
+    EXPECT_EQ(mRecorder->namesFor(grownDefault), QStringList{UKKQueueFileWrittenToNotification});
+
+    // Overwriting in place without growth is only a write.
+    const QString overwritten = file(QStringLiteral("overwritten.png"), "0123456789");
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(overwritten, AllChanges));
+    {
+        QFile handle(overwritten);
+        ASSERT_TRUE(handle.open(QIODevice::ReadWrite));
+        handle.write("abc");
+    }
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(overwritten), QStringList{UKKQueueFileWrittenToNotification});
+
+    // Permissions are attributes; a new hard link and its removal are link-count changes only.
+    const QString linked = file(QStringLiteral("linked.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(linked, AllChanges));
+    ASSERT_EQ(::chmod(QFile::encodeName(linked).constData(), 0600), 0);
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(linked), QStringList{UKKQueueFileAttributesChangedNotification});
+    const QByteArray secondName = QFile::encodeName(mFolder + QStringLiteral("/second-name.png"));
+    ASSERT_EQ(::link(QFile::encodeName(linked).constData(), secondName.constData()), 0);
+    settle();
+    ASSERT_EQ(::unlink(secondName.constData()), 0);
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(linked), (QStringList{UKKQueueFileAttributesChangedNotification,
+                                                        UKKQueueFileLinkCountChangedNotification,
+                                                        UKKQueueFileLinkCountChangedNotification}));
+}
+
+TEST_F(UKKQueueTest, UnlinkWhileOpenElsewhereIsReportedAtOnceAndOnce)
+{
+    const QString path = file(QStringLiteral("open.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, AllChanges));
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(::unlink(QFile::encodeName(path).constData()), 0);
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(path),
+              (QStringList{UKKQueueFileDeletedNotification, UKKQueueFileLinkCountChangedNotification}));
+    // The kernel's own deletion event when the last holder closes it is not a second delete.
+    ::close(descriptor);
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(path).count(UKKQueueFileDeletedNotification), 1);
+}
+
+TEST_F(UKKQueueTest, FolderEntriesAreWritesAndSubfoldersLinkChanges)
+{
+    const QString folder = mFolder + QStringLiteral("/watched-folder");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(folder, AllChanges));
+    file(QStringLiteral("watched-folder/new.png"));
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(folder), QStringList{UKKQueueFileWrittenToNotification});
+    ASSERT_TRUE(QDir(folder).mkdir(QStringLiteral("sub")));
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(folder),
+              (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileWrittenToNotification,
+                           UKKQueueFileLinkCountChangedNotification}));
+}
+
+// Several kernel events for one file read at once become one set of notifications in the fixed order
+// rename, write, delete, attributes, size increase, link count, whatever order the events came in.
+TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
+{
+    const QString gate = file(QStringLiteral("gate"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(gate, UKKQueue::NOTE_WRITE));
+    std::promise<void> blocked;
+    std::promise<void> release;
+    std::shared_future<void> released = release.get_future().share();
+    std::atomic<bool> armed{true};
+    const auto token = NotificationCenter::workspaceCenter().addObserver(
+        UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
+        [&](const NotificationCenter::Notification &n) {
+            if (n.userInfo.value(QStringLiteral("path")).toString() == gate && armed.exchange(false)) {
+                blocked.set_value();
+                released.wait();
+            }
+        });
+
+    const QString attributesFirst = file(QStringLiteral("attributes-first.png"));
+    const QString renamedThenDeleted = file(QStringLiteral("renamed-then-deleted.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(attributesFirst, AllChanges));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamedThenDeleted, AllChanges));
+
+    // Hold the watcher thread inside a delivery while the events pile up in the kernel.
+    append(gate, "x");
+    blocked.get_future().wait();
+    ASSERT_EQ(::chmod(QFile::encodeName(attributesFirst).constData(), 0600), 0);
+    ASSERT_EQ(::link(QFile::encodeName(attributesFirst).constData(),
+                     QFile::encodeName(attributesFirst + ".link").constData()),
+              0);
+    append(attributesFirst, "grown");
+    append(renamedThenDeleted, "grown");
+    const QByteArray moved = QFile::encodeName(renamedThenDeleted + ".moved");
+    ASSERT_EQ(::rename(QFile::encodeName(renamedThenDeleted).constData(), moved.constData()), 0);
+    ASSERT_EQ(::unlink(moved.constData()), 0);
+    release.set_value();
+
+    settle();
+    NotificationCenter::workspaceCenter().removeObserver(token);
+    EXPECT_EQ(mRecorder->namesFor(attributesFirst),
+              (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileAttributesChangedNotification,
+                           UKKQueueFileSizeIncreasedNotification, UKKQueueFileLinkCountChangedNotification}));
+    EXPECT_EQ(mRecorder->namesFor(renamedThenDeleted),
+              (QStringList{UKKQueueFileRenamedNotification, UKKQueueFileWrittenToNotification,
+                           UKKQueueFileDeletedNotification, UKKQueueFileLinkCountChangedNotification}));
+}
+
+TEST_F(UKKQueueTest, SamePathTwiceIsWatchedTwiceAndRemovedOnceAtATime)
+{
+    const QString path = file(QStringLiteral("twice.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE | UKKQueue::NOTE_ATTRIB));
+    EXPECT_EQ(mWatcher->watchedPaths(), (QStringList{mSentinel, path, path}));
+    append(path, "1");
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(path).size(), 2);
+
+    // One removal takes the first entry (write only); the second (write and attributes) goes on.
+    mWatcher->removePathFromQueue(path);
+    EXPECT_EQ(mWatcher->watchedPaths(), (QStringList{mSentinel, path}));
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0600), 0);
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(path).mid(2), QStringList{UKKQueueFileAttributesChangedNotification});
+
+    // Removing an unwatched path changes nothing; removing the last entry ends the notifications.
+    mWatcher->removePathFromQueue(mFolder + QStringLiteral("/never-added"));
+    EXPECT_EQ(mWatcher->watchedPaths().size(), 2);
+    mWatcher->removePath(path);
+    append(path, "2");
+    settle();
+    EXPECT_EQ(mRecorder->namesFor(path).size(), 3);
+    EXPECT_EQ(mWatcher->watchedPaths(), QStringList{mSentinel});
+}
+
+TEST_F(UKKQueueTest, MissingPathIsIgnoredWithoutAWord)
+{
+    ::testing::internal::CaptureStderr();
+    CorvexError error;
+    const bool added =
+        mWatcher->addPathToQueueNotifyingAbout(mFolder + QStringLiteral("/missing.png"), AllChanges, &error);
+    mWatcher->addPath(mFolder + QStringLiteral("/also-missing.png"));
+    const std::string output = ::testing::internal::GetCapturedStderr();
+    EXPECT_FALSE(added);
+    EXPECT_EQ(output, "");
+    EXPECT_EQ(error.code(), CorvexError::FileReadNoSuchFileError);
+    EXPECT_EQ(mWatcher->watchedPaths(), QStringList{mSentinel});
+    EXPECT_EQ(
+        mWatcher->description(),
+        QStringLiteral("UKKQueue { watchedPaths = (\n    \"%1\"\n), alwaysNotify = NO }").arg(mSentinel));
+}
+
+class RecordingDelegate : public UKFileWatcherDelegate
+{
+public:
+    void watcher(UKFileWatcher *watcher, const QString &notification, const QString &path) override
+    {
+        std::lock_guard lock(mutex);
+        calls.append(notification + QLatin1Char(' ') + path);
+        onMainThread = onMainThread && UKMainThreadProxy::isMainThread();
+        lastWatcher = watcher;
+    }
+    std::mutex mutex;
+    QStringList calls;
+    bool onMainThread = true;
+    UKFileWatcher *lastWatcher = nullptr;
+};
+
+TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
+{
+    RecordingDelegate delegate;
+    const QString path = file(QStringLiteral("delegated.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    mWatcher->setDelegate(&delegate);
+
+    append(path, "1");
+    ASSERT_TRUE(waitUntil([&] {
+        std::lock_guard lock(delegate.mutex);
+        return delegate.calls.size() == 1;
+    }));
+    EXPECT_TRUE(delegate.onMainThread);
+    EXPECT_EQ(delegate.lastWatcher, mWatcher.get());
+
+    // With alwaysNotify the notification follows the delegate call.
+    mWatcher->setAlwaysNotify(true);
+    std::vector<qsizetype> delegateCallsSeenByObserver;
+    const auto token = NotificationCenter::workspaceCenter().addObserver(
+        UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
+        [&](const NotificationCenter::Notification &) {
+            std::lock_guard lock(delegate.mutex);
+            delegateCallsSeenByObserver.push_back(delegate.calls.size());
+        });
+    append(path, "2");
+    ASSERT_TRUE(waitUntil([&] { return !mRecorder->namesFor(path).isEmpty(); }));
+    NotificationCenter::workspaceCenter().removeObserver(token);
+    mWatcher->setDelegate(nullptr);
+    EXPECT_EQ(delegateCallsSeenByObserver, std::vector<qsizetype>{2});
+    // The first change, told to the delegate alone, never reached the centre.
+    EXPECT_EQ(mRecorder->namesFor(path), QStringList{UKKQueueFileWrittenToNotification});
+    EXPECT_EQ(delegate.calls, QStringList(2, UKKQueueFileWrittenToNotification + QLatin1Char(' ') + path));
+}
+
+// An observer on the watcher thread that waits for the main thread, while the main thread destroys the
+// watcher (and so waits for the watcher thread): the wait serves the observer's call, nobody deadlocks.
+TEST_F(UKKQueueTest, DestroyingTheWatcherWhileADeliveryWaitsForTheMainThread)
+{
+    const QString path = file(QStringLiteral("hop.png"));
+    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    std::atomic<bool> entered{false};
+    std::atomic<bool> ranOnMainThread{false};
+    const auto token = NotificationCenter::workspaceCenter().addObserver(
+        UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
+        [&](const NotificationCenter::Notification &n) {
+            if (n.userInfo.value(QStringLiteral("path")).toString() != path)
+                return;
+            entered = true;
+            UKMainThreadProxy::invoke([&] { ranOnMainThread = UKMainThreadProxy::isMainThread(); });
+        });
+    append(path, "1");
+    while (!entered) // no event loop runs here
+        QThread::msleep(1);
+    mRecorder.reset();
+    mWatcher.reset();
+    EXPECT_TRUE(ranOnMainThread);
+    NotificationCenter::workspaceCenter().removeObserver(token);
+}
+
+TEST(UKKQueueSharedTest, SharedWatcherIsOneInstance)
+{
+    UKKQueue *shared = UKKQueue::sharedFileWatcher();
+    ASSERT_NE(shared, nullptr);
+    EXPECT_EQ(shared, UKKQueue::sharedFileWatcher());
+    EXPECT_GE(shared->queueFD(), 0);
+}
+
+} // namespace
