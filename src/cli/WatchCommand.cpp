@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// corvex watch PATH...: prints one line per change of the watched paths ("<notification>\t<path>") until
+// interrupted.
+#include "Command.h"
+#include "NotificationCenter.h"
+#include "UKKQueue.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+int gSignalPipe[2] = {-1, -1};
+
+void noteSignal(int)
+{
+    const int savedErrno = errno;
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = write(gSignalPipe[1], &byte, 1);
+    errno = savedErrno;
+}
+
+// Failures the watcher reports itself on stderr; the others it leaves to its caller.
+bool reportedByWatcher(const CorvexError &error)
+{
+    switch (error.userInfo().value(CorvexError::UnderlyingPOSIXErrorKey).toInt()) {
+    case ENOENT:
+    case ENOTDIR:
+    case EACCES:
+    case EPERM:
+    case ELOOP:
+    case ENAMETOOLONG:
+        return false;
+    default:
+        return true;
+    }
+}
+
+int runWatch(const QStringList &arguments)
+{
+    if (arguments.isEmpty())
+        return cli::fail(QStringLiteral("watch needs at least one path (usage: corvex watch PATH...)"));
+    UKKQueue *watcher = UKKQueue::sharedFileWatcher();
+    if (!watcher)
+        return cli::fail(QStringLiteral("cannot watch files: the kernel refused an event queue"));
+
+    // Observers run on the watcher's thread, the only one printing.
+    const auto token = NotificationCenter::workspaceCenter().addObserver(
+        QString(), watcher, nullptr, [](const NotificationCenter::Notification &notification) {
+            cli::out(notification.name + QLatin1Char('\t') +
+                     notification.userInfo.value(UKFileWatcherPathKey).toString() + QLatin1Char('\n'));
+        });
+
+    int watched = 0;
+    for (const QString &path : arguments) {
+        CorvexError error;
+        if (watcher->addPathToQueueNotifyingAbout(path, UKKQueue::DefaultMask, &error)) {
+            ++watched;
+            continue;
+        }
+        const int errorNumber = error.userInfo().value(CorvexError::UnderlyingPOSIXErrorKey).toInt();
+        if (!reportedByWatcher(error))
+            cli::err(QStringLiteral("corvex: cannot watch %1: %2\n")
+                         .arg(path, QString::fromLocal8Bit(std::strerror(errorNumber))));
+    }
+    if (watched == 0) {
+        NotificationCenter::workspaceCenter().removeObserver(token);
+        return 1;
+    }
+
+    if (pipe2(gSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return cli::fail(
+            QStringLiteral("cannot watch files: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
+    QSocketNotifier interrupted(gSignalPipe[0], QSocketNotifier::Read);
+    QObject::connect(&interrupted, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
+    struct sigaction action
+    {
+    };
+    action.sa_handler = noteSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    struct sigaction previousInterrupt
+    {
+    };
+    struct sigaction previousTerminate
+    {
+    };
+    sigaction(SIGINT, &action, &previousInterrupt);
+    sigaction(SIGTERM, &action, &previousTerminate);
+
+    QCoreApplication::exec();
+
+    sigaction(SIGINT, &previousInterrupt, nullptr);
+    sigaction(SIGTERM, &previousTerminate, nullptr);
+    for (const QString &path : arguments)
+        watcher->removePathFromQueue(path);
+    NotificationCenter::workspaceCenter().removeObserver(token);
+    close(gSignalPipe[0]);
+    close(gSignalPipe[1]);
+    return 0;
+}
+
+const cli::CommandRegistration registration{
+    "watch", "PATH...",
+    "Watches files and folders and prints each change as \"<notification>\\t<path>\" until interrupted.",
+    &runWatch,
+    "Reports renames, writes, deletions and attribute changes, one line each, with the path as given.\n"
+    "A path that cannot be watched is reported on stderr; Ctrl-C (or SIGTERM) ends the command."};
+
+} // namespace
