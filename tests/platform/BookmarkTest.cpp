@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Bookmark.h"
+#include "PropertyList.h"
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+namespace {
+
+// A fresh tree per test: <home>/<test>/shots/shot.png beside an empty folder <home>/<test>/other.
+class BookmarkTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        mRoot = corvex::test::home() + QLatin1Char('/') +
+                QString::fromUtf8(testing::UnitTest::GetInstance()->current_test_info()->name());
+        mFile = corvex::test::writeFile(mRoot + QStringLiteral("/shots/shot.png"), "pixels");
+        QDir().mkpath(mRoot + QStringLiteral("/other"));
+        mData = Bookmark::create(mFile);
+        ASSERT_FALSE(mData.isEmpty());
+    }
+    void TearDown() override { QDir(mRoot).removeRecursively(); }
+
+    // Moves the file and checks the bookmark finds it there, stale.
+    void expectFoundAfterMoveTo(const QString &destination)
+    {
+        QDir().mkpath(QFileInfo(destination).path());
+        ASSERT_TRUE(QFile::rename(mFile, destination));
+        bool stale = false;
+        EXPECT_EQ(Bookmark::resolve(mData, &stale), destination);
+        EXPECT_TRUE(stale);
+    }
+
+    QString mRoot, mFile;
+    QByteArray mData;
+};
+
+TEST_F(BookmarkTest, UnmovedFileIsFoundWhereItIs)
+{
+    bool stale = true;
+    EXPECT_EQ(Bookmark::resolve(mData, &stale), mFile);
+    EXPECT_FALSE(stale);
+}
+
+TEST_F(BookmarkTest, FindsTheFileAfterARenameInItsFolder)
+{
+    expectFoundAfterMoveTo(mRoot + QStringLiteral("/shots/My diagram.png"));
+}
+
+TEST_F(BookmarkTest, FindsTheFileAfterARenameToAHiddenName)
+{
+    expectFoundAfterMoveTo(mRoot + QStringLiteral("/shots/.hidden.png"));
+}
+
+TEST_F(BookmarkTest, FindsTheFileInASiblingFolder)
+{
+    expectFoundAfterMoveTo(mRoot + QStringLiteral("/other/shot.png"));
+}
+
+TEST_F(BookmarkTest, FindsTheFileInTheParentFolder)
+{
+    expectFoundAfterMoveTo(mRoot + QStringLiteral("/moved up.png"));
+}
+
+TEST_F(BookmarkTest, FindsTheFileInASubfolderOfASibling)
+{
+    expectFoundAfterMoveTo(mRoot + QStringLiteral("/other/2026/March/shot.png"));
+}
+
+TEST_F(BookmarkTest, FindsTheFileInTheTrash)
+{
+    const QString trash = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                          QStringLiteral("/Trash/files/shot.png");
+    expectFoundAfterMoveTo(trash);
+    QFile::remove(trash);
+}
+
+TEST_F(BookmarkTest, FindsTheFileAfterItsFolderWasRenamed)
+{
+    ASSERT_TRUE(QDir().rename(mRoot + QStringLiteral("/shots"), mRoot + QStringLiteral("/renamed shots")));
+    EXPECT_EQ(Bookmark::resolve(mData), mRoot + QStringLiteral("/renamed shots/shot.png"));
+}
+
+TEST_F(BookmarkTest, DeletedFileIsNotFoundEvenWhenALookAlikeExistsElsewhere)
+{
+    corvex::test::writeFile(mRoot + QStringLiteral("/other/shot.png"), "pixels");
+    ASSERT_TRUE(QFile::remove(mFile));
+    bool stale = false;
+    EXPECT_EQ(Bookmark::resolve(mData, &stale), std::nullopt);
+}
+
+TEST_F(BookmarkTest, FileReplacedInPlaceResolvesToTheRecordedPath)
+{
+    // An editor's save: a new file is written and renamed over the old one.
+    const QString temporary =
+        corvex::test::writeFile(mRoot + QStringLiteral("/shots/.shot.png.new"), "edited");
+    ASSERT_TRUE(QFile::remove(mFile));
+    ASSERT_TRUE(QFile::rename(temporary, mFile));
+    bool stale = false;
+    EXPECT_EQ(Bookmark::resolve(mData, &stale), mFile);
+    EXPECT_TRUE(stale);
+}
+
+TEST(BookmarkData, MissingFileGivesNoDataAndANoSuchFileError)
+{
+    CorvexError error;
+    EXPECT_TRUE(Bookmark::create(corvex::test::home() + QStringLiteral("/nothing.png"), &error).isEmpty());
+    EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
+    EXPECT_EQ(error.code(), CorvexError::FileReadNoSuchFileError);
+}
+
+TEST(BookmarkData, GarbageResolvesToNothing)
+{
+    const QString path = corvex::test::writeFile(corvex::test::home() + QStringLiteral("/g/real.png"), "x");
+    const QByteArray good = Bookmark::create(path);
+    const QVariantMap map = PropertyList::parse(good).toMap();
+    ASSERT_EQ(Bookmark::resolve(good), path);
+
+    QList<QByteArray> garbage{QByteArray(), QByteArray("bplist00"), QByteArray(64, '\xff'),
+                              good.left(good.size() / 2),
+                              PropertyList::serialize(QVariantList{path}, PropertyList::Format::Binary)};
+    // Each identifying key missing, of the wrong type, or (the version) of another value.
+    const QStringList keys{QStringLiteral("CorvexBookmarkVersion"), QStringLiteral("path"),
+                           QStringLiteral("device"), QStringLiteral("inode")};
+    for (const QString &key : keys) {
+        ASSERT_TRUE(map.contains(key)) << key.toStdString();
+        QVariantMap changed = map;
+        changed.remove(key);
+        garbage.append(PropertyList::serialize(changed, PropertyList::Format::Binary));
+        changed.insert(key, QStringLiteral("1"));
+        garbage.append(PropertyList::serialize(changed, PropertyList::Format::Binary));
+    }
+    QVariantMap future = map;
+    future.insert(QStringLiteral("CorvexBookmarkVersion"), qint64(2));
+    garbage.append(PropertyList::serialize(future, PropertyList::Format::Binary));
+
+    for (const QByteArray &bytes : std::as_const(garbage)) {
+        bool stale = true;
+        EXPECT_EQ(Bookmark::resolve(bytes, &stale), std::nullopt) << bytes.toHex().constData();
+        EXPECT_FALSE(stale);
+    }
+}
+
+} // namespace
