@@ -109,11 +109,11 @@ bool DDLogFileManagerDefault::isLogFile(const QString &fileName) const
     return true;
 }
 
-QStringList DDLogFileManagerDefault::unsortedLogFileNames()
+QStringList DDLogFileManagerDefault::logFileNamesIn(const QString &directory) const
 {
     QStringList names;
     const QStringList entries =
-        QDir(logsDirectory()).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        QDir(directory).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QString &entry : entries) {
         if (isLogFile(entry))
             names.append(entry);
@@ -121,13 +121,22 @@ QStringList DDLogFileManagerDefault::unsortedLogFileNames()
     return names;
 }
 
-QStringList DDLogFileManagerDefault::unsortedLogFilePaths()
+QStringList DDLogFileManagerDefault::logFilePathsIn(const QString &directory) const
 {
-    const QString directory = logsDirectory();
     QStringList paths;
-    for (const QString &name : unsortedLogFileNames())
+    for (const QString &name : logFileNamesIn(directory))
         paths.append(directory + QLatin1Char('/') + name);
     return paths;
+}
+
+QStringList DDLogFileManagerDefault::unsortedLogFileNames()
+{
+    return logFileNamesIn(logsDirectory());
+}
+
+QStringList DDLogFileManagerDefault::unsortedLogFilePaths()
+{
+    return logFilePathsIn(logsDirectory());
 }
 
 QList<std::shared_ptr<DDLogFileInfo>> DDLogFileManagerDefault::unsortedLogFileInfos()
@@ -173,6 +182,7 @@ QString DDLogFileManagerDefault::createNewLogFile()
 {
     const QString directory = logsDirectory();
     QString path;
+    bool created = false;
     // A name in use is never reused; another failure (no folder, no permission) ends the search, and the
     // file logger then finds the file unopenable.
     for (int attempt = 0; attempt < 1000; ++attempt) {
@@ -182,12 +192,14 @@ QString DDLogFileManagerDefault::createNewLogFile()
         if (fd >= 0) {
             ::close(fd);
             DDLogFileInfo(path).recordCreationDate();
+            created = true;
             break;
         }
         if (errno != EEXIST && errno != EINTR)
             break;
     }
-    deleteOldLogFiles();
+    if (created)
+        deleteOldLogFiles();
     return path;
 }
 

@@ -52,6 +52,10 @@ public:
     static QString generateShortUUID();
 
 private:
+    // The log file names in the folder.
+    QStringList logFileNamesIn(const QString &directory) const;
+    QStringList logFilePathsIn(const QString &directory) const;
+
     QString mLogsDirectory;
     std::atomic<quint64> mMaximumNumberOfLogFiles{5};
 };

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "logging/DDAbstractLogger.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFormatter.h"
+#include "logging/DDLogMessage.h"
+#include "platform/DispatchQueue.h"
+
+#include <gtest/gtest.h>
+#include <mutex>
+
+namespace {
+
+class UpperCaseFormatter : public DDLogFormatter
+{
+public:
+    QString formatLogMessage(const DDLogMessage &logMessage) override
+    {
+        if (logMessage.logMsg() == QLatin1String("drop"))
+            return QString();
+        return logMessage.logMsg().toUpper();
+    }
+};
+
+// Writes what its formatter makes of each message.
+class FormattingLogger : public DDAbstractLogger
+{
+public:
+    void logMessage(const DDLogMessage &logMessage) override
+    {
+        const QString text = formatter() ? formatter()->formatLogMessage(logMessage) : logMessage.logMsg();
+        if (text.isNull())
+            return;
+        std::lock_guard lock(mutex);
+        lines.append(text);
+    }
+    QString loggerName() const override { return QStringLiteral("test.formattingLogger"); }
+
+    std::mutex mutex;
+    QStringList lines;
+};
+
+void logInfo(const QString &text)
+{
+    DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
+}
+
+} // namespace
+
+TEST(DDAbstractLoggerTest, QueueIsMadeOnceAndLabelledWithTheName)
+{
+    auto logger = std::make_shared<FormattingLogger>();
+    const std::shared_ptr<DispatchQueue> queue = logger->loggerQueue();
+    ASSERT_TRUE(queue);
+    EXPECT_EQ(queue, logger->loggerQueue());
+    EXPECT_EQ(queue->label(), QStringLiteral("test.formattingLogger"));
+    DDAbstractLogger plain;
+    EXPECT_TRUE(plain.loggerQueue()->label().isEmpty());
+    plain.logMessage(DDLogMessage(QStringLiteral("ignored"), 7, 1, 1, "f", "f", 1)); // does nothing
+}
+
+TEST(DDAbstractLoggerTest, FormatterChangesTakeEffectInTurnWithTheMessages)
+{
+    auto logger = std::make_shared<FormattingLogger>();
+    EXPECT_TRUE(logger->offersLogFormatter());
+    EXPECT_EQ(logger->logFormatter(), nullptr);
+    DDLog::addLogger(logger);
+    logInfo(QStringLiteral("before"));
+    auto formatter = std::make_shared<UpperCaseFormatter>();
+    logger->setLogFormatter(formatter); // queued behind "before"
+    EXPECT_EQ(logger->logFormatter(), formatter) << "a read from outside waits its turn";
+    logInfo(QStringLiteral("after"));
+    logInfo(QStringLiteral("drop"));
+    logger->setLogFormatter(formatter); // the same again: nothing changes
+    logger->setLogFormatter(nullptr);
+    logInfo(QStringLiteral("plain"));
+    DDLog::flushLog();
+    EXPECT_EQ(logger->lines,
+              (QStringList{QStringLiteral("before"), QStringLiteral("AFTER"), QStringLiteral("plain")}));
+    DDLog::removeLogger(logger);
+    DDLog::flushLog();
+}
+
+TEST(DDAbstractLoggerTest, OnItsOwnQueueTheFormatterIsReadAndSetDirectly)
+{
+    auto logger = std::make_shared<FormattingLogger>();
+    auto formatter = std::make_shared<UpperCaseFormatter>();
+    bool seenAtOnce = false;
+    bool seenOldFirst = false;
+    // The logging queue is held busy meanwhile: any detour through it would never return.
+    DDLog::loggingQueue()->async([&] {
+        logger->loggerQueue()->sync([&] {
+            seenOldFirst = logger->logFormatter() == nullptr;
+            logger->setLogFormatter(formatter);
+            seenAtOnce = logger->logFormatter() == formatter;
+        });
+    });
+    DDLog::flushLog();
+    EXPECT_TRUE(seenOldFirst);
+    EXPECT_TRUE(seenAtOnce);
+    EXPECT_EQ(logger->logFormatter(), formatter);
+}
+
+TEST(DDAbstractLoggerTest, ALoggerNotSharedChangesItsFormatterAtOnce)
+{
+    FormattingLogger logger; // not owned by a shared pointer: nothing may be left queued for later
+    auto formatter = std::make_shared<UpperCaseFormatter>();
+    logger.setLogFormatter(formatter);
+    EXPECT_EQ(logger.logFormatter(), formatter);
+}

@@ -1,0 +1,343 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "logging/DDFileLogger.h"
+#include "StderrCapture.h"
+#include "TestSupport.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFileInfo.h"
+#include "logging/DDLogFileManagerDefault.h"
+#include "logging/Log.h"
+#include "platform/DispatchQueue.h"
+#include "platform/ExtendedAttributes.h"
+#include "platform/ExtendedAttributes_p.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class DDFileLoggerTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        mDirectory = corvex::test::home() + QStringLiteral("/logs-") +
+                     QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
+        mManager = std::make_shared<DDLogFileManagerDefault>(mDirectory);
+    }
+    void TearDown() override
+    {
+        DDLog::removeAllLoggers();
+        DDLog::flushLog();
+        extended_attributes_private::setUserAttributesRefused(false);
+    }
+
+    // A file logger over this test's folder, added to the dispatcher.
+    std::shared_ptr<DDFileLogger> addFileLogger()
+    {
+        auto logger = std::make_shared<DDFileLogger>(mManager);
+        DDLog::addLogger(logger);
+        return logger;
+    }
+
+    static void log(const QString &text)
+    {
+        DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
+    }
+
+    static QByteArray contents(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // The message texts of a log file, without their times.
+    static QStringList texts(const QString &path)
+    {
+        static const QRegularExpression time(
+            QStringLiteral("^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3}  "));
+        QStringList result;
+        for (const QString &line :
+             QString::fromUtf8(contents(path)).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            QString text = line;
+            text.remove(time);
+            result.append(text);
+        }
+        return result;
+    }
+
+    QString mDirectory;
+    std::shared_ptr<DDLogFileManagerDefault> mManager;
+};
+
+} // namespace
+
+TEST_F(DDFileLoggerTest, DefaultsAndName)
+{
+    auto logger = std::make_shared<DDFileLogger>();
+    EXPECT_EQ(logger->maximumFileSize(), 1048576u);
+    EXPECT_EQ(logger->rollingFrequency(), 0.0);
+    EXPECT_EQ(logger->loggerName(), QStringLiteral("cocoa.vofungudip.fileLogger"));
+    EXPECT_EQ(logger->loggerQueue()->label(), QStringLiteral("cocoa.vofungudip.fileLogger"));
+    EXPECT_TRUE(logger->logFormatter() != nullptr);
+    EXPECT_TRUE(std::dynamic_pointer_cast<DDLogFileManagerDefault>(logger->logFileManager()) != nullptr);
+}
+
+TEST_F(DDFileLoggerTest, WritesOneTimestampedLinePerMessage)
+{
+    auto logger = addFileLogger();
+    log(QStringLiteral("first"));
+    log(QStringLiteral("ends in a line feed\n"));
+    log(QStringLiteral("two\nlines"));
+    log(QStringLiteral("Ünïcödé ✓"));
+    DDLog::flushLog();
+    const std::shared_ptr<DDLogFileInfo> current = logger->currentLogFileInfo();
+    ASSERT_TRUE(current);
+    EXPECT_EQ(QFileInfo(current->filePath()).path(), mDirectory);
+    const QString text = QString::fromUtf8(contents(current->filePath()));
+    const QRegularExpression exact(
+        QStringLiteral("^(\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3})  first\\n"
+                       "\\d{4}/[^\\n]{18}  ends in a line feed\\n"
+                       "\\d{4}/[^\\n]{18}  two\\nlines\\n"
+                       "\\d{4}/[^\\n]{18}  Ünïcödé ✓\\n$"));
+    const QRegularExpressionMatch match = exact.match(text);
+    ASSERT_TRUE(match.hasMatch()) << qPrintable(text);
+    const QDateTime written =
+        QDateTime::fromString(match.captured(1), QStringLiteral("yyyy/MM/dd HH:mm:ss:zzz"));
+    EXPECT_LE(qAbs(written.secsTo(QDateTime::currentDateTime())), 60);
+}
+
+TEST_F(DDFileLoggerTest, WithoutAFormatterTheRawTextIsWritten)
+{
+    auto logger = addFileLogger();
+    logger->setLogFormatter(nullptr);
+    log(QStringLiteral("raw"));
+    log(QStringLiteral("raw with feed\n"));
+    DDLog::flushLog();
+    EXPECT_EQ(contents(logger->currentLogFileInfo()->filePath()), QByteArray("raw\nraw with feed\n"));
+}
+
+TEST_F(DDFileLoggerTest, RollsBySizeAtTheDefaultLimit)
+{
+    auto logger = addFileLogger();
+    const QString line(100, QLatin1Char('x')); // 126 bytes a line with time and line feed
+    for (int i = 0; i < 8322; ++i)             // 1048572 bytes: just below the limit
+        log(line);
+    DDLog::flushLog();
+    const std::shared_ptr<DDLogFileInfo> first = logger->currentLogFileInfo();
+    EXPECT_EQ(QFileInfo(first->filePath()).size(), 8322 * 126);
+    EXPECT_FALSE(DDLogFileInfo(first->filePath()).isArchived());
+    log(line); // reaches the limit
+    DDLog::flushLog();
+    EXPECT_TRUE(DDLogFileInfo(first->filePath()).isArchived());
+    EXPECT_EQ(ExtendedAttributes::size(first->filePath(), QStringLiteral("user.vofungudip.log.archived")), 0);
+    log(QStringLiteral("next"));
+    DDLog::flushLog();
+    const std::shared_ptr<DDLogFileInfo> second = logger->currentLogFileInfo();
+    EXPECT_NE(second->filePath(), first->filePath());
+    EXPECT_TRUE(
+        QRegularExpression(QStringLiteral("^log-[0-9A-F]{6}\\.txt$")).match(second->fileName()).hasMatch());
+    EXPECT_EQ(texts(second->filePath()), QStringList{QStringLiteral("next")});
+    EXPECT_EQ(QFileInfo(first->filePath()).size(), 8323 * 126);
+}
+
+TEST_F(DDFileLoggerTest, KeepsOnlyTheConfiguredNumberOfArchivedFiles)
+{
+    auto logger = addFileLogger();
+    logger->setMaximumFileSize(200);
+    mManager->setMaximumNumberOfLogFiles(2);
+    for (int i = 0; i < 30; ++i)
+        log(QStringLiteral("message %1 ").arg(i) + QString(60, QLatin1Char('-')));
+    DDLog::flushLog();
+    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
+    // The last message rolled its file: two kept and that one wait for the next file to clear away.
+    ASSERT_EQ(files.size(), 3);
+    for (const std::shared_ptr<DDLogFileInfo> &file : files)
+        EXPECT_TRUE(file->isArchived());
+    EXPECT_TRUE(texts(files.first()->filePath()).last().startsWith(QStringLiteral("message 29 ")));
+    log(QStringLiteral("fresh"));
+    DDLog::flushLog();
+    EXPECT_EQ(mManager->sortedLogFileInfos().size(), 3);
+}
+
+TEST_F(DDFileLoggerTest, RollsByAgeWhenTheTimerFires)
+{
+    auto logger = addFileLogger();
+    logger->setRollingFrequency(0.4);
+    log(QStringLiteral("young"));
+    DDLog::flushLog();
+    const QString first = logger->currentLogFileInfo()->filePath();
+    EXPECT_FALSE(DDLogFileInfo(first).isArchived());
+    EXPECT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(first).isArchived(); }, 5000ms));
+    log(QStringLiteral("after"));
+    DDLog::flushLog();
+    const QString second = logger->currentLogFileInfo()->filePath();
+    EXPECT_NE(second, first);
+    EXPECT_EQ(texts(second), QStringList{QStringLiteral("after")});
+    EXPECT_EQ(texts(first), QStringList{QStringLiteral("young")});
+}
+
+TEST_F(DDFileLoggerTest, RollLogFileArchivesInTurn)
+{
+    auto logger = addFileLogger();
+    log(QStringLiteral("one"));
+    logger->rollLogFile();
+    log(QStringLiteral("two"));
+    DDLog::flushLog();
+    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{QStringLiteral("two")});
+    EXPECT_FALSE(files.at(0)->isArchived());
+    EXPECT_EQ(texts(files.at(1)->filePath()), QStringList{QStringLiteral("one")});
+    EXPECT_TRUE(files.at(1)->isArchived());
+}
+
+TEST_F(DDFileLoggerTest, StartUpReusesARecentUnarchivedFile)
+{
+    auto first = addFileLogger();
+    log(QStringLiteral("before restart"));
+    DDLog::flushLog();
+    const QString path = first->currentLogFileInfo()->filePath();
+    DDLog::removeLogger(first);
+    DDLog::flushLog();
+    first.reset();
+
+    auto second = addFileLogger();
+    second->setRollingFrequency(3600);
+    log(QStringLiteral("after restart"));
+    DDLog::flushLog();
+    EXPECT_EQ(second->currentLogFileInfo()->filePath(), path);
+    EXPECT_EQ(texts(path), (QStringList{QStringLiteral("before restart"), QStringLiteral("after restart")}));
+}
+
+TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
+{
+    const QString tooLarge = mManager->createNewLogFile();
+    corvex::test::writeFile(tooLarge, QByteArray(300, 'x'));
+    auto logger = std::make_shared<DDFileLogger>(mManager);
+    logger->setMaximumFileSize(300);
+    DDLog::addLogger(logger);
+    log(QStringLiteral("new file"));
+    DDLog::flushLog();
+    const QString second = logger->currentLogFileInfo()->filePath();
+    EXPECT_NE(second, tooLarge);
+    EXPECT_TRUE(DDLogFileInfo(tooLarge).isArchived());
+    DDLog::removeAllLoggers();
+    DDLog::flushLog();
+    logger.reset();
+
+    std::this_thread::sleep_for(150ms);
+    auto later = std::make_shared<DDFileLogger>(mManager);
+    later->setRollingFrequency(0.1);
+    DDLog::addLogger(later);
+    log(QStringLiteral("newer file"));
+    DDLog::flushLog();
+    const QString third = later->currentLogFileInfo()->filePath();
+    EXPECT_NE(third, second);
+    EXPECT_TRUE(DDLogFileInfo(second).isArchived());
+    EXPECT_EQ(texts(second), QStringList{QStringLiteral("new file")});
+}
+
+TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
+{
+    extended_attributes_private::setUserAttributesRefused(true);
+    auto logger = addFileLogger();
+    log(QStringLiteral("one"));
+    logger->rollLogFile();
+    DDLog::flushLog();
+    const QStringList names = mManager->sortedLogFileNames();
+    ASSERT_EQ(names.size(), 1);
+    EXPECT_TRUE(
+        QFile::exists(mDirectory + QStringLiteral("/.") + names.first() + QStringLiteral(".archived")));
+    DDLog::removeAllLoggers();
+    DDLog::flushLog();
+    logger.reset();
+
+    // A restart honours the flag file: the archived file is not written again.
+    extended_attributes_private::setUserAttributesRefused(false);
+    auto restarted = addFileLogger();
+    log(QStringLiteral("two"));
+    DDLog::flushLog();
+    EXPECT_NE(restarted->currentLogFileInfo()->fileName(), names.first());
+    EXPECT_EQ(texts(mDirectory + QLatin1Char('/') + names.first()), QStringList{QStringLiteral("one")});
+}
+
+TEST_F(DDFileLoggerTest, AnUnopenableFileDropsMessagesAndIsReportedOnce)
+{
+    const QString blocker = corvex::test::writeFile(mDirectory + QStringLiteral("-blocker"), "x");
+    auto manager = std::make_shared<DDLogFileManagerDefault>(blocker + QStringLiteral("/Logs"));
+    auto logger = std::make_shared<DDFileLogger>(manager);
+    StderrCapture capture;
+    DDLog::addLogger(logger);
+    for (int i = 0; i < 50; ++i)
+        log(QStringLiteral("lost"));
+    DDLogError(QStringLiteral("also lost"));
+    DDLog::flushLog();
+    capture.restore();
+    const QString text = capture.text();
+    EXPECT_EQ(text.count(QStringLiteral("DDFileLogManagerDefault: Error creating logsDirectory: ")), 2)
+        << "one listing and one creation" << qPrintable(text);
+    EXPECT_EQ(text.count(QStringLiteral("DDFileLogger: Error opening log file (")), 1) << qPrintable(text);
+}
+
+TEST_F(DDFileLoggerTest, AFullDiskDropsMessagesButKeepsWholeLines)
+{
+    auto logger = addFileLogger();
+    logger->setLogFormatter(nullptr);
+    const QString kept(3999, QLatin1Char('k'));
+    log(kept);
+    DDLog::flushLog();
+    const QString path = logger->currentLogFileInfo()->filePath();
+
+    // The file may grow by 10 more bytes only; a 30-byte line is cut off by the system. (The limit holds
+    // for every file of the process, the captured standard error too: it stays below it.)
+    std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit saved
+    {
+    };
+    getrlimit(RLIMIT_FSIZE, &saved);
+    struct rlimit small = saved;
+    small.rlim_cur = 4000 + 10;
+    StderrCapture capture;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    log(QString(29, QLatin1Char('y')));
+    log(QString(29, QLatin1Char('z')));
+    DDLog::flushLog();
+    setrlimit(RLIMIT_FSIZE, &saved);
+    capture.restore();
+    log(QStringLiteral("again"));
+    DDLog::flushLog();
+
+    EXPECT_EQ(contents(path), kept.toLatin1() + "\nagain\n");
+    EXPECT_EQ(capture.text().count(QStringLiteral("DDFileLogger: Error writing to log file (") + path), 1)
+        << qPrintable(capture.text());
+}
+
+TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
+{
+    auto logger = addFileLogger();
+    log(QString(50, QLatin1Char('a')));
+    DDLog::flushLog();
+    const QString first = logger->currentLogFileInfo()->filePath();
+    logger->setMaximumFileSize(10); // the file is already larger: rolled now
+    DDLog::flushLog();
+    EXPECT_EQ(logger->maximumFileSize(), 10u);
+    EXPECT_TRUE(DDLogFileInfo(first).isArchived());
+
+    logger->setMaximumFileSize(1 << 20);
+    log(QStringLiteral("b"));
+    DDLog::flushLog();
+    const QString second = logger->currentLogFileInfo()->filePath();
+    EXPECT_NE(second, first);
+    std::this_thread::sleep_for(120ms);
+    logger->setRollingFrequency(0.1); // the file is already old enough: rolled now
+    EXPECT_EQ(logger->rollingFrequency(), 0.1);
+    EXPECT_TRUE(DDLogFileInfo(second).isArchived());
+}

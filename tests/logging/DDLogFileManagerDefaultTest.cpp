@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "logging/DDLogFileManagerDefault.h"
+#include "StderrCapture.h"
+#include "TestSupport.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFileInfo.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString directoryFor(const char *name)
+{
+    return corvex::test::home() + QStringLiteral("/manager-") + QString::fromLatin1(name);
+}
+
+// Makes a log file through the manager and marks it archived.
+QString archivedFile(DDLogFileManagerDefault &manager)
+{
+    const QString path = manager.createNewLogFile();
+    DDLogFileInfo(path).setIsArchived(true);
+    return path;
+}
+
+} // namespace
+
+TEST(DDLogFileManagerDefaultTest, StandardFolderIsTheProcessFolderInApplicationSupport)
+{
+    const QString name = QCoreApplication::applicationName();
+    ASSERT_FALSE(name.isEmpty());
+    EXPECT_EQ(DDLogFileManagerDefault::processName(), name);
+    const QString expected =
+        qEnvironmentVariable("XDG_DATA_HOME") + QLatin1Char('/') + name + QLatin1String("/Logs");
+    EXPECT_EQ(DDLogFileManagerDefault::defaultLogsDirectory(), expected);
+    DDLogFileManagerDefault manager;
+    EXPECT_FALSE(QDir(expected).exists());
+    EXPECT_EQ(manager.logsDirectory(), expected);
+    EXPECT_TRUE(QDir(expected).exists()) << "created with its parents";
+    EXPECT_EQ(manager.maximumNumberOfLogFiles(), 5u);
+}
+
+TEST(DDLogFileManagerDefaultTest, LogFileNamesAreLogDashAndSixUpperCaseHexDigits)
+{
+    DDLogFileManagerDefault manager(directoryFor("names"));
+    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-3F2A9C.txt")));
+    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-12AB56")));
+    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-000000.log")));
+    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12ab56.txt")));
+    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12AB5")));
+    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12AG56.txt")));
+    EXPECT_FALSE(manager.isLogFile(QStringLiteral("Log-12AB56.txt")));
+    EXPECT_FALSE(manager.isLogFile(QStringLiteral(".log-12AB56.txt.archived")));
+
+    const QRegularExpression pattern(QStringLiteral("^log-[0-9A-F]{6}\\.txt$"));
+    QStringList made;
+    for (int i = 0; i < 20; ++i) {
+        const QString path = manager.createNewLogFile();
+        const QFileInfo info(path);
+        EXPECT_EQ(info.path(), directoryFor("names"));
+        EXPECT_TRUE(pattern.match(info.fileName()).hasMatch()) << qPrintable(info.fileName());
+        EXPECT_TRUE(info.exists());
+        EXPECT_EQ(info.size(), 0);
+        EXPECT_FALSE(made.contains(path));
+        made.append(path);
+        DDLogFileInfo(path).setIsArchived(true);
+    }
+    EXPECT_EQ(DDLogFileManagerDefault::generateShortUUID().size(), 6);
+}
+
+TEST(DDLogFileManagerDefaultTest, ListsOnlyLogFilesNewestFirst)
+{
+    const QString directory = directoryFor("lists");
+    DDLogFileManagerDefault manager(directory);
+    manager.setMaximumNumberOfLogFiles(10);
+    const QString first = archivedFile(manager);
+    const QString second = archivedFile(manager);
+    const QString third = manager.createNewLogFile();
+    corvex::test::writeFile(directory + QStringLiteral("/notes.txt"), "x");
+    corvex::test::writeFile(directory + QStringLiteral("/log-abcdef.txt"), "x");
+    EXPECT_EQ(manager.sortedLogFilePaths(), (QStringList{third, second, first}));
+    EXPECT_EQ(manager.sortedLogFileNames(),
+              (QStringList{QFileInfo(third).fileName(), QFileInfo(second).fileName(),
+                           QFileInfo(first).fileName()}));
+    QStringList unsorted = manager.unsortedLogFilePaths();
+    unsorted.sort();
+    QStringList expected{first, second, third};
+    expected.sort();
+    EXPECT_EQ(unsorted, expected);
+    EXPECT_EQ(manager.unsortedLogFileNames().size(), 3);
+    EXPECT_EQ(manager.unsortedLogFileInfos().size(), 3);
+    EXPECT_EQ(manager.sortedLogFileInfos().first()->filePath(), third);
+}
+
+TEST(DDLogFileManagerDefaultTest, KeepsTheFileInUseAndFiveArchivedFiles)
+{
+    DDLogFileManagerDefault manager(directoryFor("keep"));
+    manager.setMaximumNumberOfLogFiles(10);
+    QStringList archived;
+    for (int i = 0; i < 6; ++i)
+        archived.append(archivedFile(manager));
+    const QString current = manager.createNewLogFile();
+    manager.setMaximumNumberOfLogFiles(5); // not shared: clears away at once
+    // Six archived files and the one in use: the oldest archived one goes.
+    EXPECT_EQ(manager.sortedLogFilePaths(),
+              (QStringList{current} + QStringList(archived.rbegin(), archived.rend() - 1)));
+
+    // The file in use is rolled and a new one made: again five archived files stay besides it.
+    DDLogFileInfo(current).setIsArchived(true);
+    const QString next = manager.createNewLogFile();
+    const QStringList remaining = manager.sortedLogFilePaths();
+    ASSERT_EQ(remaining.size(), 6);
+    EXPECT_EQ(remaining.first(), next);
+    EXPECT_EQ(remaining.at(1), current);
+    EXPECT_FALSE(remaining.contains(archived.at(1)));
+}
+
+TEST(DDLogFileManagerDefaultTest, LoweringTheNumberKeptClearsAwayLaterOnTheLoggingQueue)
+{
+    auto manager = std::make_shared<DDLogFileManagerDefault>(directoryFor("lower"));
+    for (int i = 0; i < 4; ++i)
+        archivedFile(*manager);
+    // A file flagged by a flag file goes with its flag.
+    const QString flagged = manager->createNewLogFile();
+    corvex::test::writeFile(
+        DDLogFileInfo(flagged).flagFilePathForAttribute(DDLogFileInfo::ArchivedAttributeName), "");
+    const QString current = manager->createNewLogFile();
+    manager->setMaximumNumberOfLogFiles(5); // unchanged: nothing queued
+    manager->setMaximumNumberOfLogFiles(1);
+    DDLog::flushLog();
+    EXPECT_EQ(manager->sortedLogFilePaths(), (QStringList{current, flagged}));
+    manager->setMaximumNumberOfLogFiles(0);
+    DDLog::flushLog();
+    EXPECT_EQ(manager->sortedLogFilePaths(), QStringList{current});
+    EXPECT_FALSE(
+        QFile::exists(DDLogFileInfo(flagged).flagFilePathForAttribute(DDLogFileInfo::ArchivedAttributeName)));
+}
+
+TEST(DDLogFileManagerDefaultTest, AFolderThatCannotBeMadeIsReportedAndReturned)
+{
+    const QString blocker = corvex::test::writeFile(directoryFor("blocked") + QStringLiteral("/file"), "x");
+    const QString directory = blocker + QStringLiteral("/Logs");
+    DDLogFileManagerDefault manager(directory);
+    StderrCapture capture;
+    EXPECT_EQ(manager.logsDirectory(), directory);
+    const QString path = manager.createNewLogFile();
+    capture.restore();
+    EXPECT_TRUE(path.startsWith(directory + QStringLiteral("/log-")));
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(
+        capture.text().startsWith(QStringLiteral("DDFileLogManagerDefault: Error creating logsDirectory: ")))
+        << qPrintable(capture.text());
+}
