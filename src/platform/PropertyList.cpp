@@ -146,7 +146,8 @@ QVariant fromNode(plist_t node)
         int32_t sec = 0;
         int32_t usec = 0;
         plist_get_date_val(node, &sec, &usec);
-        const qint64 ms = kEpoch2001MSecs + qint64(sec) * 1000 + usec / 1000;
+        // libplist keeps dates as a double: round to the millisecond instead of truncating.
+        const qint64 ms = kEpoch2001MSecs + qint64(sec) * 1000 + qRound64(usec / 1000.0);
         return QVariant(QDateTime::fromMSecsSinceEpoch(ms, QTimeZone::utc()));
     }
     case PLIST_UID:
