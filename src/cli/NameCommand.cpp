@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// corvex name FILE [FORMAT-EXTENSION]: prints the name the stored renaming pattern gives the file, advancing
+// the stored counter exactly as an automatic rename does.
+#include "AppUserDefaults.h"
+#include "Command.h"
+#include "FileFormat.h"
+#include "Processor.h"
+#include "ScreenshotInfo.h"
+
+#include <QFileInfo>
+
+namespace {
+
+int runName(const QStringList &arguments)
+{
+    if (arguments.isEmpty() || arguments.size() > 2)
+        return cli::fail(
+            QStringLiteral("name needs a file and optionally a format extension (usage: corvex name "
+                           "FILE [FORMAT-EXTENSION])"));
+    const QFileInfo file(arguments.at(0));
+    if (!file.exists())
+        return cli::fail(QStringLiteral("%1: no such file").arg(arguments.at(0)));
+
+    const QString extension = arguments.size() == 2 ? arguments.at(1) : file.suffix();
+    const FileFormat *format = qzFileFormatForExtension(FileFormat::allFileFormats(), extension);
+    if (!format)
+        return cli::fail(
+            QStringLiteral("unknown image format extension '%1' (known: gif, jpg, jpeg, jpe, bmp, pdf, "
+                           "png, tiff, tif)")
+                .arg(extension));
+
+    AppUserDefaults &defaults = AppUserDefaults::sharedCorvexDefaults();
+    defaults.synchronize();
+    if (defaults.stringForKey(QStringLiteral("autoRenameFormat")).isEmpty())
+        return cli::fail(QStringLiteral("no renaming pattern is stored (set \"autoRenameFormat\" in the "
+                                        "com.ostrel.Corvex domain)"));
+
+    const ScreenshotInfo info(file.absoluteFilePath(), 1);
+    cli::out(Processor::sharedProcessor().fileNameByAutomaticRenamingFromInfo(info, format) +
+             QLatin1Char('\n'));
+    return 0;
+}
+
+const cli::CommandRegistration registration{
+    "name", "FILE [FORMAT-EXTENSION]",
+    "Prints the name (no folder, no extension) the stored renaming pattern gives the file.", &runName,
+    "The pattern is \"autoRenameFormat\" of the com.ostrel.Corvex domain: pieces joined by ':', each a "
+    "token\n"
+    "such as $DateYYYY$, $TimeHH$, $Counter3$ or $Dimensions1$, or literal text. Every counter token "
+    "advances\n"
+    "the stored \"autoRenameCount\", as a real rename does. Dimensions are measured as the format given "
+    "(the\n"
+    "file's own extension by default) says: a PDF's first page, else the image in points."};
+
+} // namespace

@@ -1,0 +1,253 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// `corvex process`, run as the real program over the shared preferences the test writes.
+#include "AppUserDefaults.h"
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <gtest/gtest.h>
+
+namespace {
+
+using corvex::test::home;
+using corvex::test::ProcessResult;
+using corvex::test::runCli;
+using corvex::test::waitUntil;
+using corvex::test::writeFile;
+
+AppUserDefaults &defaults()
+{
+    return AppUserDefaults::sharedCorvexDefaults();
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString trashed(const QString &name)
+{
+    return home() + "/.local/share/Trash/files/" + name;
+}
+
+class ProcessCommandTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        // An application that records what it was asked to open.
+        const QString program =
+            writeFile(home() + "/bin/record-open",
+                      QStringLiteral("#!/bin/sh\necho \"$1\" >> \"%1\"\n").arg(openedLog()).toUtf8());
+        QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
+        writeFile(home() + "/.local/share/applications/corvex-test-opener.desktop",
+                  QStringLiteral("[Desktop Entry]\nType=Application\nName=Opener\nExec=%1 %f\n")
+                      .arg(program)
+                      .toUtf8());
+    }
+
+    void SetUp() override
+    {
+        for (const char *key :
+             {"autoRename", "autoRenameFormat", "autoRenameCount", "autoReformat", "autoReformatExtension",
+              "autoMove", "autoMoveFolder", "openWith", "openWithBundleIdentifier", "showCorvexWindow"})
+            defaults().removeObjectForKey(QString::fromLatin1(key));
+        mFolder = home() + QStringLiteral("/shots-%1").arg(++sCount);
+        QDir().mkpath(mFolder);
+    }
+
+    // A real PNG screenshot of 128 x 96 pixels at 144 dpi: 64 x 48 points.
+    QString screenshot(const QString &name)
+    {
+        QImage image(128, 96, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        image.setDotsPerMeterX(5669);
+        image.setDotsPerMeterY(5669);
+        const QString path = mFolder + "/" + name;
+        EXPECT_TRUE(image.save(path, "PNG"));
+        return path;
+    }
+
+    // Runs the command; returns the printed path (the last line of its output).
+    QString process(const QString &path, int expectedExitCode = 0)
+    {
+        const ProcessResult result = runCli({"process", path});
+        EXPECT_EQ(result.exitCode, expectedExitCode) << result.err.constData();
+        mErrors = QString::fromUtf8(result.err);
+        defaults().synchronize();
+        return QString::fromUtf8(result.out).trimmed();
+    }
+
+    static QString openedLog() { return home() + "/opened.txt"; }
+
+    QString mFolder;
+    QString mErrors;
+    static inline int sCount = 0;
+};
+
+TEST_F(ProcessCommandTest, NothingOnLeavesTheFileAlone)
+{
+    const QString shot = screenshot("Screenshot.png");
+    const QByteArray before = contents(shot);
+    EXPECT_EQ(process(shot), shot);
+    EXPECT_EQ(contents(shot), before);
+    EXPECT_EQ(QDir(mFolder).entryList(QDir::Files | QDir::Hidden), QStringList{"Screenshot.png"});
+}
+
+TEST_F(ProcessCommandTest, RenameByPatternInTheSameFolder)
+{
+    defaults().setBool(true, "autoRename");
+    defaults().setObject("Shot :$Counter2$:_:$Dimensions1$", "autoRenameFormat");
+    defaults().setInteger(41, "autoRenameCount");
+    const QString shot = screenshot("Screenshot.png");
+    const QByteArray before = contents(shot);
+
+    EXPECT_EQ(process(shot), mFolder + "/Shot 42_64x48.png");
+    EXPECT_EQ(contents(mFolder + "/Shot 42_64x48.png"), before);
+    EXPECT_FALSE(QFileInfo::exists(shot));
+    EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 42);
+
+    // A taken name is never replaced: the new file gets a number before its extension.
+    writeFile(mFolder + "/Shot 43_64x48.png", "someone else's");
+    writeFile(mFolder + "/Shot 43_64x48 2.png", "someone else's too");
+    const QString second = screenshot("Screenshot 2.png");
+    EXPECT_EQ(process(second), mFolder + "/Shot 43_64x48 3.png");
+    EXPECT_EQ(contents(mFolder + "/Shot 43_64x48.png"), "someone else's");
+    EXPECT_EQ(contents(mFolder + "/Shot 43_64x48 2.png"), "someone else's too");
+
+    // A pattern that gives no name: the step fails, the file stays.
+    defaults().setObject("::", "autoRenameFormat");
+    const QString third = screenshot("Third.png");
+    EXPECT_EQ(process(third, 1), third);
+    EXPECT_TRUE(mErrors.contains("rename failed")) << mErrors.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(third));
+}
+
+TEST_F(ProcessCommandTest, ConvertSendsTheSourceToTheTrash)
+{
+    defaults().setBool(true, "autoReformat");
+    defaults().setObject("jpg", "autoReformatExtension");
+    const QString shot = screenshot("Convert me.png");
+    writeFile(mFolder + "/Convert me.jpg", "an older file");
+
+    const QString result = process(shot);
+    EXPECT_EQ(result, mFolder + "/Convert me 2.jpg");
+    EXPECT_TRUE(contents(result).startsWith("\xff\xd8\xff"));
+    EXPECT_EQ(QImage(result).size(), QSize(128, 96));
+    EXPECT_EQ(contents(mFolder + "/Convert me.jpg"), "an older file");
+    EXPECT_FALSE(QFileInfo::exists(shot));
+    EXPECT_TRUE(QFileInfo::exists(trashed("Convert me.png")));
+    // No helper file is left behind.
+    EXPECT_EQ(QDir(mFolder).entryList(QDir::Files | QDir::Hidden).size(), 2);
+
+    // Already in the target format: nothing to do.
+    EXPECT_EQ(process(result), result);
+}
+
+TEST_F(ProcessCommandTest, AFailedConversionKeepsTheFile)
+{
+    defaults().setBool(true, "autoReformat");
+    defaults().setObject("tiff", "autoReformatExtension");
+    const QString broken = writeFile(mFolder + "/Broken.png", "not an image at all");
+    EXPECT_EQ(process(broken, 1), broken);
+    EXPECT_TRUE(mErrors.contains("convert failed")) << mErrors.toStdString();
+    EXPECT_EQ(contents(broken), "not an image at all");
+    EXPECT_EQ(QDir(mFolder).entryList(QDir::Files | QDir::Hidden), QStringList{"Broken.png"});
+
+    defaults().setObject("webp", "autoReformatExtension");
+    const QString shot = screenshot("Unknown target.png");
+    EXPECT_EQ(process(shot, 1), shot);
+    EXPECT_TRUE(mErrors.contains("\"webp\" is not the extension of a known image format"))
+        << mErrors.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(shot));
+}
+
+TEST_F(ProcessCommandTest, MoveIntoTheChosenFolder)
+{
+    defaults().setBool(true, "autoMove");
+    defaults().setObject("~/Pictures/Sorted/2013", "autoMoveFolder");
+    const QString shot = screenshot("Moved.png");
+    const QByteArray before = contents(shot);
+    const QString destination = home() + "/Pictures/Sorted/2013/Moved.png";
+    EXPECT_EQ(process(shot), destination);
+    EXPECT_EQ(contents(destination), before);
+    EXPECT_FALSE(QFileInfo::exists(shot));
+
+    const QString again = screenshot("Moved.png");
+    EXPECT_EQ(process(again), home() + "/Pictures/Sorted/2013/Moved 2.png");
+    EXPECT_EQ(contents(destination), before);
+
+    defaults().removeObjectForKey("autoMoveFolder");
+    const QString stays = screenshot("Stays.png");
+    EXPECT_EQ(process(stays, 1), stays);
+    EXPECT_TRUE(mErrors.contains("move failed")) << mErrors.toStdString();
+}
+
+TEST_F(ProcessCommandTest, OpenOnlyWhenTheAgentHandlesIt)
+{
+    defaults().setBool(true, "openWith");
+    defaults().setObject("corvex-test-opener", "openWithBundleIdentifier");
+    const QString shot = screenshot("Open me.png");
+
+    // The window is on: the application opens the file after the rename, not this step.
+    defaults().setBool(true, "showCorvexWindow");
+    EXPECT_EQ(process(shot), shot);
+    // TextEdit is never opened by the agent.
+    defaults().setBool(false, "showCorvexWindow");
+    defaults().setObject("com.apple.TextEdit", "openWithBundleIdentifier");
+    EXPECT_EQ(process(shot), shot);
+    EXPECT_FALSE(QFileInfo::exists(openedLog()));
+
+    defaults().setObject("corvex-test-opener", "openWithBundleIdentifier");
+    EXPECT_EQ(process(shot), shot);
+    EXPECT_TRUE(waitUntil([&] { return contents(openedLog()) == (shot + "\n").toUtf8(); }));
+
+    defaults().setObject("org.example.NotInstalled", "openWithBundleIdentifier");
+    EXPECT_EQ(process(shot, 1), shot);
+    EXPECT_TRUE(
+        mErrors.contains("Could not find app for org.example.NotInstalled or launch it with the file"));
+    QFile::remove(openedLog());
+}
+
+TEST_F(ProcessCommandTest, AllStepsInOrder)
+{
+    defaults().setBool(true, "autoRename");
+    defaults().setObject("Shot:$Counter3$", "autoRenameFormat");
+    defaults().setBool(true, "autoReformat");
+    defaults().setObject("jpeg", "autoReformatExtension");
+    defaults().setBool(true, "autoMove");
+    defaults().setObject(QString(home() + "/All steps"), "autoMoveFolder");
+    defaults().setBool(true, "openWith");
+    defaults().setObject("corvex-test-opener.desktop", "openWithBundleIdentifier");
+    defaults().setBool(false, "showCorvexWindow");
+
+    const QString shot = screenshot("Screenshot.png");
+    const QString expected = home() + "/All steps/Shot001.jpeg";
+    EXPECT_EQ(process(shot), expected);
+    EXPECT_EQ(QImage(expected).size(), QSize(128, 96));
+    EXPECT_TRUE(QFileInfo::exists(trashed("Shot001.png"))) << "renamed before it was converted";
+    EXPECT_TRUE(QDir(mFolder).isEmpty(QDir::Files | QDir::Hidden));
+    EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 1);
+    EXPECT_TRUE(waitUntil([&] { return contents(openedLog()).contains((expected + "\n").toUtf8()); }));
+    QFile::remove(openedLog());
+}
+
+TEST_F(ProcessCommandTest, BadArguments)
+{
+    ProcessResult result = runCli({"process"});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_TRUE(result.err.startsWith("corvex: process needs exactly one file"));
+    result = runCli({"process", home() + "/none.png"});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_EQ(result.err, "corvex: " + (home() + "/none.png: no such file\n").toUtf8());
+    result = runCli({"process", mFolder});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_TRUE(result.out.isEmpty());
+}
+
+} // namespace
