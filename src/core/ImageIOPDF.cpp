@@ -59,9 +59,11 @@ QImage render(FirstPage &first, qint64 maximumBytes, QString *reason)
         return {};
     }
     // The QPainter renderer draws an image placed at 1:1 pixel for pixel; the Splash renderer smooths it.
+    // Shapes are not antialiased, which would blend the page's outermost pixels of a full-page image with
+    // the transparent paper; text still is.
     first.document->setRenderBackend(Poppler::Document::QPainterBackend);
     first.document->setPaperColor(Qt::transparent);
-    first.document->setRenderHint(Poppler::Document::Antialiasing, true);
+    first.document->setRenderHint(Poppler::Document::Antialiasing, false);
     first.document->setRenderHint(Poppler::Document::TextAntialiasing, true);
     QImage image = first.page->renderToImage(72.0, 72.0);
     if (image.isNull() && reason)

@@ -4,6 +4,7 @@
 
 #include "ImageIOPDF.h"
 #include "ImageIOPNG.h"
+#include "ImageIOResolution.h"
 
 #include <QFile>
 #include <QImageReader>
@@ -26,6 +27,27 @@ QByteArray qtFormatName(ImageIOSource::Kind kind)
     default:
         return {};
     }
+}
+
+// The resolution the file stores (72 dpi when none): Qt's readers leave 96 dpi on images whose file has none.
+QSizeF storedResolution(const QString &path, ImageIOSource::Kind kind)
+{
+    switch (kind) {
+    case ImageIOSource::Kind::JPEG:
+        return ImageIOResolution::storedDotsPerInch(path, ImageIOResolution::Container::JPEG);
+    case ImageIOSource::Kind::TIFF:
+        return ImageIOResolution::storedDotsPerInch(path, ImageIOResolution::Container::TIFF);
+    case ImageIOSource::Kind::BMP:
+        return ImageIOResolution::storedDotsPerInch(path, ImageIOResolution::Container::BMP);
+    default:
+        return QSizeF(72, 72);
+    }
+}
+
+void setResolution(QImage *image, const QSizeF &dpi)
+{
+    image->setDotsPerMeterX(qRound(dpi.width() / InchesPerMeter));
+    image->setDotsPerMeterY(qRound(dpi.height() / InchesPerMeter));
 }
 
 QSizeF resolutionOf(const QImage &image)
@@ -82,6 +104,7 @@ QImage ImageIOSource::readWithQt(const QString &path, Kind kind, QString *reason
         setReason(reason, reader.errorString());
         return {};
     }
+    setResolution(&image, storedResolution(path, kind));
     return image;
 }
 
@@ -103,7 +126,10 @@ std::unique_ptr<ImageIOSource> ImageIOSource::createWithURL(const QUrl &url, QSt
         image = ImageIOPNG::read(path, MaximumImageBytes, reason);
         break;
     case Kind::PDF:
+        // One pixel per point.
         image = ImageIOPDF::renderFirstPageQuietly(path, MaximumImageBytes, reason);
+        if (!image.isNull())
+            setResolution(&image, QSizeF(72, 72));
         break;
     default:
         image = readWithQt(path, kind, reason);
@@ -125,7 +151,6 @@ bool ImageIOSource::readProperties(const QString &path, QSize *pixelSize, QSizeF
                                    QString *reason)
 {
     const Kind kind = kindOfFile(path);
-    QImage image;
     switch (kind) {
     case Kind::Unknown:
         setReason(reason, QStringLiteral("the file is not an image of a known kind"));
@@ -146,18 +171,20 @@ bool ImageIOSource::readProperties(const QString &path, QSize *pixelSize, QSizeF
             *dotsPerInch = QSizeF(72, 72);
         return true;
     }
-    default:
-        // The resolution of JPEG, TIFF and BMP files is only known once Qt has read the image.
-        image = readWithQt(path, kind, reason);
-        break;
+    default: {
+        QImageReader reader(path, qtFormatName(kind));
+        const QSize size = reader.size();
+        if (!size.isValid() || size.isEmpty()) {
+            setReason(reason, reader.errorString());
+            return false;
+        }
+        if (pixelSize)
+            *pixelSize = size;
+        if (dotsPerInch)
+            *dotsPerInch = storedResolution(path, kind);
+        return true;
     }
-    if (image.isNull())
-        return false;
-    if (pixelSize)
-        *pixelSize = image.size();
-    if (dotsPerInch)
-        *dotsPerInch = resolutionOf(image);
-    return true;
+    }
 }
 
 QSizeF ImageIOSource::pointSize() const

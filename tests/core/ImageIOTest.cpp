@@ -1,0 +1,387 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "FileFormat.h"
+#include "ImageIODestination.h"
+#include "ImageIOGIFEncoder.h"
+#include "ImageIOPDF.h"
+#include "ImageIOPNG.h"
+#include "ImageIOSource.h"
+#include "TestSupport.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QTemporaryDir>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+
+// An odd-sized picture of 40 flat blocks with hard edges: few colours, so every lossless format must give
+// back exactly these pixels, and an odd width catches row-padding mistakes.
+QImage blocks(int width = 61, int height = 37)
+{
+    QImage image(width, height, QImage::Format_RGB888);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, qRgb(x / 8 * 30, y / 8 * 50, ((x / 8 + y / 8) % 3) * 120));
+    image.setDotsPerMeterX(2835); // 72 dpi: one pixel per point
+    image.setDotsPerMeterY(2835);
+    return image;
+}
+
+// A smooth two-way gradient with thousands of colours.
+QImage gradient(int width = 300, int height = 200)
+{
+    QImage image(width, height, QImage::Format_RGB888);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, qRgb(x * 255 / (width - 1), y * 255 / (height - 1), (x + y) % 256));
+    image.setDotsPerMeterX(2835);
+    image.setDotsPerMeterY(2835);
+    return image;
+}
+
+double psnr(const QImage &a, const QImage &b)
+{
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
+            const int dr = qRed(p) - qRed(q), dg = qGreen(p) - qGreen(q), db = qBlue(p) - qBlue(q);
+            sum += dr * dr + dg * dg + db * db;
+        }
+    const double mse = sum / (3.0 * a.width() * a.height());
+    return mse == 0 ? 99.0 : 10 * std::log10(255.0 * 255.0 / mse);
+}
+
+int differingPixels(const QImage &a, const QImage &b)
+{
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            count += a.pixel(x, y) != b.pixel(x, y);
+    return count;
+}
+
+QByteArray bigEndian(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = char(value >> (24 - 8 * i));
+    return bytes;
+}
+
+QByteArray littleEndian(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = char(value >> (8 * i));
+    return bytes;
+}
+
+quint32 pngCRC(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffffu;
+    for (const char c : bytes) {
+        crc ^= quint8(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+// A PNG chunk with its length and CRC.
+QByteArray chunk(const char *type, const QByteArray &data)
+{
+    const QByteArray body = QByteArray(type, 4) + data;
+    return bigEndian(quint32(data.size())) + body + bigEndian(pngCRC(body));
+}
+
+class ImageIOTest : public ::testing::Test
+{
+protected:
+    QString path(const QString &name) const { return mDir.filePath(name); }
+
+    // Writes the image with the destination for the format; the path's file must not exist yet.
+    QString write(const QString &name, const QString &uti, const QImage &image)
+    {
+        QString reason;
+        auto destination = ImageIODestination::createWithURL(QUrl::fromLocalFile(path(name)), uti, &reason);
+        EXPECT_NE(destination, nullptr) << reason.toStdString();
+        if (!destination)
+            return {};
+        destination->addImage(image);
+        EXPECT_TRUE(destination->finalize(&reason)) << reason.toStdString();
+        return path(name);
+    }
+
+    QImage read(const QString &file)
+    {
+        QString reason;
+        auto source = ImageIOSource::createWithURL(QUrl::fromLocalFile(file), &reason);
+        EXPECT_NE(source, nullptr) << file.toStdString() << ": " << reason.toStdString();
+        return source ? source->image() : QImage();
+    }
+
+    QTemporaryDir mDir;
+};
+
+TEST_F(ImageIOTest, KindIsRecognisedFromContentNotName)
+{
+    const QImage image = blocks();
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("a.jpg"), FileFormat::PNGType, image)),
+              ImageIOSource::Kind::PNG);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("b.png"), FileFormat::JPEGType, image)),
+              ImageIOSource::Kind::JPEG);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("c"), FileFormat::GIFType, image)),
+              ImageIOSource::Kind::GIF);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("d"), FileFormat::BMPType, image)),
+              ImageIOSource::Kind::BMP);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("e"), FileFormat::TIFFType, image)),
+              ImageIOSource::Kind::TIFF);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("f"), FileFormat::PDFType, image)),
+              ImageIOSource::Kind::PDF);
+    EXPECT_EQ(ImageIOSource::kindOfFile(corvex::test::writeFile(path(QStringLiteral("g.png")), "hello")),
+              ImageIOSource::Kind::Unknown);
+    EXPECT_EQ(ImageIOSource::kindOfFile(path(QStringLiteral("missing.png"))), ImageIOSource::Kind::Unknown);
+}
+
+TEST_F(ImageIOTest, EveryFormatRoundTripsItsPixels)
+{
+    const QImage image = blocks();
+    for (const FileFormat *format : FileFormat::allFileFormats()) {
+        SCOPED_TRACE(format->description().toStdString());
+        const QImage back =
+            read(write(QStringLiteral("round.") + format->preferredExtension(), format->uti(), image));
+        ASSERT_EQ(back.size(), image.size());
+        if (format->uti() == FileFormat::JPEGType) {
+            // Lossy: judged on smooth content, where it must be close.
+            const QImage smooth = gradient();
+            const QImage smoothBack = read(write(QStringLiteral("smooth.jpg"), format->uti(), smooth));
+            EXPECT_GT(psnr(smoothBack, smooth), 35.0);
+            EXPECT_GT(psnr(back, image), 20.0);
+        } else {
+            EXPECT_EQ(differingPixels(back, image), 0);
+        }
+    }
+}
+
+TEST_F(ImageIOTest, TransparencySurvivesWhereTheFormatHasIt)
+{
+    QImage image(20, 10, QImage::Format_RGBA8888);
+    image.setDotsPerMeterX(2835);
+    image.setDotsPerMeterY(2835);
+    image.fill(Qt::transparent);
+    for (int x = 0; x < 10; ++x)
+        for (int y = 0; y < 10; ++y)
+            image.setPixel(x, y, qRgba(200, 10, 10, 255));
+    image.setPixel(15, 5, qRgba(0, 0, 0, 128)); // half-transparent black
+
+    const QImage png = read(write(QStringLiteral("t.png"), FileFormat::PNGType, image));
+    EXPECT_EQ(png.format(), QImage::Format_RGBA8888);
+    EXPECT_EQ(png.pixel(15, 5), qRgba(0, 0, 0, 128));
+    EXPECT_EQ(qAlpha(png.pixel(19, 9)), 0);
+
+    const QImage pdf = read(write(QStringLiteral("t.pdf"), FileFormat::PDFType, image));
+    EXPECT_EQ(qAlpha(pdf.pixel(19, 9)), 0);
+    EXPECT_EQ(pdf.pixel(3, 3), qRgba(200, 10, 10, 255));
+
+    // JPEG has no transparency: shown over white, as a viewer would.
+    const QImage jpeg = read(write(QStringLiteral("t.jpg"), FileFormat::JPEGType, image));
+    EXPECT_GT(qRed(jpeg.pixel(19, 0)), 245);
+    EXPECT_GT(qBlue(jpeg.pixel(19, 0)), 245);
+
+    // GIF: the fully transparent pixels stay transparent, the half-transparent one is blended onto white.
+    const QImage gif = read(write(QStringLiteral("t.gif"), FileFormat::GIFType, image));
+    EXPECT_EQ(qAlpha(gif.pixel(19, 9)), 0);
+    EXPECT_EQ(gif.pixel(3, 3), qRgb(200, 10, 10));
+    EXPECT_EQ(gif.pixel(15, 5), qRgb(127, 127, 127));
+}
+
+TEST_F(ImageIOTest, GIFKeepsFewColoursExactlyAndQuantisesMany)
+{
+    ImageIOGIFEncoder few(blocks());
+    ASSERT_TRUE(few.quantize(nullptr));
+    EXPECT_TRUE(few.isExact());
+    EXPECT_EQ(few.palette().size(), 40);
+
+    const QImage rich = gradient();
+    ImageIOGIFEncoder many(rich);
+    ASSERT_TRUE(many.quantize(nullptr));
+    EXPECT_FALSE(many.isExact());
+    EXPECT_LE(many.palette().size(), 256);
+    const QImage back = read(write(QStringLiteral("rich.gif"), FileFormat::GIFType, rich));
+    ASSERT_EQ(back.size(), rich.size());
+    EXPECT_GT(psnr(back, rich), 30.0);
+}
+
+TEST_F(ImageIOTest, ResolutionGivesPointSizeAndTravelsWithTheImage)
+{
+    QImage image = blocks(144, 72);
+    image.setDotsPerMeterX(5669); // 144 dpi
+    image.setDotsPerMeterY(5669);
+    const QString png = write(QStringLiteral("retina.png"), FileFormat::PNGType, image);
+    QSize pixels;
+    QSizeF dpi;
+    ASSERT_TRUE(ImageIOSource::readProperties(png, &pixels, &dpi));
+    EXPECT_EQ(pixels, QSize(144, 72));
+    EXPECT_NEAR(dpi.width(), 144.0, 0.1);
+    auto source = ImageIOSource::createWithURL(QUrl::fromLocalFile(png));
+    ASSERT_NE(source, nullptr);
+    EXPECT_NEAR(source->pointSize().width(), 72.0, 0.1);
+    EXPECT_NEAR(source->pointSize().height(), 36.0, 0.1);
+
+    // A PDF page is the image's size in points.
+    const QString pdf = write(QStringLiteral("retina.pdf"), FileFormat::PDFType, image);
+    const QSizeF page = ImageIOPDF::firstPageSize(pdf);
+    EXPECT_NEAR(page.width(), 72.0, 0.01);
+    EXPECT_NEAR(page.height(), 36.0, 0.01);
+
+    for (const QString &uti : {FileFormat::JPEGType, FileFormat::TIFFType}) {
+        SCOPED_TRACE(uti.toStdString());
+        ASSERT_TRUE(ImageIOSource::readProperties(
+            write(QStringLiteral("r-") + QString::number(qHash(uti)), uti, image), &pixels, &dpi));
+        EXPECT_NEAR(dpi.width(), 144.0, 0.5);
+    }
+
+    // No stored resolution means 72 dpi.
+    ASSERT_TRUE(ImageIOSource::readProperties(
+        write(QStringLiteral("plain.png"), FileFormat::PNGType, blocks()), &pixels, &dpi));
+    EXPECT_EQ(dpi, QSizeF(72, 72));
+}
+
+TEST_F(ImageIOTest, PDFGivesOnlyPageOneAtItsSize)
+{
+    const QString file = path(QStringLiteral("two.pdf"));
+    {
+        QPdfWriter writer(file);
+        writer.setResolution(72);
+        writer.setPageSize(QPageSize(QSizeF(200, 100), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF());
+        QPainter painter(&writer);
+        painter.fillRect(QRectF(0, 0, 200, 100), Qt::blue);
+        writer.setPageSize(QPageSize(QSizeF(300, 400), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.newPage();
+        painter.fillRect(QRectF(0, 0, 300, 400), Qt::red);
+    }
+    EXPECT_EQ(ImageIOPDF::firstPageSize(file), QSizeF(200, 100));
+    const QImage page = read(file);
+    ASSERT_EQ(page.size(), QSize(200, 100));
+    EXPECT_EQ(page.pixel(100, 50), qRgb(0, 0, 255));
+    QSize pixels;
+    ASSERT_TRUE(ImageIOSource::readProperties(file, &pixels, nullptr));
+    EXPECT_EQ(pixels, QSize(200, 100));
+}
+
+TEST_F(ImageIOTest, BrokenFilesAreRefusedWithAReason)
+{
+    const QString png = write(QStringLiteral("good.png"), FileFormat::PNGType, gradient());
+    QFile file(png);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    const QStringList broken{
+        corvex::test::writeFile(path(QStringLiteral("empty.png")), QByteArray()),
+        corvex::test::writeFile(path(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2)),
+        corvex::test::writeFile(path(QStringLiteral("text.png")), "This is not a picture.\n"),
+        corvex::test::writeFile(path(QStringLiteral("cut.jpg")), QByteArray("\xff\xd8\xff\xe0", 4)),
+        corvex::test::writeFile(path(QStringLiteral("nopages.pdf")),
+                                "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
+                                "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
+                                "trailer <</Root 1 0 R>>\n%%EOF\n"),
+        path(QStringLiteral("missing.png")),
+    };
+    QDir().mkpath(path(QStringLiteral("folder.png")));
+    for (const QString &brokenPath : broken + QStringList{path(QStringLiteral("folder.png"))}) {
+        SCOPED_TRACE(brokenPath.toStdString());
+        QString reason;
+        EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(brokenPath), &reason), nullptr);
+        EXPECT_FALSE(reason.isEmpty());
+        // A cut file still has its header: it can be measured, not converted.
+        if (!brokenPath.endsWith(QLatin1String("cut.png"))) {
+            EXPECT_FALSE(ImageIOSource::readProperties(brokenPath, nullptr, nullptr));
+        }
+    }
+}
+
+TEST_F(ImageIOTest, HugeDeclaredSizesAreRefusedBeforeDecoding)
+{
+    // A valid PNG header claiming 30000 by 30000 pixels, followed by a tiny image stream.
+    const QByteArray header = bigEndian(30000) + bigEndian(30000) + QByteArray("\x08\x02\x00\x00\x00", 5);
+    const QByteArray idat = QByteArray::fromHex("789c030000000001");
+    const QByteArray png = QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IDAT", idat) +
+                           chunk("IEND", QByteArray());
+    const QString pngPath = corvex::test::writeFile(path(QStringLiteral("huge.png")), png);
+    QString reason;
+    EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(pngPath), &reason), nullptr);
+    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    // The header alone can still be measured.
+    QSize pixels;
+    EXPECT_TRUE(ImageIOSource::readProperties(pngPath, &pixels, nullptr));
+    EXPECT_EQ(pixels, QSize(30000, 30000));
+
+    // A BMP header claiming the same.
+    QByteArray bmp("BM", 2);
+    const auto le32 = littleEndian;
+    bmp += le32(54 + 16) + le32(0) + le32(54) + le32(40) + le32(30000) + le32(30000) +
+           QByteArray("\x01\x00\x18\x00", 4) + le32(0) + le32(16) + le32(2835) + le32(2835) + le32(0) +
+           le32(0) + QByteArray(16, '\0');
+    const QString bmpPath = corvex::test::writeFile(path(QStringLiteral("huge.bmp")), bmp);
+    EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(bmpPath), &reason), nullptr);
+}
+
+TEST_F(ImageIOTest, DestinationNeverReplacesAndCreatesNothingOnFailure)
+{
+    const QString existing = corvex::test::writeFile(path(QStringLiteral("there.jpg")), "keep me");
+    QString reason;
+    EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(existing), FileFormat::JPEGType, &reason),
+              nullptr);
+    QFile file(existing);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("keep me"));
+
+    EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(path(QStringLiteral("x.webp"))),
+                                                QStringLiteral("org.webmproject.webp"), &reason),
+              nullptr);
+    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("x.webp"))));
+    EXPECT_EQ(
+        ImageIODestination::createWithURL(QUrl::fromLocalFile(path(QStringLiteral("no/such/folder.png"))),
+                                          FileFormat::PNGType, &reason),
+        nullptr);
+
+    // Given up before finalising: the empty file it made goes again.
+    {
+        auto destination = ImageIODestination::createWithURL(
+            QUrl::fromLocalFile(path(QStringLiteral("later.png"))), FileFormat::PNGType);
+        ASSERT_NE(destination, nullptr);
+        EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("later.png"))));
+    }
+    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("later.png"))));
+
+    // Nothing added: finalising fails.
+    auto destination = ImageIODestination::createWithURL(
+        QUrl::fromLocalFile(path(QStringLiteral("nothing.png"))), FileFormat::PNGType);
+    ASSERT_NE(destination, nullptr);
+    EXPECT_FALSE(destination->finalize(&reason));
+}
+
+TEST_F(ImageIOTest, PNGEncoderStaysCompact)
+{
+    // Flat screenshot-like content must compress well: far below the raw size.
+    QImage image(800, 600, QImage::Format_RGB888);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.fillRect(QRect(50, 50, 300, 200), QColor(0, 122, 255));
+    painter.drawText(QRect(400, 300, 300, 100), Qt::AlignCenter, QStringLiteral("Corvex"));
+    painter.end();
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
+    EXPECT_LT(buffer.size(), 20000);
+    EXPECT_EQ(QImage::fromData(buffer.data(), "png").convertToFormat(QImage::Format_RGB888), image);
+}
+
+} // namespace
