@@ -1,0 +1,414 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CapturingLogger.h"
+#include "CorvexError.h"
+#include "CorvexErrors.h"
+#include "DropboxCheck.h"
+#include "FileFormat.h"
+#include "ImageIODestination.h"
+#include "ImageIOSource.h"
+#include "Processor.h"
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+const FileFormat *format(const QString &extension)
+{
+    return qzFileFormatForExtension(FileFormat::allFileFormats(), extension);
+}
+
+QString trashFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash");
+}
+
+QImage picture(int width = 40, int height = 30)
+{
+    QImage image(width, height, QImage::Format_RGB888);
+    image.setDotsPerMeterX(2835);
+    image.setDotsPerMeterY(2835);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, x < width / 2 ? qRgb(250, 250, 250) : qRgb(20, 90, 200));
+    return image;
+}
+
+class RenameItemTest : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        DropboxCheck::resetClientFactsProvider();
+        DropboxCheck::resetHomeFolder();
+    }
+
+    QString path(const QString &name) const { return mDir.filePath(name); }
+    static QUrl url(const QString &file) { return QUrl::fromLocalFile(file); }
+
+    QString writeImage(const QString &name, const QImage &image = picture())
+    {
+        auto destination =
+            ImageIODestination::createWithURL(url(path(name)), format(QFileInfo(name).suffix())->uti());
+        EXPECT_NE(destination, nullptr);
+        destination->addImage(image);
+        EXPECT_TRUE(destination->finalize());
+        return path(name);
+    }
+
+    bool rename(const QString &from, const QString &to, CorvexError *error = nullptr)
+    {
+        return Processor::sharedProcessor().renameItemAtURL(url(from), format(QFileInfo(from).suffix()),
+                                                            url(to), format(QFileInfo(to).suffix()), error);
+    }
+
+    // Makes the Dropbox check say that screenshot sharing might be on.
+    void pretendDropboxSharesScreenshots()
+    {
+        const QString home = path(QStringLiteral("dropbox-home"));
+        const QString folder = home + QStringLiteral("/Dropbox");
+        QDir().mkpath(folder + QStringLiteral("/Screenshots"));
+        corvex::test::writeFile(home + QStringLiteral("/.dropbox/host.db"),
+                                "0123abcd\n" + folder.toUtf8().toBase64() + "\n");
+        DropboxCheck::setHomeFolder(home);
+        DropboxCheck::setClientFactsProvider([] {
+            return DropboxClientFacts{true, QStringLiteral("2.4.0"), QStringLiteral("2.4.0")};
+        });
+        ASSERT_TRUE(DropboxCheck::screenshotFolderTest());
+    }
+
+    QTemporaryDir mDir;
+};
+
+TEST_F(RenameItemTest, SameFormatMovesWithoutTrash)
+{
+    const QString source = writeImage(QStringLiteral("shot.png"));
+    const QByteArray bytes = [&] {
+        QFile file(source);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }();
+    QDir().mkpath(path(QStringLiteral("sub")));
+    const QString destination = path(QStringLiteral("sub/renamed.PNG"));
+    LogCapture log;
+    CorvexError error;
+    ASSERT_TRUE(rename(source, destination, &error));
+    EXPECT_FALSE(QFileInfo::exists(source));
+    QFile moved(destination);
+    ASSERT_TRUE(moved.open(QIODevice::ReadOnly));
+    EXPECT_EQ(moved.readAll(), bytes);
+    EXPECT_FALSE(QDir(trashFolder() + QStringLiteral("/files")).exists(QStringLiteral("shot.png")));
+    EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
+}
+
+TEST_F(RenameItemTest, SameFormatNeverReplacesAnExistingFile)
+{
+    const QString source = writeImage(QStringLiteral("a.jpg"));
+    const QString existing = corvex::test::writeFile(path(QStringLiteral("b.jpeg")), "older file");
+    CorvexError error;
+    EXPECT_FALSE(rename(source, existing, &error));
+    EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
+    EXPECT_EQ(error.code(), CorvexError::FileWriteFileExistsError);
+    EXPECT_TRUE(QFileInfo::exists(source));
+    QFile file(existing);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("older file"));
+}
+
+TEST_F(RenameItemTest, FreshlyMadeFormatIsNotTheRowSoTheFileIsConverted)
+{
+    const QString source = writeImage(QStringLiteral("x.jpg"));
+    std::unique_ptr<FileFormat> fresh(
+        FileFormat::fileFormat(FileFormat::JPEGType, QStringLiteral("JPEG"), {QStringLiteral("jpg")}));
+    const QString destination = path(QStringLiteral("y.jpg"));
+    ASSERT_TRUE(Processor::sharedProcessor().renameItemAtURL(url(source), format(QStringLiteral("jpg")),
+                                                             url(destination), fresh.get()));
+    // Converted, so the source went to the Trash rather than being renamed.
+    EXPECT_TRUE(QFileInfo::exists(destination));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/x.jpg")));
+}
+
+TEST_F(RenameItemTest, ConversionWritesTheNewFileAndTrashesTheSource)
+{
+    const QString source = writeImage(QStringLiteral("Screenshot 1.png"));
+    const QString destination = path(QStringLiteral("Screenshot 1.jpg"));
+    LogCapture log;
+    CorvexError error;
+    ASSERT_TRUE(rename(source, destination, &error));
+    auto written = ImageIOSource::createWithURL(url(destination));
+    ASSERT_NE(written, nullptr);
+    EXPECT_EQ(written->image().size(), QSize(40, 30));
+    EXPECT_LT(qAbs(qBlue(written->image().pixel(35, 15)) - 200), 8);
+    EXPECT_FALSE(QFileInfo::exists(source));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/Screenshot 1.png")));
+    QFile info(trashFolder() + QStringLiteral("/info/Screenshot 1.png.trashinfo"));
+    ASSERT_TRUE(info.open(QIODevice::ReadOnly));
+    const QByteArray text = info.readAll();
+    EXPECT_TRUE(text.contains("[Trash Info]"));
+    EXPECT_TRUE(text.contains(QByteArray(QByteArray("Path=") + QUrl::toPercentEncoding(source, "/"))))
+        << text.constData();
+    EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
+}
+
+TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
+{
+    const QImage image = picture(25, 17);
+    for (const FileFormat *from : FileFormat::allFileFormats()) {
+        for (const FileFormat *to : FileFormat::allFileFormats()) {
+            if (from == to)
+                continue;
+            SCOPED_TRACE(
+                QString(from->description() + QStringLiteral(" to ") + to->description()).toStdString());
+            const QString stem =
+                from->preferredExtension() + QStringLiteral("-to-") + to->preferredExtension();
+            const QString source = writeImage(stem + QLatin1Char('.') + from->preferredExtension(), image);
+            const QString destination = path(stem + QLatin1Char('.') + to->preferredExtension());
+            CorvexError error;
+            ASSERT_TRUE(rename(source, destination, &error)) << error.localizedDescription().toStdString();
+            auto written = ImageIOSource::createWithURL(url(destination));
+            ASSERT_NE(written, nullptr);
+            ASSERT_EQ(written->image().size(), image.size());
+            const bool lossy = from->uti() == FileFormat::JPEGType || to->uti() == FileFormat::JPEGType;
+            for (const QPoint point : {QPoint(2, 2), QPoint(20, 10), QPoint(24, 16)}) {
+                const QRgb got = written->image().pixel(point), want = image.pixel(point);
+                if (lossy)
+                    EXPECT_LT(qAbs(qGray(got) - qGray(want)), 10);
+                else
+                    EXPECT_EQ(got, want);
+            }
+            EXPECT_FALSE(QFileInfo::exists(source));
+        }
+    }
+}
+
+TEST_F(RenameItemTest, MultiPagePDFGivesPageOneAtItsMediaBoxSize)
+{
+    const QString source = path(QStringLiteral("pages.pdf"));
+    {
+        QPdfWriter writer(source);
+        writer.setResolution(72);
+        writer.setPageSize(QPageSize(QSizeF(120, 90), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF());
+        QPainter painter(&writer);
+        painter.fillRect(QRectF(0, 0, 120, 90), QColor(0, 128, 0));
+        writer.setPageSize(QPageSize(QSizeF(612, 792), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.newPage();
+        painter.fillRect(QRectF(0, 0, 612, 792), Qt::red);
+    }
+    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(source), true), QSizeF(120, 90));
+    const QString destination = path(QStringLiteral("pages.png"));
+    ASSERT_TRUE(rename(source, destination));
+    auto written = ImageIOSource::createWithURL(url(destination));
+    ASSERT_NE(written, nullptr);
+    EXPECT_EQ(written->image().size(), QSize(120, 90));
+    EXPECT_EQ(written->image().pixel(60, 45), qRgb(0, 128, 0));
+}
+
+TEST_F(RenameItemTest, MissingSourceGivesNoSuchFileAndTheTrashStepFails)
+{
+    const QString source = path(QStringLiteral("gone.png"));
+    LogCapture log;
+    CorvexError error;
+    EXPECT_FALSE(rename(source, path(QStringLiteral("gone.tiff")), &error));
+    EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
+    EXPECT_EQ(error.code(), 4);
+    EXPECT_EQ(error.userInfo().value(CorvexError::URLErrorKey).toUrl(), url(source));
+    EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
+    EXPECT_EQ(
+        log.messages(DDLogFlagError),
+        (QStringList{
+            QStringLiteral("Could not create image source for %1 because file does not exist").arg(source),
+            QStringLiteral("Could not move %1 to Trash.").arg(source)}));
+    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("gone.tiff"))));
+}
+
+TEST_F(RenameItemTest, MissingPDFLogsBothPDFLinesFirst)
+{
+    const QString source = path(QStringLiteral("gone.pdf"));
+    LogCapture log;
+    EXPECT_FALSE(rename(source, path(QStringLiteral("gone.png"))));
+    EXPECT_EQ(
+        log.messages(DDLogFlagError),
+        (QStringList{
+            QStringLiteral("Could not open PDF document %1").arg(source),
+            QStringLiteral("Could not get first page of PDF %1").arg(source),
+            QStringLiteral("Could not create image source for %1 because file does not exist").arg(source),
+            QStringLiteral("Could not move %1 to Trash.").arg(source)}));
+    log.clear();
+    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(source), true), QSizeF(0, 0));
+    EXPECT_EQ(log.messages(DDLogFlagError),
+              (QStringList{QStringLiteral("Could not open PDF document %1").arg(source),
+                           QStringLiteral("Could not get first page of PDF %1").arg(source)}));
+}
+
+TEST_F(RenameItemTest, PDFWithoutPagesLogsOnlyTheMissingPage)
+{
+    const QString source = corvex::test::writeFile(
+        path(QStringLiteral("empty.pdf")), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
+                                           "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
+                                           "trailer <</Root 1 0 R>>\n%%EOF\n");
+    LogCapture log;
+    CorvexError error;
+    EXPECT_FALSE(rename(source, path(QStringLiteral("empty.png")), &error));
+    EXPECT_EQ(error.domain(), CorvexError::CorvexErrorDomain);
+    EXPECT_EQ(error.code(), 1);
+    const QStringList errors = log.messages(DDLogFlagError);
+    EXPECT_EQ(errors, (QStringList{QStringLiteral("Could not get first page of PDF %1").arg(source),
+                                   QStringLiteral("Could not create image source for %1").arg(source)}));
+    // The source is in the Trash, from where it can be taken back.
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/empty.pdf")));
+}
+
+TEST_F(RenameItemTest, UnreadableSourcesGiveTheLoadError)
+{
+    QFile good(writeImage(QStringLiteral("good.png")));
+    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
+    const QByteArray bytes = good.readAll();
+    const QStringList sources{
+        corvex::test::writeFile(path(QStringLiteral("zero.png")), QByteArray()),
+        corvex::test::writeFile(path(QStringLiteral("cut.png")), bytes.left(bytes.size() - 30)),
+        corvex::test::writeFile(path(QStringLiteral("notes.png")), "just some text\n")};
+    for (const QString &source : sources) {
+        SCOPED_TRACE(source.toStdString());
+        LogCapture log;
+        CorvexError error;
+        const QString destination = source.chopped(3) + QStringLiteral("gif");
+        EXPECT_FALSE(rename(source, destination, &error));
+        EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
+        EXPECT_EQ(error.code(), 1);
+        EXPECT_EQ(error.localizedFailureReason(),
+                  QStringLiteral("The file \u201c%1\u201d couldn\u2019t be loaded as an image.")
+                      .arg(QFileInfo(source).fileName()));
+        EXPECT_EQ(log.messages(DDLogFlagError),
+                  QStringList{QStringLiteral("Could not create image source for %1").arg(source)});
+        EXPECT_FALSE(QFileInfo::exists(destination));
+        EXPECT_FALSE(QFileInfo::exists(source));
+    }
+}
+
+TEST_F(RenameItemTest, DestinationThatCannotBeCreatedGivesTheWriteError)
+{
+    const QString source = writeImage(QStringLiteral("shot.png"));
+    const QString destination = path(QStringLiteral("missing-folder/shot.bmp"));
+    LogCapture log;
+    CorvexError error;
+    EXPECT_FALSE(rename(source, destination, &error));
+    EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
+    EXPECT_EQ(error.code(), 3);
+    EXPECT_EQ(error.localizedFailureReason(),
+              QStringLiteral(
+                  "An error occurred trying to write the Microsoft BMP screenshot to \u201cshot.bmp\u201d."));
+    EXPECT_EQ(log.messages(DDLogFlagError),
+              QStringList{QStringLiteral("Could create image destination at %1 with UTI com.microsoft.bmp")
+                              .arg(destination)});
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/shot.png")));
+}
+
+TEST_F(RenameItemTest, FailedEncodingGivesTheFinalizeError)
+{
+    // GIF cannot hold an image wider than 65535 pixels.
+    const QString source = writeImage(QStringLiteral("wide.png"), picture(70000, 1));
+    const QString destination = path(QStringLiteral("wide.gif"));
+    LogCapture log;
+    CorvexError error;
+    EXPECT_FALSE(rename(source, destination, &error));
+    EXPECT_EQ(error.code(), 2);
+    EXPECT_EQ(error.localizedFailureReason(),
+              QStringLiteral("An error occurred finalizing the GIF screenshot to \u201cwide.gif\u201d."));
+    EXPECT_EQ(log.messages(DDLogFlagError),
+              QStringList{QStringLiteral("CGImageDestinationFinalize failed for %1").arg(destination)});
+}
+
+TEST_F(RenameItemTest, DropboxExplanationIsAddedToVanishedFiles)
+{
+    pretendDropboxSharesScreenshots();
+    CorvexError error;
+    EXPECT_FALSE(rename(path(QStringLiteral("vanished.png")), path(QStringLiteral("moved.png")), &error));
+    EXPECT_TRUE(qz_isCocoaFileNoSuchFileError(error));
+    EXPECT_TRUE(error.localizedRecoverySuggestion().startsWith(
+        QStringLiteral("Do you have \u201cShare screenshots using Dropbox\u201d turned on?")));
+
+    error = CorvexError();
+    EXPECT_FALSE(rename(path(QStringLiteral("vanished.png")), path(QStringLiteral("moved.jpg")), &error));
+    EXPECT_EQ(error.code(), 4);
+    EXPECT_FALSE(error.localizedRecoverySuggestion().isEmpty());
+
+    // Other failures are not about Dropbox.
+    const QString existing = corvex::test::writeFile(path(QStringLiteral("taken.png")), "x");
+    error = CorvexError();
+    EXPECT_FALSE(rename(writeImage(QStringLiteral("real.png")), existing, &error));
+    EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
+}
+
+TEST_F(RenameItemTest, ImageDimensionsAreInPoints)
+{
+    QImage retina = picture(200, 100);
+    retina.setDotsPerMeterX(5669);
+    retina.setDotsPerMeterY(5669);
+    const QSizeF size = Processor::sharedProcessor().imageDimensionsOfURL(
+        url(writeImage(QStringLiteral("retina.png"), retina)), false);
+    EXPECT_NEAR(size.width(), 100.0, 0.1);
+    EXPECT_NEAR(size.height(), 50.0, 0.1);
+    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(writeImage(QStringLiteral("plain.tiff"))),
+                                                                false),
+              QSizeF(40, 30));
+    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(
+                  url(corvex::test::writeFile(path(QStringLiteral("t.png")), "text")), false),
+              QSizeF(0, 0));
+}
+
+TEST(CorvexErrors, TextsAndCodes)
+{
+    const QUrl url = QUrl::fromLocalFile(QStringLiteral("/tmp/some folder/Shot 1.png"));
+    const CorvexError source = corvexErrorCGImageSourceCreateWithURL(url);
+    EXPECT_EQ(source.domain(), QStringLiteral("Corvex"));
+    EXPECT_EQ(source.code(), 1);
+    EXPECT_EQ(source.localizedFailureReason(),
+              QStringLiteral("The file \u201cShot 1.png\u201d couldn\u2019t be loaded as an image."));
+    const CorvexError finalize =
+        corvexErrorCGImageDestinationFinalizeWithURL(url, format(QStringLiteral("tif")));
+    EXPECT_EQ(finalize.code(), 2);
+    EXPECT_EQ(finalize.localizedFailureReason(),
+              QStringLiteral("An error occurred finalizing the TIFF screenshot to \u201cShot 1.png\u201d."));
+    const CorvexError noFile = corvexErrorNoSuchFile(url);
+    EXPECT_EQ(noFile.domain(), CorvexError::CocoaErrorDomain);
+    EXPECT_EQ(noFile.code(), 4);
+    EXPECT_EQ(noFile.userInfo().value(CorvexError::URLErrorKey).toUrl(), url);
+    EXPECT_TRUE(noFile.localizedFailureReason().isEmpty());
+}
+
+TEST(CorvexErrors, NoSuchFileRecognition)
+{
+    EXPECT_TRUE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::CocoaErrorDomain, 4)));
+    EXPECT_TRUE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::CocoaErrorDomain, 260)));
+    EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::CocoaErrorDomain, 516)));
+    EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::POSIXErrorDomain, 4)));
+    EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(QStringLiteral("Corvex"), 4)));
+}
+
+TEST(CorvexErrors, DropboxDecorationReplacesTheSuggestionAndKeepsTheRest)
+{
+    QVariantMap info{{CorvexError::LocalizedRecoverySuggestionErrorKey, QStringLiteral("Old advice")},
+                     {CorvexError::FilePathErrorKey, QStringLiteral("/x.png")}};
+    const CorvexError decorated = corvexErrorByAddingDropboxIncompatibilityInformation(
+        CorvexError(CorvexError::CocoaErrorDomain, 260, info));
+    EXPECT_EQ(decorated.domain(), CorvexError::CocoaErrorDomain);
+    EXPECT_EQ(decorated.code(), 260);
+    EXPECT_EQ(decorated.userInfo().value(CorvexError::FilePathErrorKey).toString(), QStringLiteral("/x.png"));
+    EXPECT_EQ(decorated.localizedRecoverySuggestion(),
+              QStringLiteral(
+                  "Do you have \u201cShare screenshots using Dropbox\u201d turned on? That feature is "
+                  "currently incompatible with Corvex. Try turning it off in the Dropbox app preferences."));
+    const CorvexError bare =
+        corvexErrorByAddingDropboxIncompatibilityInformation(CorvexError(QStringLiteral("D"), 9));
+    EXPECT_EQ(bare.userInfo().size(), 1);
+}
+
+} // namespace
