@@ -53,30 +53,6 @@ TEST_F(AutomaticStepsTest, AvailablePathNumbersTakenNames)
     EXPECT_EQ(AutomaticSteps::availablePath(mFolder, "Plain", QString()), mFolder + "/Plain 2");
 }
 
-TEST_F(AutomaticStepsTest, MoveNeverReplaces)
-{
-    const QString source = writeFile(mFolder + "/a.png", "mine");
-    QDir().mkpath(mFolder + "/to");
-    writeFile(mFolder + "/to/a.png", "theirs");
-    const FileFormat *png = qzFileFormatForExtension(FileFormat::allFileFormats(), "png");
-    EXPECT_EQ(AutomaticSteps::moveToAvailablePath(source, png, mFolder + "/to", "a", "png"),
-              mFolder + "/to/a 2.png");
-    QFile theirs(mFolder + "/to/a.png");
-    ASSERT_TRUE(theirs.open(QIODevice::ReadOnly));
-    EXPECT_EQ(theirs.readAll(), "theirs");
-    // Moving to the name it already has changes nothing.
-    EXPECT_EQ(
-        AutomaticSteps::moveToAvailablePath(mFolder + "/to/a 2.png", png, mFolder + "/to", "a 2", "png"),
-        mFolder + "/to/a 2.png");
-    // A folder that does not exist: the move fails and the file stays.
-    LogCapture capture;
-    EXPECT_TRUE(
-        AutomaticSteps::moveToAvailablePath(mFolder + "/to/a 2.png", png, mFolder + "/missing", "a", "png")
-            .isNull());
-    EXPECT_TRUE(QFileInfo::exists(mFolder + "/to/a 2.png"));
-    EXPECT_FALSE(capture.messages(DDLogFlagError).isEmpty());
-}
-
 TEST_F(AutomaticStepsTest, ReportAndRecordFollowTheFile)
 {
     AppUserDefaults &defaults = AppUserDefaults::sharedCorvexDefaults();
