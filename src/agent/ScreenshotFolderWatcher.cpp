@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ScreenshotFolderWatcher.h"
+
+#include "Log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSocketNotifier>
+#include <cerrno>
+#include <cstring>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr uint32_t folderMask = IN_CLOSE_WRITE | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+constexpr uint32_t ancestorMask = IN_CREATE | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+
+QString errnoText(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+} // namespace
+
+ScreenshotFolderWatcher::ScreenshotFolderWatcher(QObject *parent) : QObject(parent) {}
+
+ScreenshotFolderWatcher::~ScreenshotFolderWatcher()
+{
+    stop();
+}
+
+bool ScreenshotFolderWatcher::ensureInotify()
+{
+    if (mInotify >= 0)
+        return true;
+    mInotify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (mInotify < 0) {
+        DDLogError(QStringLiteral("Could not watch the screenshot folder: inotify is not available.  %1")
+                       .arg(errnoText(errno)));
+        return false;
+    }
+    mNotifier = new QSocketNotifier(mInotify, QSocketNotifier::Read, this);
+    connect(mNotifier, &QSocketNotifier::activated, this, &ScreenshotFolderWatcher::readEvents);
+    return true;
+}
+
+bool ScreenshotFolderWatcher::setFolder(const QString &folder)
+{
+    const QString cleaned = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    if (cleaned == mFolder && mInotify >= 0)
+        return true;
+    if (!ensureInotify())
+        return false;
+    removeWatches();
+    mFolder = cleaned;
+    watchFolderOrAncestor();
+    return true;
+}
+
+void ScreenshotFolderWatcher::stop()
+{
+    removeWatches();
+    if (mNotifier) {
+        mNotifier->setEnabled(false);
+        delete mNotifier;
+        mNotifier = nullptr;
+    }
+    if (mInotify >= 0) {
+        ::close(mInotify);
+        mInotify = -1;
+    }
+}
+
+void ScreenshotFolderWatcher::removeWatches()
+{
+    const bool wasWatching = mFolderWatch >= 0;
+    if (mFolderWatch >= 0)
+        inotify_rm_watch(mInotify, mFolderWatch);
+    if (mAncestorWatch >= 0)
+        inotify_rm_watch(mInotify, mAncestorWatch);
+    mFolderWatch = -1;
+    mAncestorWatch = -1;
+    mAncestor.clear();
+    if (wasWatching)
+        Q_EMIT folderWatchChanged(false);
+}
+
+void ScreenshotFolderWatcher::watchFolderOrAncestor()
+{
+    if (mFolder.isEmpty() || mInotify < 0)
+        return;
+    const int folderWatch = inotify_add_watch(mInotify, QFile::encodeName(mFolder).constData(), folderMask);
+    if (folderWatch >= 0) {
+        if (mAncestorWatch >= 0 && mAncestorWatch != folderWatch)
+            inotify_rm_watch(mInotify, mAncestorWatch);
+        mAncestorWatch = -1;
+        mAncestor.clear();
+        const bool changed = mFolderWatch < 0;
+        mFolderWatch = folderWatch;
+        if (changed) {
+            DDLogInfo(QStringLiteral("Watching the screenshot folder %1").arg(mFolder));
+            Q_EMIT folderWatchChanged(true);
+        }
+        return;
+    }
+    const int error = errno;
+    if (error != ENOENT && error != ENOTDIR) {
+        DDLogError(
+            QStringLiteral("Could not watch the screenshot folder %1.  %2").arg(mFolder, errnoText(error)));
+        return;
+    }
+    // Wait for the folder: watch the nearest ancestor that exists.
+    QString ancestor = QFileInfo(mFolder).absolutePath();
+    while (!QFileInfo(ancestor).isDir() && ancestor != QLatin1String("/"))
+        ancestor = QFileInfo(ancestor).absolutePath();
+    if (ancestor == mAncestor && mAncestorWatch >= 0)
+        return;
+    if (mAncestorWatch >= 0)
+        inotify_rm_watch(mInotify, mAncestorWatch);
+    mAncestorWatch = inotify_add_watch(mInotify, QFile::encodeName(ancestor).constData(), ancestorMask);
+    mAncestor = mAncestorWatch >= 0 ? ancestor : QString();
+    if (mAncestorWatch < 0)
+        DDLogError(QStringLiteral("Could not wait for the screenshot folder %1 to appear.  %2")
+                       .arg(mFolder, errnoText(errno)));
+    else
+        DDLogInfo(
+            QStringLiteral("The screenshot folder %1 does not exist; waiting for it to appear").arg(mFolder));
+    // The folder may have appeared between the two calls.
+    if (QFileInfo(mFolder).isDir())
+        watchFolderOrAncestor();
+}
+
+void ScreenshotFolderWatcher::readEvents()
+{
+    alignas(inotify_event) char buffer[64 * 1024];
+    bool rewatch = false;
+    for (;;) {
+        const ssize_t length = ::read(mInotify, buffer, sizeof buffer);
+        if (length <= 0)
+            break;
+        for (ssize_t offset = 0; offset < length;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
+            offset += ssize_t(sizeof(inotify_event) + event->len);
+            if (event->mask & IN_Q_OVERFLOW) {
+                DDLogWarn(
+                    QStringLiteral("Too many changes in the screenshot folder at once: some were missed"));
+                continue;
+            }
+            if (event->wd == mFolderWatch && mFolderWatch >= 0) {
+                if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
+                    rewatch = true;
+                    continue;
+                }
+                if ((event->mask & (IN_CLOSE_WRITE | IN_MOVED_TO)) && !(event->mask & IN_ISDIR) &&
+                    event->len > 0)
+                    Q_EMIT fileCompleted(mFolder + u'/' + QFile::decodeName(event->name));
+            } else if (event->wd == mAncestorWatch && mAncestorWatch >= 0) {
+                rewatch = true;
+            }
+        }
+    }
+    if (!rewatch)
+        return;
+    if (mFolderWatch >= 0 && !QFileInfo(mFolder).isDir()) {
+        inotify_rm_watch(mInotify, mFolderWatch);
+        mFolderWatch = -1;
+        DDLogInfo(QStringLiteral("The screenshot folder %1 went away").arg(mFolder));
+        Q_EMIT folderWatchChanged(false);
+    }
+    if (mFolderWatch < 0)
+        watchFolderOrAncestor();
+}

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ScreenshotLocation.h"
+
+#include "AppUserDefaults.h"
+#include "DesktopScreenshotSettings.h"
+#include "Log.h"
+#include "PreferenceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSocketNotifier>
+#include <QStandardPaths>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace {
+
+// The configuration files (by name) whose change can move the screenshot folder or rename screenshots.
+const QStringList &relevantNames()
+{
+    static const QStringList names{QStringLiteral("user-dirs.dirs"),
+                                   QStringLiteral("spectaclerc"),
+                                   QStringLiteral("flameshot.ini"),
+                                   QStringLiteral("flameshot"),
+                                   QStringLiteral("corvex"),
+                                   AppUserDefaults::ScreencaptureBundleIdentifier + QStringLiteral(".plist")};
+    return names;
+}
+
+QString expandTilde(const QString &path)
+{
+    if (path == QLatin1String("~"))
+        return QDir::homePath();
+    if (path.startsWith(QLatin1String("~/")))
+        return QDir::homePath() + path.mid(1);
+    return path;
+}
+
+} // namespace
+
+ScreenshotLocation::ScreenshotLocation(QObject *parent) : QObject(parent) {}
+
+ScreenshotLocation::~ScreenshotLocation()
+{
+    if (mInotify >= 0)
+        ::close(mInotify);
+}
+
+ScreenshotMatcher ScreenshotLocation::readSettings()
+{
+    AppUserDefaults &screencapture = AppUserDefaults::sharedScreencaptureDefaults();
+    screencapture.synchronize();
+    QString folder = expandTilde(screencapture.stringForKey(QStringLiteral("location")).trimmed());
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    const DesktopScreenshotSettings desktop = DesktopScreenshotSettings::current();
+    QString name = screencapture.stringForKey(QStringLiteral("name"));
+    if (name.isNull()) {
+        // A tool that names by date alone has no name: every image of its folder is a screenshot. Without any
+        // known tool, the usual name of screenshots is looked for.
+        name = desktop.tool() == DesktopScreenshotSettings::Tool::None ? QStringLiteral("Screenshot")
+                                                                       : desktop.name();
+    }
+    const bool dedicated = desktop.isDedicatedScreenshotFolder(folder);
+    return ScreenshotMatcher(folder, name, dedicated);
+}
+
+void ScreenshotLocation::start()
+{
+    mMatcher = readSettings();
+    watchConfiguration();
+}
+
+void ScreenshotLocation::reload()
+{
+    const ScreenshotMatcher fresh = readSettings();
+    if (fresh == mMatcher)
+        return;
+    mMatcher = fresh;
+    DDLogInfo(QStringLiteral("Screenshot folder is now %1 (%2)")
+                  .arg(mMatcher.folder(),
+                       mMatcher.isDedicated()
+                           ? QStringLiteral("dedicated to screenshots")
+                           : QStringLiteral("names starting with \"%1\"").arg(mMatcher.namePrefix())));
+    Q_EMIT changed(mMatcher);
+}
+
+void ScreenshotLocation::watchConfiguration()
+{
+    if (mInotify < 0) {
+        mInotify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+        if (mInotify < 0) {
+            DDLogWarn(QStringLiteral(
+                "Changes of the desktop's screenshot settings are not followed: inotify is not "
+                "available"));
+            return;
+        }
+        mNotifier = new QSocketNotifier(mInotify, QSocketNotifier::Read, this);
+        connect(mNotifier, &QSocketNotifier::activated, this, &ScreenshotLocation::readEvents);
+    }
+    const QString configHome = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QStringList folders{configHome, configHome + QStringLiteral("/flameshot"),
+                              PreferenceStore::defaultDirectory()};
+    constexpr uint32_t mask =
+        IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_CREATE | IN_DELETE | IN_ONLYDIR;
+    for (const QString &folder : folders) {
+        // Adding a watch again only refreshes it; a missing folder is added once it appears.
+        if (inotify_add_watch(mInotify, QFile::encodeName(folder).constData(), mask) >= 0 &&
+            !mWatchedFolders.contains(folder))
+            mWatchedFolders.append(folder);
+    }
+}
+
+void ScreenshotLocation::readEvents()
+{
+    alignas(inotify_event) char buffer[16 * 1024];
+    bool relevant = false;
+    bool folderAppeared = false;
+    for (;;) {
+        const ssize_t length = ::read(mInotify, buffer, sizeof buffer);
+        if (length <= 0)
+            break;
+        for (ssize_t offset = 0; offset < length;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
+            offset += ssize_t(sizeof(inotify_event) + event->len);
+            if (event->mask & IN_Q_OVERFLOW) {
+                relevant = true;
+                continue;
+            }
+            if (event->len == 0)
+                continue;
+            const QString name = QFile::decodeName(event->name);
+            if (!relevantNames().contains(name))
+                continue;
+            relevant = true;
+            folderAppeared = folderAppeared || (event->mask & IN_ISDIR);
+        }
+    }
+    if (folderAppeared)
+        watchConfiguration();
+    if (relevant)
+        reload();
+}

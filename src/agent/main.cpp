@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// CorvexAgent: the background agent. A second start in the same session finds the first and exits.
+#include "AgentSignalHandler.h"
+#include "CorvexAgent.h"
+#include "FactoryDefaults.h"
+#include "UserDefaults.h"
+
+#include <QApplication>
+#include <cstdio>
+
+int main(int argc, char **argv)
+{
+    QApplication::setApplicationName(QStringLiteral("CorvexAgent"));
+    QApplication::setOrganizationDomain(QStringLiteral("ostrel.com"));
+    QApplication::setApplicationVersion(QStringLiteral(CORVEX_MARKETING_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("com.ostrel.CorvexAgent"));
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+
+    bool busAvailable = false;
+    if (!CorvexAgent::claimBusName(&busAvailable)) {
+        std::fprintf(stderr, "CorvexAgent: another agent is already running in this session\n");
+        return 0;
+    }
+    if (!busAvailable)
+        std::fprintf(stderr, "CorvexAgent: no D-Bus session bus: running without talking to Corvex\n");
+
+    // The log window reads its font from the standard preferences, which know the factory values.
+    UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
+
+    CorvexAgent agent;
+    AgentSignalHandler signals;
+    QObject::connect(&signals, &AgentSignalHandler::terminationRequested, &agent, &CorvexAgent::terminate);
+    if (!signals.install())
+        std::fprintf(stderr, "CorvexAgent: could not install the termination handlers\n");
+    agent.start();
+    return application.exec();
+}
