@@ -14,10 +14,11 @@ namespace {
 constexpr int MaximumColors = 256;
 constexpr int MaximumGIFSide = 65535;
 
-// The quantiser's speed (1 slowest … 10 fastest) and how strongly it dithers. Its dithering is edge-aware:
-// text and flat areas stay clean while gradients and photographs do not band.
-constexpr int QuantizerSpeed = 5;
-constexpr float DitheringLevel = 1.0f;
+// The quantiser's speed (1 slowest … 10 fastest) and how strongly it dithers. On screenshots the fastest
+// setting loses little: flat areas and text hold few colours, and a light, edge-aware dithering keeps
+// gradients and photographs from banding while adding little noise (a higher PSNR than full dithering).
+constexpr int QuantizerSpeed = 10;
+constexpr float DitheringLevel = 0.3f;
 
 struct AttrDeleter
 {
