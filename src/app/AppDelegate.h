@@ -10,10 +10,13 @@
 #include <QString>
 #include <QUrl>
 #include <QVariantMap>
+#include <functional>
 
 class CorvexWindowController;
 class LogWindowController;
+class AppEventHandler;
 class QAction;
+class QThread;
 class QMenuBar;
 class QWidget;
 
@@ -26,8 +29,8 @@ class AppDelegate : public QObject
     Q_OBJECT
 
 public:
-    // The application-level actions that menus and URLs reach. An action whose window or service is not part of
-    // this build stays disabled: triggering it does nothing.
+    // The application-level actions that menus and URLs reach. An action whose window or service is not part
+    // of this build stays disabled: triggering it does nothing.
     enum class Action {
         About,
         Preferences,
@@ -75,15 +78,18 @@ public:
     void removeNotificationObservers();
 
     // Command line, URLs and events.
-    // Posts "CorvexScreenshotMatched" for a screenshot named by -filePath/-screenNum/-newFilePath/-bookmarkData.
+    // Posts "CorvexScreenshotMatched" for a screenshot named by
+    // -filePath/-screenNum/-newFilePath/-bookmarkData.
     void processCommandLineArguments();
     void handleAboutEvent();
     void handlePreferencesEvent();
     void handleCheckForUpdatesEvent();
     // Dispatches a URL given as a string when its scheme is exactly "qzcv"; ignores anything else.
     void handleGetURLEvent(const QString &urlString);
-    // Runs the command of a "qzcv" URL ("//about", "//prefs", "//prefs/reset", "//feedback", "//checkForUpdate").
-    void handleCorvexURL(const QUrl &url);
+    // Runs the command of a "qzcv" URL, given as its text ("//about", "//prefs", "//prefs/reset",
+    // "//feedback",
+    // "//checkForUpdate" after the scheme; compared exactly, letter case included).
+    void handleCorvexURL(const QString &url);
     // "2.0.5 (ce9f1b3)".
     static QString appVersionString();
     // The operating system's human-readable version string.
@@ -98,8 +104,12 @@ public:
     QAction *action(Action which) const;
     // Triggers the action if it is enabled; answers whether it ran.
     bool perform(Action which);
-    // The menu bar holding every application-level action and the renaming window's commands.
-    QMenuBar *menuBar() const;
+    // A menu bar holding every application-level action, and the commands of the renaming window when one is
+    // given. Each renaming window gets one.
+    QMenuBar *makeMenuBar(CorvexWindowController *controller, QWidget *parent) const;
+
+    // The start-at-login question; tests replace it (the default runs the modal panel).
+    void setStartAtLogInQuestion(std::function<void()> question);
 
     // The open renaming window controllers.
     QList<CorvexWindowController *> windowControllers() const;
@@ -122,6 +132,8 @@ public:
 Q_SIGNALS:
     // A renaming window was opened for a screenshot.
     void windowControllerAdded(CorvexWindowController *controller);
+    // The application is about to leave its event loop (Quit, a termination signal, the last window closed).
+    void terminationRequested();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -133,14 +145,17 @@ private:
     void runStartAtLogInQuestionAndApply();
     void checkDropbox();
     void cleanMenuForMacAppStore();
-    void handleClosedWindow(QWidget *window);
+    void handleClosedWindow(const QPointer<QWidget> &window);
+    void checkLastWindowClosed();
     void onDistributedNotification(const QString &name, const QVariantMap &userInfo);
 
     QSet<CorvexWindowController *> mWindowControllers;
     bool mShouldTerminateAfterLastWindowClosed = false;
     bool mObserving = false;
     QMap<Action, QAction *> mActions;
-    QMenuBar *mMenuBar = nullptr;
     QList<QMetaObject::Connection> mObserverConnections;
-    QList<QPointer<QWidget>> mClosingWindows;
+    int mScreenshotObserver = 0;
+    AppEventHandler *mEventHandler = nullptr;
+    QThread *mDropboxThread = nullptr;
+    std::function<void()> mStartAtLogInQuestion;
 };

@@ -1,0 +1,322 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The delegate's lifecycle: start-up, shut-down, observers, the preference change handler, new screenshots
+// and closing windows.
+
+#include "AppDelegate.h"
+
+#include "AppEventHandler.h"
+#include "ClientProcessLogger.h"
+#include "CorvexWindowController.h"
+#include "DDLog.h"
+#include "DistributedNotificationCenter.h"
+#include "DropboxCheck.h"
+#include "FactoryDefaults.h"
+#include "Log.h"
+#include "LogWindowController.h"
+#include "Notifications.h"
+#include "ScreenshotInfo.h"
+#include "UserConsentPanelController.h"
+#include "UserDefaults.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QThread>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+
+AppDelegate *sSharedDelegate = nullptr;
+
+// The preference keys the agent must hear about, in the order they are observed.
+const QStringList &observedKeys()
+{
+    static const QStringList keys{
+        QStringLiteral("startAtLogIn"),     QStringLiteral("showMenuIcon"),
+        QStringLiteral("checkForUpdates"),  QStringLiteral("autoRename"),
+        QStringLiteral("autoRenameFormat"), QStringLiteral("autoRenameCount"),
+        QStringLiteral("autoReformat"),     QStringLiteral("autoReformatExtension"),
+        QStringLiteral("autoMove"),         QStringLiteral("autoMoveFolder"),
+        QStringLiteral("openWith"),         QStringLiteral("openWithBundleIdentifier"),
+        QStringLiteral("showCorvexWindow"),
+    };
+    return keys;
+}
+
+bool isOrdinaryWindow(const QWidget *widget)
+{
+    const Qt::WindowType type = widget->windowType();
+    return widget->isWindow() && type != Qt::Popup && type != Qt::ToolTip && type != Qt::SplashScreen &&
+           type != Qt::Desktop;
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(QObject *parent) : QObject(parent)
+{
+    initialize();
+    sSharedDelegate = this;
+    QApplication::setQuitOnLastWindowClosed(false);
+    createActions();
+    CorvexWindowController::setMenuBarFactory([this](CorvexWindowController *controller, QWidget *window) {
+        return makeMenuBar(controller, window);
+    });
+    qApp->installEventFilter(this);
+}
+
+AppDelegate::~AppDelegate()
+{
+    qApp->removeEventFilter(this);
+    CorvexWindowController::setMenuBarFactory({});
+    if (mObserving)
+        removeNotificationObservers();
+    if (mDropboxThread) {
+        mDropboxThread->wait();
+        delete mDropboxThread;
+    }
+    qDeleteAll(mWindowControllers);
+    mWindowControllers.clear();
+    delete mLogWindowController;
+    mLogWindowController = nullptr;
+    if (sSharedDelegate == this)
+        sSharedDelegate = nullptr;
+}
+
+AppDelegate *AppDelegate::sharedDelegate()
+{
+    return sSharedDelegate;
+}
+
+void AppDelegate::initialize()
+{
+    static const bool once = [] {
+        UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
+        return true;
+    }();
+    Q_UNUSED(once)
+}
+
+void AppDelegate::applicationWillFinishLaunching()
+{
+    if (!mEventHandler) {
+        mEventHandler = new AppEventHandler(this, this);
+        mEventHandler->registerObject();
+    }
+    DDLog::addLogger(ClientProcessLogger::sharedInstance());
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    DDLogInfo(
+        QStringLiteral("Corvex %1 has finished launching on %2").arg(appVersionString(), osVersionString()));
+    // Moving the application into the Applications folder comes here once it is part of the application.
+    cleanMenuForMacAppStore();
+    // The welcome window opens here on a first run ("firstRunVers2") once it is part of the application.
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (defaults.boolForKey(QStringLiteral("hasAskedToStartAtLogIn"))) {
+        if (defaults.boolForKey(QStringLiteral("startAtLogIn")))
+            ensureAgentIsInLoginItems();
+    } else {
+        runStartAtLogInQuestionAndApply();
+    }
+    addNotificationObservers();
+    processCommandLineArguments();
+    launchCorvexAgent();
+    // The updater takes the delegate here once update checks are part of the application.
+    mDropboxThread = QThread::create([this] { checkDropbox(); });
+    mDropboxThread->start();
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (!defaults.boolForKey(QStringLiteral("hasAskedToStartAtLogIn")))
+        runStartAtLogInQuestionAndApply();
+    if (!defaults.boolForKey(QStringLiteral("allowAgentToRunInBackground")))
+        quitCorvexAgent();
+    removeNotificationObservers();
+    defaults.setBool(false, QStringLiteral("firstRunVers2"));
+    defaults.synchronize();
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+{
+    Q_UNUSED(hasVisibleWindows)
+    return true;
+}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed()
+{
+    if (!UserDefaults::standardUserDefaults().boolForKey(QStringLiteral("quitAppAfterLastWindowClosed")))
+        return false;
+    if (!mShouldTerminateAfterLastWindowClosed)
+        DDLogInfo(QStringLiteral("Not quitting because the last window closed was not a renaming window."));
+    return mShouldTerminateAfterLastWindowClosed;
+}
+
+void AppDelegate::setStartAtLogInQuestion(std::function<void()> question)
+{
+    mStartAtLogInQuestion = std::move(question);
+}
+
+void AppDelegate::askToStartAtLogIn()
+{
+    if (mStartAtLogInQuestion) {
+        mStartAtLogInQuestion();
+        return;
+    }
+    UserConsentPanelController panel;
+    panel.runModal();
+}
+
+void AppDelegate::runStartAtLogInQuestionAndApply()
+{
+    askToStartAtLogIn();
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (defaults.boolForKey(QStringLiteral("startAtLogIn")))
+        addAgentToLoginItems();
+    else
+        removeAgentFromLoginItems();
+    defaults.setBool(true, QStringLiteral("hasAskedToStartAtLogIn"));
+}
+
+void AppDelegate::addNotificationObservers()
+{
+    if (mObserving)
+        return;
+    mObserving = true;
+    mScreenshotObserver = DistributedNotificationCenter::defaultCenter().addObserver(
+        CorvexScreenshotMatchedNotification, this,
+        [this](const QString &, const QVariantMap &userInfo) { screenshotTaken(userInfo); });
+    // The standard preferences announce every changed key; the handler looks only at the observed ones.
+    mObserverConnections.append(connect(&UserDefaults::standardUserDefaults(), &UserDefaults::valueChanged,
+                                        this, [this](const QString &key) {
+                                            if (observedKeys().contains(key))
+                                                observeValueForKeyPath(key);
+                                        }));
+}
+
+void AppDelegate::removeNotificationObservers()
+{
+    if (!mObserving)
+        return;
+    mObserving = false;
+    DistributedNotificationCenter::defaultCenter().removeObserver(mScreenshotObserver);
+    mScreenshotObserver = 0;
+    for (const QMetaObject::Connection &connection : std::as_const(mObserverConnections))
+        disconnect(connection);
+    mObserverConnections.clear();
+}
+
+void AppDelegate::observeValueForKeyPath(const QString &keyPath)
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    if (keyPath == u"startAtLogIn") {
+        if (defaults.boolForKey(keyPath))
+            addAgentToLoginItems();
+        else
+            removeAgentFromLoginItems();
+        return;
+    }
+    if (keyPath == u"showMenuIcon") {
+        center.postNotificationName(defaults.boolForKey(keyPath) ? CorvexShowStatusMenuNotification
+                                                                 : CorvexHideStatusMenuNotification);
+    } else if (!observedKeys().contains(keyPath)) {
+        return;
+    }
+    // The new values must be on disk before the agent is told to look at them.
+    defaults.synchronize();
+    center.postNotificationName(CorvexDefaultsChangedNotification);
+}
+
+void AppDelegate::screenshotTaken(const QVariantMap &userInfo)
+{
+    const ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary(userInfo);
+    auto *controller = new CorvexWindowController(info);
+    mWindowControllers.insert(controller);
+    QWidget *window = controller->window();
+    CorvexWindowController *main = mainWindowController();
+    if (main && main->window()->isVisible()) {
+        // Someone busy renaming is not interrupted: the new window waits behind.
+        window->setAttribute(Qt::WA_ShowWithoutActivating, true);
+        window->show();
+        window->setAttribute(Qt::WA_ShowWithoutActivating, false);
+        main->window()->raise();
+        main->window()->activateWindow();
+    } else {
+        window->show();
+        window->raise();
+        window->activateWindow();
+    }
+    Q_EMIT windowControllerAdded(controller);
+}
+
+void AppDelegate::windowWillClose(QWidget *window)
+{
+    CorvexWindowController *controller = CorvexWindowController::controllerForWindow(window);
+    if (controller && mWindowControllers.remove(controller))
+        controller->deleteLater();
+    mShouldTerminateAfterLastWindowClosed = controller != nullptr;
+    if (mLogWindowController && mLogWindowController->window() == window) {
+        mLogWindowController->deleteLater();
+        mLogWindowController = nullptr;
+    }
+}
+
+QList<CorvexWindowController *> AppDelegate::windowControllers() const
+{
+    return mWindowControllers.values();
+}
+
+CorvexWindowController *AppDelegate::mainWindowController() const
+{
+    CorvexWindowController *controller =
+        CorvexWindowController::controllerForWindow(QApplication::activeWindow());
+    return mWindowControllers.contains(controller) ? controller : nullptr;
+}
+
+bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Close && mObserving) {
+        auto *widget = qobject_cast<QWidget *>(watched);
+        if (widget && isOrdinaryWindow(widget)) {
+            // The window closes once the close event has been accepted; look after it has been delivered.
+            const QPointer<QWidget> window(widget);
+            QTimer::singleShot(0, this, [this, window] { handleClosedWindow(window); });
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void AppDelegate::handleClosedWindow(const QPointer<QWidget> &window)
+{
+    if (window && window->isVisible())
+        return; // the close was refused
+    if (window)
+        windowWillClose(window);
+    checkLastWindowClosed();
+}
+
+void AppDelegate::checkLastWindowClosed()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *widget : windows) {
+        if (widget->isVisible() && isOrdinaryWindow(widget))
+            return;
+    }
+    if (applicationShouldTerminateAfterLastWindowClosed())
+        quit();
+}
+
+void AppDelegate::cleanMenuForMacAppStore()
+{
+    // Nothing to adjust in this build.
+}
+
+void AppDelegate::checkDropbox()
+{
+    DropboxCheck::checkDropbox();
+}

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppEventHandler.h"
+
+#include "AppDelegate.h"
+#include "ApplicationAdaptor.h"
+#include "Log.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+AppEventHandler::AppEventHandler(AppDelegate *delegate, QObject *parent)
+    : QObject(parent), mDelegate(delegate)
+{
+    new ApplicationAdaptor(this);
+}
+
+AppEventHandler::~AppEventHandler()
+{
+    if (mRegistered)
+        QDBusConnection::sessionBus().unregisterObject(ObjectPath);
+}
+
+bool AppEventHandler::registerObject()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        DDLogError(QStringLiteral("Could not install the event handlers: there is no session bus."));
+        return false;
+    }
+    mRegistered = bus.registerObject(ObjectPath, this, QDBusConnection::ExportAdaptors);
+    if (!mRegistered)
+        DDLogError(QStringLiteral("Could not install the event handlers: %1 is taken.").arg(ObjectPath));
+    return mRegistered;
+}
+
+bool AppEventHandler::claimServiceName()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus.interface()->registerService(ServiceName, QDBusConnectionInterface::DontQueueService,
+                                         QDBusConnectionInterface::DontAllowReplacement);
+    return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+bool AppEventHandler::isAnotherInstanceRunning()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    const QDBusReply<QString> owner = bus.interface()->serviceOwner(ServiceName);
+    return owner.isValid() && !owner.value().isEmpty() && owner.value() != bus.baseService();
+}
+
+bool AppEventHandler::sendURLToRunningInstance(const QString &url)
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(ServiceName, ObjectPath, Interface, QStringLiteral("GetURL"));
+    call << url;
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, 10000);
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+void AppEventHandler::About()
+{
+    mDelegate->handleAboutEvent();
+}
+
+void AppEventHandler::Preferences()
+{
+    mDelegate->handlePreferencesEvent();
+}
+
+void AppEventHandler::CheckForUpdates()
+{
+    mDelegate->handleCheckForUpdatesEvent();
+}
+
+void AppEventHandler::GetURL(const QString &url)
+{
+    mDelegate->handleGetURLEvent(url);
+}

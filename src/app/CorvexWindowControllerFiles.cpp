@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The renaming window's file side: following the file, loading its picture, printing, the folder shortcuts'
+// folders, closing.
+
+#include "CorvexWindowController.h"
+#include "CorvexWindowController_p.h"
+#include "ImageLoader.h"
+#include "ImageView.h"
+#include "Log.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QStandardPaths>
+#include <QtConcurrent>
+
+using namespace CorvexWindow;
+
+namespace {
+
+CorvexWindowController::PrintRunner &printRunner()
+{
+    static CorvexWindowController::PrintRunner runner;
+    return runner;
+}
+
+QString firstExistingFolder(const QStringList &candidates)
+{
+    for (const QString &candidate : candidates) {
+        if (QFileInfo(candidate).isDir())
+            return candidate;
+    }
+    return QString();
+}
+
+} // namespace
+
+void CorvexWindowController::startWatchingFile(const QString &path)
+{
+    if (path.isEmpty())
+        return;
+    if (mWatching)
+        stopWatchingFile(mWatchedPath);
+    addPathToWatcher(path, WatchMask);
+    mWatching = true;
+    mWatchedPath = path;
+}
+
+void CorvexWindowController::stopWatchingFile(const QString &path)
+{
+    if (!mWatching || path != mWatchedPath)
+        return;
+    removePathFromWatcher(path);
+    mWatching = false;
+    mWatchedPath.clear();
+}
+
+void CorvexWindowController::fileWatcherDelete(const QString &path)
+{
+    if (path == _screenshotInfo.filePath())
+        resolveBookmarkAndUpdateUI();
+}
+
+void CorvexWindowController::fileWatcherRename(const QString &path)
+{
+    if (path == _screenshotInfo.filePath())
+        resolveBookmarkAndUpdateUI();
+}
+
+void CorvexWindowController::resolveBookmarkAndUpdateUI()
+{
+    const QString currentPath = _screenshotInfo.filePath();
+    const std::optional<QString> resolved = _screenshotInfo.filePathByResolvingBookmarkData();
+    if (!resolved) {
+        const qsizetype length = _screenshotInfo.bookmarkData().value_or(QByteArray()).size();
+        DDLogError(
+            QStringLiteral("Error resolving bookmark data (%1 bytes) of %2").arg(length).arg(currentPath));
+    } else if (*resolved != currentPath) {
+        stopWatchingFile(currentPath);
+        _screenshotInfo.setFilePath(*resolved);
+        startWatchingFile(*resolved);
+        if (mWindow)
+            mWindow->setWindowTitle(QFileInfo(*resolved).fileName());
+    }
+    updateUI();
+}
+
+void CorvexWindowController::loadImage()
+{
+    const QString path = _screenshotInfo.filePath();
+    const QSize bound = mImageView->isVisible()
+                            ? mImageView->size()
+                            : mWindow->size() - (mWindow->sizeHint() - mImageView->sizeHint());
+    const QSize pixels = bound * mWindow->devicePixelRatioF();
+    auto *watcher = new QFutureWatcher<ImageLoader::Result>(this);
+    connect(watcher, &QFutureWatcher<ImageLoader::Result>::finished, this, [this, watcher] {
+        const ImageLoader::Result result = watcher->result();
+        watcher->deleteLater();
+        imageDidLoad(int(result.status), result.image, result.display);
+    });
+    watcher->setFuture(QtConcurrent::run([path, pixels] { return ImageLoader::load(path, pixels); }));
+}
+
+void CorvexWindowController::imageDidLoad(int status, const QImage &image, const QImage &display)
+{
+    const QString path = _screenshotInfo.filePath();
+    if (ImageLoader::Status(status) == ImageLoader::Status::Loaded) {
+        mImage = image;
+        mImageView->setImage(image, display);
+    } else {
+        if (ImageLoader::Status(status) == ImageLoader::Status::ReadFailed)
+            DDLogError(QStringLiteral("Could not load image data from %1").arg(path));
+        else
+            DDLogError(QStringLiteral("Could not create image with data from %1").arg(path));
+        mImage = fileNotFoundImageForFileType(QFileInfo(path).suffix());
+        mImageView->setImage(mImage);
+    }
+    mImageLoaded = true;
+    Q_EMIT imageLoaded();
+}
+
+QImage CorvexWindowController::image() const
+{
+    return mImage;
+}
+
+QImage CorvexWindowController::fileNotFoundImageForFileType(const QString &fileExtension)
+{
+    return ImageLoader::fileNotFoundImageForFileType(fileExtension);
+}
+
+void CorvexWindowController::setPrintRunner(PrintRunner runner)
+{
+    printRunner() = std::move(runner);
+}
+
+void CorvexWindowController::printDocument()
+{
+    if (!mWindow)
+        return;
+    const QImage image = mImageView->image();
+    if (image.isNull())
+        return;
+    if (printRunner())
+        printRunner()(mWindow, image, mPrintInfo);
+    else
+        runPrintDialog(mWindow, image, mPrintInfo);
+}
+
+void CorvexWindowController::runPrintDialog(QWidget *window, const QImage &image, const QPageLayout &layout)
+{
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setPageLayout(layout);
+    printer->setDocName(window->windowTitle());
+    auto *dialog = new QPrintDialog(printer.get(), window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(dialog, &QDialog::finished, window, [printer, image](int result) {
+        if (result != QDialog::Accepted)
+            return;
+        // One page: the picture scaled down to fit inside the margins, at the top left.
+        QPainter painter(printer.get());
+        const QRect page = printer->pageLayout().paintRectPixels(printer->resolution());
+        const QRect pageArea(QPoint(0, 0), page.size());
+        const QSizeF points = QSizeF(image.size()) * (printer->resolution() / 72.0);
+        const QSize shown =
+            points.scaled(QSizeF(pageArea.size()), Qt::KeepAspectRatio).boundedTo(points).toSize();
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRect(pageArea.topLeft(), shown), image);
+    });
+    dialog->open();
+}
+
+void CorvexWindowController::cancel()
+{
+    stopWatchingFile(_screenshotInfo.filePath());
+    closeWindow();
+}
+
+void CorvexWindowController::closeWindow()
+{
+    if (mWindow && mWindow->isVisible())
+        mWindow->close();
+    Q_EMIT windowClosedByController();
+}
+
+QString CorvexWindowController::rootFolder()
+{
+    return QStringLiteral("/");
+}
+
+QString CorvexWindowController::homeFolder()
+{
+    return QDir::homePath();
+}
+
+QString CorvexWindowController::desktopFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+}
+
+QString CorvexWindowController::documentsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+QString CorvexWindowController::applicationsFolder()
+{
+    // The machine-wide folder that application bundles are installed into.
+    return firstExistingFolder({QStringLiteral("/opt/Applications")});
+}
+
+QString CorvexWindowController::utilitiesFolder()
+{
+    const QString applications = applicationsFolder();
+    if (applications.isEmpty())
+        return QString();
+    return firstExistingFolder({applications + QStringLiteral("/Utilities")});
+}

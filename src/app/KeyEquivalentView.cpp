@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "KeyEquivalentView.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+
+KeyEquivalentView::KeyEquivalentView(QWidget *parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setFixedSize(0, 0);
+    qApp->installEventFilter(this);
+}
+
+KeyEquivalentView::~KeyEquivalentView()
+{
+    qApp->removeEventFilter(this);
+}
+
+Qt::KeyboardModifiers KeyEquivalentView::deviceIndependentModifiers(const QKeyEvent *event)
+{
+    return event->modifiers() &
+           (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+}
+
+QString KeyEquivalentView::charactersIgnoringModifiers(const QKeyEvent *event)
+{
+    const int key = event->key();
+    if (key == Qt::Key_Escape)
+        return QString(QChar(0x1b));
+    if (key >= Qt::Key_A && key <= Qt::Key_Z)
+        return QString(QChar(u'a' + (key - Qt::Key_A)));
+    if (key >= Qt::Key_Space && key <= Qt::Key_AsciiTilde)
+        return QString(QChar(key));
+    return event->text();
+}
+
+bool KeyEquivalentView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    // The application delivers a key press to the focused widget first and then to its parents; the view
+    // looks at it once, on its first delivery inside its own window.
+    auto *widget = qobject_cast<QWidget *>(watched);
+    if (!widget || widget->window() != window() || !window()->isActiveWindow() || !window()->isVisible())
+        return false;
+    QWidget *focus = QApplication::focusWidget();
+    if (focus ? widget != focus : widget != window())
+        return false;
+    return performKeyEquivalent(static_cast<QKeyEvent *>(event));
+}
