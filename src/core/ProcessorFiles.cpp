@@ -63,8 +63,8 @@ bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceF
         CorvexError moveError;
         const bool moved = FileMove::moveItemAtPath(sourcePath, destinationPath, &moveError);
         if (!moved) {
-            DDLogError(QStringLiteral("Could not move %1 to %2: %3")
-                           .arg(sourcePath, destinationPath, moveError.localizedDescription()));
+            DDLogWarn(QStringLiteral("Could not move %1 to %2: %3")
+                          .arg(sourcePath, destinationPath, moveError.localizedDescription()));
             if (error)
                 *error = decoratedForDropbox(moveError);
         }

@@ -384,4 +384,27 @@ TEST_F(ImageIOTest, PNGEncoderStaysCompact)
     EXPECT_EQ(QImage::fromData(buffer.data(), "png").convertToFormat(QImage::Format_RGB888), image);
 }
 
+TEST_F(ImageIOTest, PNGEncoderTakes32BitImagesRowByRow)
+{
+    // A rendered PDF page arrives as 32-bit pixels: opaque ones are stored as RGB, others keep straight
+    // alpha.
+    QImage opaque(9, 5, QImage::Format_ARGB32);
+    opaque.fill(qRgb(10, 20, 30));
+    QImage translucent(9, 5, QImage::Format_ARGB32_Premultiplied);
+    translucent.fill(qPremultiply(qRgba(200, 100, 50, 128)));
+    for (const QImage &image : {opaque, translucent}) {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        ASSERT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
+        const QString file = corvex::test::writeFile(path(QStringLiteral("packed.png")), buffer.data());
+        const QImage back = read(file);
+        EXPECT_EQ(back.format(),
+                  image.format() == QImage::Format_ARGB32 ? QImage::Format_RGB888 : QImage::Format_RGBA8888);
+        const QRgb want = qUnpremultiply(image.pixel(4, 2)), got = back.pixel(4, 2);
+        EXPECT_LE(qAbs(qRed(got) - qRed(want)), 1);
+        EXPECT_LE(qAbs(qBlue(got) - qBlue(want)), 1);
+        EXPECT_EQ(qAlpha(got), qAlpha(want));
+    }
+}
+
 } // namespace
