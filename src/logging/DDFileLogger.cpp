@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DDFileLogger.h"
 
+#include "DDLog.h"
 #include "DDLogFileFormatterDefault.h"
 #include "DDLogFileInfo.h"
 #include "DDLogFileManagerDefault.h"
 #include "DDLogMessage.h"
+#include "DDLog_p.h"
 #include "SystemLog_p.h"
 #include "platform/DispatchQueue.h"
 
@@ -18,6 +20,11 @@
 
 using logging_private::describeError;
 using logging_private::systemLog;
+
+namespace {
+// The most bytes gathered before they are written.
+constexpr qsizetype kGatherLimit = 64 * 1024;
+} // namespace
 
 DDFileLogger::DDFileLogger() : DDFileLogger(std::make_shared<DDLogFileManagerDefault>()) {}
 
@@ -39,6 +46,7 @@ DDFileLogger::~DDFileLogger()
     else
         loggerQueue()->sync(stop);
     if (mCurrentLogFileHandle >= 0) {
+        writeOut();
         ::fdatasync(mCurrentLogFileHandle);
         ::close(mCurrentLogFileHandle);
     }
@@ -153,48 +161,73 @@ void DDFileLogger::logMessage(const DDLogMessage &logMessage)
     const QString text = formatter() ? formatter()->formatLogMessage(logMessage) : logMessage.logMsg();
     if (text.isNull())
         return;
-    QByteArray bytes = text.toUtf8();
-    if (!bytes.endsWith('\n'))
-        bytes.append('\n');
     const int fd = currentLogFileHandle();
     if (fd < 0)
         return;
-    if (writeLine(fd, bytes))
-        maybeRollLogFileDueToSize();
+    const qsizetype start = mPendingBytes.size();
+    mPendingBytes.append(text.toUtf8());
+    if (mPendingBytes.size() == start || mPendingBytes.back() != '\n')
+        mPendingBytes.append('\n');
+    // Gather lines only in a delivery that more deliveries follow: the last of them writes them all.
+    if (mPendingBytes.size() >= kGatherLimit || (quint32(logMessage.logFlag()) & DDLogFlagError) ||
+        !ddlog_private::isDelivering() || ddlog_private::messagesWaiting() == 0)
+        writeOut();
+    maybeRollLogFileDueToSize();
 }
 
-bool DDFileLogger::writeLine(int fd, const QByteArray &bytes)
+void DDFileLogger::willRemoveLogger()
 {
-    const char *data = bytes.constData();
-    qsizetype left = bytes.size();
+    flush();
+}
+
+void DDFileLogger::flush()
+{
+    if (isOnLoggerQueue())
+        writeOut();
+    else
+        loggerQueue()->sync([this] { writeOut(); });
+}
+
+void DDFileLogger::writeOut()
+{
+    if (mPendingBytes.isEmpty() || mCurrentLogFileHandle < 0)
+        return;
+    const int fd = mCurrentLogFileHandle;
+    const char *data = mPendingBytes.constData();
+    qsizetype left = mPendingBytes.size();
     while (left > 0) {
         const ssize_t written = ::write(fd, data, size_t(left));
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0) {
             const int errorCode = written < 0 ? errno : ENOSPC;
-            // Never leave half a line behind: the file ends with whole lines only.
-            if (left != bytes.size() && ::ftruncate(fd, off_t(mCurrentOffset)) != 0)
-                mCurrentOffset += quint64(bytes.size() - left);
+            // Keep the whole lines that made it; cut off the rest of a line written in part.
+            const qsizetype done = mPendingBytes.size() - left;
+            const qsizetype whole = done > 0 ? mPendingBytes.lastIndexOf('\n', done - 1) + 1 : 0;
+            if (done != whole && ::ftruncate(fd, off_t(mCurrentOffset + quint64(whole))) != 0)
+                mCurrentOffset += quint64(done);
+            else
+                mCurrentOffset += quint64(whole);
+            mPendingBytes.clear();
             if (!mWriteFailureReported) {
                 mWriteFailureReported = true;
                 const QString path = mCurrentLogFileInfo ? mCurrentLogFileInfo->filePath() : QString();
                 systemLog(QStringLiteral("DDFileLogger: Error writing to log file (%1): %2")
                               .arg(path, describeError(CorvexError::fromErrno(errorCode, path, true))));
             }
-            return false;
+            return;
         }
         data += written;
         left -= written;
     }
-    mCurrentOffset += quint64(bytes.size());
+    mCurrentOffset += quint64(mPendingBytes.size());
+    mPendingBytes.clear();
     mWriteFailureReported = false;
-    return true;
 }
 
 void DDFileLogger::maybeRollLogFileDueToSize()
 {
-    if (mCurrentLogFileHandle >= 0 && mCurrentOffset >= mMaximumFileSize)
+    if (mCurrentLogFileHandle >= 0 && mCurrentOffset + quint64(mPendingBytes.size()) >= mMaximumFileSize)
         rollLogFileNow();
 }
 
@@ -211,6 +244,7 @@ void DDFileLogger::maybeRollLogFileDueToAge()
 void DDFileLogger::rollLogFileNow()
 {
     if (mCurrentLogFileHandle >= 0) {
+        writeOut();
         ::fdatasync(mCurrentLogFileHandle);
         ::close(mCurrentLogFileHandle);
         mCurrentLogFileHandle = -1;

@@ -11,8 +11,9 @@ class DDLogFileManager;
 
 // A logger that appends each message as one line (or more, for a text with line feeds) to a log file, starts
 // a new file when the current one reaches a size or an age, and leaves the keeping of old files to its
-// manager. Each line reaches the file with one write before the message counts as delivered. Make it with
-// std::make_shared.
+// manager. A line reaches the file before the message counts as delivered, except while more messages wait on
+// the logging queue: their lines are then gathered (up to 64 KiB) and written together with the last of them.
+// Error messages are written at once. Make it with std::make_shared.
 class DDFileLogger : public DDAbstractLogger
 {
 public:
@@ -47,11 +48,17 @@ public:
     // "cocoa.vofungudip.fileLogger".
     QString loggerName() const override;
 
+    // About to be removed: gathered lines are written.
+    void willRemoveLogger() override;
+    // Writes any gathered lines now.
+    void flush() override;
+
 private:
     // All of these run on the logger's queue.
     std::shared_ptr<DDLogFileInfo> currentLogFileInfoOnQueue();
     int currentLogFileHandle();
-    bool writeLine(int fd, const QByteArray &bytes);
+    // Writes the gathered lines; on failure only whole lines stay in the file.
+    void writeOut();
     void rollLogFileNow();
     void maybeRollLogFileDueToAge();
     void maybeRollLogFileDueToSize();
@@ -61,8 +68,9 @@ private:
     std::shared_ptr<DDLogFileManager> mLogFileManager;
     std::shared_ptr<DDLogFileInfo> mCurrentLogFileInfo;
     int mCurrentLogFileHandle = -1;
-    quint64 mCurrentOffset = 0;
-    quint64 mRollingTimer = 0; // the identifier of the delayed check on the logger's queue; 0 for none
+    quint64 mCurrentOffset = 0; // bytes in the file, not counting mPendingBytes
+    QByteArray mPendingBytes;   // lines gathered for one write
+    quint64 mRollingTimer = 0;  // the identifier of the delayed check on the logger's queue; 0 for none
     bool mShuttingDown = false;
     quint64 mMaximumFileSize = 1048576;
     double mRollingFrequency = 0.0;

@@ -19,29 +19,46 @@ unsigned hostProcessorCount()
     return count > 0 ? unsigned(count) : 1u;
 }
 
+thread_local bool tDelivering = false;
+
+// Hands the message to one logger, marking the thread as delivering meanwhile.
+void handTo(DDLogger *logger, const DDLogMessage &logMessage)
+{
+    tDelivering = true;
+    logger->logMessage(logMessage);
+    tDelivering = false;
+}
+
 // Hands one message to every logger, then frees its place in the queue.
 void deliver(const DDLogMessage &logMessage)
 {
     DispatcherState &s = state();
+    s.messagesWaiting.fetch_sub(1, std::memory_order_relaxed);
     if (s.processorCount.load(std::memory_order_relaxed) >= 2) {
         // In parallel: every logger on its own queue, and wait for all. The last one runs here through a
         // synchronous call, which saves a thread switch and changes nothing else.
         for (auto it = s.loggers.begin(); it != s.loggers.end(); ++it) {
             DDLogger *logger = it->logger.get();
             if (std::next(it) == s.loggers.end())
-                it->loggerQueue->sync([logger, &logMessage] { logger->logMessage(logMessage); });
+                it->loggerQueue->sync([logger, &logMessage] { handTo(logger, logMessage); });
             else
-                s.loggingGroup.async(*it->loggerQueue,
-                                     [logger, &logMessage] { logger->logMessage(logMessage); });
+                s.loggingGroup.async(*it->loggerQueue, [logger, &logMessage] { handTo(logger, logMessage); });
         }
         s.loggingGroup.wait();
     } else {
         for (const LoggerNode &node : s.loggers) {
             DDLogger *logger = node.logger.get();
-            node.loggerQueue->sync([logger, &logMessage] { logger->logMessage(logMessage); });
+            node.loggerQueue->sync([logger, &logMessage] { handTo(logger, logMessage); });
         }
     }
-    s.queueSizeSemaphore.signal();
+    // Give the message's place back. While producers wait for places, every place is taken, so at least 999
+    // more deliveries follow: places are then given back 64 at a time, which wakes a waiting producer once
+    // for 64 messages instead of once for each.
+    ++s.unreleasedPlaces;
+    if (s.unreleasedPlaces >= 64 || s.queueSizeSemaphore.value() >= 0) {
+        s.queueSizeSemaphore.signal(s.unreleasedPlaces);
+        s.unreleasedPlaces = 0;
+    }
 }
 
 void flushAtExit()
@@ -87,6 +104,16 @@ unsigned processorCount()
 void setProcessorCount(unsigned count)
 {
     state().processorCount.store(count > 0 ? count : 1u);
+}
+
+bool isDelivering()
+{
+    return tDelivering;
+}
+
+long messagesWaiting()
+{
+    return state().messagesWaiting.load(std::memory_order_relaxed);
 }
 
 DispatchSemaphore &queueSizeSemaphore()
@@ -160,6 +187,7 @@ void DDLog::queueLogMessage(const std::shared_ptr<const DDLogMessage> &logMessag
         return;
     DispatcherState &s = state();
     s.queueSizeSemaphore.wait();
+    s.messagesWaiting.fetch_add(1, std::memory_order_relaxed);
     if (synchronously)
         s.loggingQueue.sync([&logMessage] { deliver(*logMessage); });
     else

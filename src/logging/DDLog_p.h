@@ -33,7 +33,9 @@ struct DispatcherState
     DispatchGroup loggingGroup;
     DispatchSemaphore queueSizeSemaphore{1000};
     std::forward_list<LoggerNode> loggers; // touched only on the logging queue
+    long unreleasedPlaces = 0;             // delivered messages whose places are not yet given back; ditto
     std::atomic<unsigned> processorCount{1};
+    std::atomic<long> messagesWaiting{0}; // queued, not yet taken up for delivery
 
     std::mutex registryMutex;
     QList<DDLogRegisteredClass> registry;
@@ -50,6 +52,13 @@ void observeApplicationTermination();
 // The host's processor count (at least 1). Deliveries fan out in parallel from 2 on; tests may override it.
 unsigned processorCount();
 void setProcessorCount(unsigned count);
+
+// True while the calling thread hands a message to a logger for the dispatcher.
+bool isDelivering();
+
+// The number of messages queued on the logging queue and not yet taken up for delivery. A logger may gather
+// its output while this is not 0: another message follows.
+long messagesWaiting();
 
 // The semaphore that bounds the number of waiting messages (1000).
 DispatchSemaphore &queueSizeSemaphore();

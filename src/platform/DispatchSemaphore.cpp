@@ -41,13 +41,25 @@ bool DispatchSemaphore::wait(std::chrono::milliseconds timeout)
 
 bool DispatchSemaphore::signal()
 {
-    if (mValue.fetch_add(1, std::memory_order_release) >= 0)
+    return signal(1);
+}
+
+bool DispatchSemaphore::signal(long count)
+{
+    if (count <= 0)
         return false;
+    const long before = mValue.fetch_add(count, std::memory_order_release);
+    if (before >= 0)
+        return false;
+    const long woken = qMin(count, -before);
     {
         std::lock_guard lock(mMutex);
-        ++mWakeups;
+        mWakeups += woken;
     }
-    mCondition.notify_one();
+    if (woken == 1)
+        mCondition.notify_one();
+    else
+        mCondition.notify_all();
     return true;
 }
 

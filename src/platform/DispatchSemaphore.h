@@ -26,6 +26,9 @@ public:
 
     // Gives one unit back, waking one waiter if there is one. Returns true when it woke a waiter.
     bool signal();
+    // Gives `count` units back at once, waking as many waiters as there are units for. Returns true when it
+    // woke any.
+    bool signal(long count);
 
     // The units available now; negative when that many callers are waiting.
     long value() const;

@@ -6,6 +6,7 @@
 #include "logging/DDLog.h"
 #include "logging/DDLogFileInfo.h"
 #include "logging/DDLogFileManagerDefault.h"
+#include "logging/DDLogMessage.h"
 #include "logging/Log.h"
 #include "platform/DispatchQueue.h"
 #include "platform/ExtendedAttributes.h"
@@ -16,6 +17,7 @@
 #include <QRegularExpression>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <semaphore>
 #include <sys/resource.h>
 #include <thread>
 
@@ -340,4 +342,38 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
     logger->setRollingFrequency(0.1); // the file is already old enough: rolled now
     EXPECT_EQ(logger->rollingFrequency(), 0.1);
     EXPECT_TRUE(DDLogFileInfo(second).isArchived());
+}
+
+TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
+{
+    auto logger = addFileLogger();
+    auto other = std::make_shared<DDFileLogger>(
+        std::make_shared<DDLogFileManagerDefault>(mDirectory + QStringLiteral("-other")));
+    DDLog::addLogger(other);
+    log(QStringLiteral("opens the file"));
+    DDLog::flushLog();
+    const QString path = logger->currentLogFileInfo()->filePath();
+    const QString otherPath = other->currentLogFileInfo()->filePath();
+
+    // Hold the logging queue so that messages pile up behind the removal: the logger's last message is
+    // followed by more (for the other logger), so its line is gathered, and the removal must write it.
+    std::binary_semaphore gate(0);
+    DDLog::loggingQueue()->async([&gate] { gate.acquire(); });
+    for (int i = 0; i < 100; ++i)
+        log(QStringLiteral("line %1").arg(i));
+    DDLog::removeLogger(logger);
+    for (int i = 0; i < 100; ++i)
+        log(QStringLiteral("later %1").arg(i));
+
+    // A message handed to the logger directly, outside the dispatcher's deliveries, is written at once.
+    const DDLogMessage direct(QStringLiteral("direct"), 7, DDLogFlagInfo, 1, __FILE__, "f", 1);
+    other->loggerQueue()->sync([&] { other->logMessage(direct); });
+    EXPECT_EQ(texts(otherPath), (QStringList{QStringLiteral("opens the file"), QStringLiteral("direct")}));
+
+    gate.release();
+    DDLog::flushLog();
+    const QStringList written = texts(path);
+    ASSERT_EQ(written.size(), 101);
+    EXPECT_EQ(written.last(), QStringLiteral("line 99"));
+    EXPECT_EQ(texts(otherPath).size(), 202);
 }
