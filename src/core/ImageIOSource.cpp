@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ImageIOSource.h"
 
+#include <cmath>
+
 #include "ImageIOPDF.h"
 #include "ImageIOPNG.h"
 #include "ImageIOResolution.h"
@@ -55,7 +57,10 @@ QSizeF resolutionOf(const QImage &image)
     const int x = image.dotsPerMeterX(), y = image.dotsPerMeterY();
     if (x <= 0 || y <= 0)
         return QSizeF(72, 72);
-    return QSizeF(x * InchesPerMeter, y * InchesPerMeter);
+    // Pixels per metre are whole numbers: 72 dpi is stored as 2835 (72.009 dpi). Round to a tenth of a dot
+    // per inch so that a 72-dpi image measures its whole pixel size in points.
+    const auto perInch = [](int perMetre) { return std::round(perMetre * InchesPerMeter * 10.0) / 10.0; };
+    return QSizeF(perInch(x), perInch(y));
 }
 
 void setReason(QString *reason, const QString &text)

@@ -254,6 +254,19 @@ TEST_F(ImageIOTest, ResolutionGivesPointSizeAndTravelsWithTheImage)
     EXPECT_EQ(dpi, QSizeF(72, 72));
 }
 
+TEST_F(ImageIOTest, SeventyTwoDpiMeasuresItsWholePixelSize)
+{
+    // 72 dpi is stored as 2835 pixels per metre (72.009 dpi): the size in points must still be whole.
+    QImage image = blocks(1440, 900);
+    image.setDotsPerMeterX(2835);
+    image.setDotsPerMeterY(2835);
+    const QString png = write(QStringLiteral("plain.png"), FileFormat::PNGType, image);
+    auto source = ImageIOSource::createWithURL(QUrl::fromLocalFile(png));
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(int(source->pointSize().width()), 1440);
+    EXPECT_EQ(int(source->pointSize().height()), 900);
+}
+
 TEST_F(ImageIOTest, PDFGivesOnlyPageOneAtItsSize)
 {
     const QString file = path(QStringLiteral("two.pdf"));
