@@ -12,13 +12,10 @@ void DispatchGroup::enter()
 
 void DispatchGroup::leave()
 {
-    bool last = false;
-    {
-        std::lock_guard lock(mMutex);
-        Q_ASSERT(mCount > 0);
-        last = --mCount == 0;
-    }
-    if (last)
+    // Notified under the lock: a waiter may destroy the group as soon as it sees the count reach 0.
+    std::lock_guard lock(mMutex);
+    Q_ASSERT(mCount > 0);
+    if (--mCount == 0)
         mCondition.notify_all();
 }
 

@@ -52,10 +52,9 @@ bool DispatchSemaphore::signal(long count)
     if (before >= 0)
         return false;
     const long woken = qMin(count, -before);
-    {
-        std::lock_guard lock(mMutex);
-        mWakeups += woken;
-    }
+    // Notified under the lock: a woken waiter may destroy the semaphore once it has its unit.
+    std::lock_guard lock(mMutex);
+    mWakeups += woken;
     if (woken == 1)
         mCondition.notify_one();
     else

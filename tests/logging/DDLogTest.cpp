@@ -4,6 +4,7 @@
 #include "logging/DDLog_p.h"
 #include "logging/Log.h"
 
+#include <QCoreApplication>
 #include <condition_variable>
 #include <gtest/gtest.h>
 #include <thread>
@@ -263,6 +264,18 @@ TEST_F(DDLogTest, ApplicationTerminationFlushesTheLog)
     for (int i = 0; i < 20; ++i)
         logInfo(QStringLiteral("pending"));
     DDLog::applicationWillTerminate();
+    EXPECT_EQ(logger->count(), 20);
+}
+
+TEST_F(DDLogTest, TheApplicationAboutToQuitFlushesTheLog)
+{
+    ASSERT_TRUE(QCoreApplication::instance());
+    auto logger = std::make_shared<RecordingLogger>();
+    logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
+    DDLog::addLogger(logger); // from now on the application's quitting is observed
+    for (int i = 0; i < 20; ++i)
+        logInfo(QStringLiteral("pending"));
+    ASSERT_TRUE(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
     EXPECT_EQ(logger->count(), 20);
 }
 
