@@ -4,6 +4,7 @@
 
 #include "Log.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -55,6 +56,7 @@ bool ScreenshotFolderWatcher::setFolder(const QString &folder)
     if (!ensureInotify())
         return false;
     removeWatches();
+    mMissingSince = QDateTime();
     mFolder = cleaned;
     watchFolderOrAncestor();
     return true;
@@ -103,6 +105,8 @@ void ScreenshotFolderWatcher::watchFolderOrAncestor()
         if (changed) {
             DDLogInfo(QStringLiteral("Watching the screenshot folder %1").arg(mFolder));
             Q_EMIT folderWatchChanged(true);
+            if (mMissingSince.isValid())
+                reportFilesSince(std::exchange(mMissingSince, QDateTime()));
         }
         return;
     }
@@ -113,6 +117,8 @@ void ScreenshotFolderWatcher::watchFolderOrAncestor()
         return;
     }
     // Wait for the folder: watch the nearest ancestor that exists.
+    if (!mMissingSince.isValid())
+        mMissingSince = QDateTime::currentDateTimeUtc();
     QString ancestor = QFileInfo(mFolder).absolutePath();
     while (!QFileInfo(ancestor).isDir() && ancestor != QLatin1String("/"))
         ancestor = QFileInfo(ancestor).absolutePath();
@@ -137,6 +143,7 @@ void ScreenshotFolderWatcher::readEvents()
 {
     alignas(inotify_event) char buffer[64 * 1024];
     bool rewatch = false;
+    bool folderGone = false;
     for (;;) {
         const ssize_t length = ::read(mInotify, buffer, sizeof buffer);
         if (length <= 0)
@@ -152,6 +159,7 @@ void ScreenshotFolderWatcher::readEvents()
             if (event->wd == mFolderWatch && mFolderWatch >= 0) {
                 if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
                     rewatch = true;
+                    folderGone = true;
                     continue;
                 }
                 if ((event->mask & (IN_CLOSE_WRITE | IN_MOVED_TO)) && !(event->mask & IN_ISDIR) &&
@@ -164,12 +172,24 @@ void ScreenshotFolderWatcher::readEvents()
     }
     if (!rewatch)
         return;
-    if (mFolderWatch >= 0 && !QFileInfo(mFolder).isDir()) {
+    if (folderGone && mFolderWatch >= 0) {
+        // The watched folder was deleted or moved away (another may already stand in its place).
         inotify_rm_watch(mInotify, mFolderWatch);
         mFolderWatch = -1;
+        mMissingSince = QDateTime::currentDateTimeUtc();
         DDLogInfo(QStringLiteral("The screenshot folder %1 went away").arg(mFolder));
         Q_EMIT folderWatchChanged(false);
     }
     if (mFolderWatch < 0)
         watchFolderOrAncestor();
+}
+
+void ScreenshotFolderWatcher::reportFilesSince(const QDateTime &since)
+{
+    // Files written into a folder that appeared a moment ago, before it could be watched.
+    const QFileInfoList files = QDir(mFolder).entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files) {
+        if (file.lastModified().toUTC() >= since.addSecs(-1))
+            Q_EMIT fileCompleted(file.absoluteFilePath());
+    }
 }

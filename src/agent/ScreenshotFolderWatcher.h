@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -11,7 +12,8 @@ class QSocketNotifier;
 // inotify and the event loop, so it costs nothing while nothing happens (no polling, no timer).
 //
 // A folder that does not exist yet is waited for: its nearest existing ancestor is watched until the folder
-// appears, and a folder that is deleted or moved away is waited for again in the same way.
+// appears, and a folder that is deleted or moved away is waited for again in the same way. Files written into
+// such a folder between its appearance and the start of the watch are reported once it is watched.
 class ScreenshotFolderWatcher : public QObject
 {
     Q_OBJECT
@@ -42,6 +44,7 @@ private:
     void watchFolderOrAncestor();
     void removeWatches();
     bool ensureInotify();
+    void reportFilesSince(const QDateTime &since);
 
     QString mFolder;
     int mInotify = -1;
@@ -49,4 +52,5 @@ private:
     int mFolderWatch = -1;
     int mAncestorWatch = -1;
     QString mAncestor;
+    QDateTime mMissingSince; // when the folder was found missing; invalid while it is watched
 };

@@ -1,0 +1,263 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The real agent as a process: one per session, which files it takes, the hand-off to a running and to a
+// started application, following a moved screenshot folder, the shared log file, orderly termination.
+#include "AgentTestSupport.h"
+#include "AppUserDefaults.h"
+#include "Bookmark.h"
+#include "ExtendedAttributes.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QThread>
+#include <QTimeZone>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+using namespace corvex::test::agent;
+
+namespace {
+
+class CorvexAgentTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        resetCorvexDefaults();
+        mFolder = freshFolder(QStringLiteral("shots"));
+        writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {mFolder});
+    }
+    QString shot(const QString &name) const { return mFolder + u'/' + name; }
+
+    QString mFolder;
+};
+
+TEST_F(CorvexAgentTest, ASecondAgentFindsTheFirstAndExits)
+{
+    AgentProcess first;
+    ASSERT_TRUE(first.start(mFolder));
+    const ProcessResult second = run(agentExecutable(), {}, {}, std::chrono::seconds(20));
+    EXPECT_EQ(second.exitCode, 0);
+    EXPECT_TRUE(second.err.contains("another agent is already running"));
+    EXPECT_EQ(first.process().state(), QProcess::Running);
+    EXPECT_TRUE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
+        QStringLiteral("com.ostrel.CorvexAgent")));
+    EXPECT_EQ(first.terminate(), 0);
+}
+
+TEST_F(CorvexAgentTest, AFileWrittenSlowlyIsTakenOnceWhenComplete)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    const QByteArray png = pngBytes();
+    QFile file(shot(QStringLiteral("Screenshot slow.png")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (qsizetype offset = 0; offset < png.size(); offset += 64) {
+        file.write(png.mid(offset, 64));
+        file.flush();
+        spin(std::chrono::milliseconds(20));
+    }
+    EXPECT_TRUE(app.received().isEmpty()) << "taken before it was complete";
+    file.close();
+    ASSERT_TRUE(waitUntil([&] { return !app.received().isEmpty(); }));
+    EXPECT_EQ(app.receivedPaths(), QStringList{file.fileName()});
+    const QVariantMap userInfo = app.received().first();
+    EXPECT_EQ(userInfo.value(CorvexScreenNumberKey).toLongLong(), 1);
+    EXPECT_TRUE(userInfo.value(CorvexBookmarkDataKey).typeId() == QMetaType::QByteArray);
+    EXPECT_EQ(
+        userInfo.value(CorvexFileAttributesKey).toMap().value(QStringLiteral("NSFileSize")).toLongLong(),
+        png.size());
+
+    // Written to again, or renamed in its folder by the window: still the same screenshot.
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("");
+    file.close();
+    ASSERT_TRUE(QFile::rename(file.fileName(), shot(QStringLiteral("Screenshot renamed.png"))));
+    spin(std::chrono::milliseconds(500));
+    EXPECT_EQ(app.received().size(), 1);
+}
+
+TEST_F(CorvexAgentTest, FilesOfTheWrongKindOrNameAreIgnored)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    writeFile(shot(QStringLiteral("notes.png")), pngBytes());
+    writeFile(shot(QStringLiteral("Screenshot list.txt")), "text");
+    writeFile(shot(QStringLiteral("Screenshot without extension")), pngBytes());
+    writeFile(shot(QStringLiteral(".Screenshot hidden.png")), pngBytes());
+    writeFile(shot(QStringLiteral("inner/Screenshot deeper.png")), pngBytes());
+    writeFile(shot(QStringLiteral("Screenshot empty.png")), QByteArray());
+    spin(std::chrono::milliseconds(500));
+    EXPECT_TRUE(app.received().isEmpty()) << app.receivedPaths().join(u',').toStdString();
+
+    // Moved in whole, with an upper-case extension: a screenshot.
+    const QString outside = writeFile(home() + QStringLiteral("/elsewhere/Screenshot moved.PNG"), pngBytes());
+    ASSERT_TRUE(QFile::rename(outside, shot(QStringLiteral("Screenshot moved.PNG"))));
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
+    EXPECT_EQ(app.receivedPaths(), QStringList{shot(QStringLiteral("Screenshot moved.PNG"))});
+}
+
+TEST_F(CorvexAgentTest, StartsTheApplicationWithABookmarkKeyUsedOnce)
+{
+    ApplicationStandIn app; // not running: the agent must start it
+    const QString launches = freshFolder(QStringLiteral("launches"));
+    const QString fakeApp =
+        writeFile(launches + QStringLiteral("/FakeCorvex"),
+                  "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$(dirname \"$0\")/launch-$$.txt\"\n");
+    QFile::setPermissions(fakeApp, QFile::permissions(fakeApp) | QFile::ExeOwner);
+    QProcessEnvironment environment;
+    environment.insert(QStringLiteral("CORVEX_APP_EXECUTABLE"), fakeApp);
+    AgentProcess agent(environment);
+    ASSERT_TRUE(agent.start(mFolder));
+
+    const QString first = writeFile(shot(QStringLiteral("Screenshot one.png")), pngBytes());
+    const QString second = writeFile(shot(QStringLiteral("Screenshot two.png")), pngBytes());
+    const auto launchFiles = [&] { return QDir(launches).entryList({QStringLiteral("launch-*.txt")}); };
+    ASSERT_TRUE(waitUntil([&] { return launchFiles().size() == 2; }));
+    spin(std::chrono::milliseconds(100)); // the stand-in finishes writing
+
+    QStringList keys;
+    QStringList paths;
+    for (const QString &name : launchFiles()) {
+        QFile file(launches + u'/' + name);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QStringList arguments = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        ASSERT_EQ(arguments.size(), 6) << arguments.join(u' ').toStdString();
+        EXPECT_EQ(arguments.at(0), QStringLiteral("-filePath"));
+        EXPECT_EQ(arguments.at(2), QStringLiteral("-screenNum"));
+        EXPECT_EQ(arguments.at(3), QStringLiteral("1"));
+        EXPECT_EQ(arguments.at(4), QStringLiteral("-bookmarkData"));
+        paths.append(arguments.at(1));
+        keys.append(arguments.at(5));
+    }
+    paths.sort();
+    EXPECT_EQ(paths, (QStringList{first, second}));
+    EXPECT_NE(keys.at(0), keys.at(1));
+    AppUserDefaults &defaults = AppUserDefaults::sharedCorvexDefaults();
+    defaults.synchronize();
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        const QByteArray bookmark = defaults.screenshotBookmarkDataForKey(keys.at(i));
+        ASSERT_FALSE(bookmark.isEmpty());
+        const std::optional<QString> resolved = Bookmark::resolve(bookmark);
+        ASSERT_TRUE(resolved.has_value());
+        EXPECT_TRUE(paths.contains(*resolved));
+    }
+    EXPECT_TRUE(app.received().isEmpty());
+}
+
+TEST_F(CorvexAgentTest, FollowsTheScreenshotFolderWhenItMoves)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    // A folder that does not exist yet: the agent waits for it.
+    const QString moved = freshFolder(QStringLiteral("parent")) + QStringLiteral("/later/shots");
+    writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {moved});
+    DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexDefaultsChangedNotification);
+    ASSERT_TRUE(waitUntil([&] { return logText().contains(QStringLiteral("waiting for it to appear")); }));
+    ASSERT_TRUE(QDir().mkpath(moved));
+    ASSERT_TRUE(waitUntil(
+        [&] { return logText().contains(QStringLiteral("Watching the screenshot folder ") + moved); }));
+
+    writeFile(shot(QStringLiteral("Screenshot old place.png")), pngBytes());
+    const QString taken = writeFile(moved + QStringLiteral("/Screenshot new place.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return !app.received().isEmpty(); }));
+    spin(std::chrono::milliseconds(300));
+    EXPECT_EQ(app.receivedPaths(), QStringList{taken});
+
+    // The folder deleted and made again is watched again.
+    ASSERT_TRUE(QDir(moved).removeRecursively());
+    ASSERT_TRUE(QDir().mkpath(moved));
+    const QString again = moved + QStringLiteral("/Screenshot again.png");
+    ASSERT_TRUE(waitUntil([&] {
+        if (!QFileInfo::exists(again))
+            writeFile(again, pngBytes());
+        return app.received().size() == 2;
+    }));
+    EXPECT_EQ(app.receivedPaths().last(), again);
+}
+
+TEST_F(CorvexAgentTest, WritesTheApplicationsMessagesAndArchivesTheLog)
+{
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+    int archives = 0;
+    const int observer = DistributedNotificationCenter::defaultCenter().addObserver(
+        CorvexDidArchiveLogFileNotification, nullptr,
+        [&](const QString &, const QVariantMap &) { ++archives; });
+
+    const QDateTime timestamp(QDate(2026, 1, 2), QTime(3, 4, 5, 678));
+    const QVariantMap message{{QStringLiteral("msg"), QStringLiteral("Hello from the application")},
+                              {QStringLiteral("level"), 7},
+                              {QStringLiteral("flag"), 4},
+                              {QStringLiteral("context"), 1},
+                              {QStringLiteral("timestamp"), timestamp},
+                              {QStringLiteral("file"), QStringLiteral("/src/app/AppDelegate.cpp")},
+                              {QStringLiteral("function"), QStringLiteral("void AppDelegate::run()")},
+                              {QStringLiteral("lineNumber"), 42}};
+    DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexAppLogNotification, message);
+    ASSERT_TRUE(waitUntil([&] { return logText().contains(QStringLiteral("Hello from the application")); }));
+    EXPECT_TRUE(
+        logText().contains(QStringLiteral("\n2026/01/02 03:04:05:678  Hello from the application\n")));
+
+    // Past 1 MiB the file is archived under a log-XXXXXX.txt name and a fresh one started.
+    const QString folder = QFileInfo(logFilePath()).absolutePath();
+    const QString chunk(100 * 1024, u'x');
+    const auto archivedFiles = [&] {
+        return QDir(folder).entryList({QStringLiteral("log-*.txt")}, QDir::Files, QDir::Name);
+    };
+    for (int round = 0; round < 7; ++round) {
+        const int before = archives;
+        for (int i = 0; i < 11; ++i) {
+            QVariantMap big = message;
+            big.insert(QStringLiteral("msg"),
+                       QString(QStringLiteral("round %1 part %2 ").arg(round).arg(i) + chunk));
+            big.insert(QStringLiteral("timestamp"), QDateTime::currentDateTime());
+            DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexAppLogNotification,
+                                                                                big);
+        }
+        ASSERT_TRUE(waitUntil([&] { return archives > before; }, std::chrono::seconds(20)))
+            << "round " << round;
+    }
+    DistributedNotificationCenter::defaultCenter().removeObserver(observer);
+    const QStringList archived = archivedFiles();
+    EXPECT_EQ(archived.size(), 5);
+    for (const QString &name : archived) {
+        EXPECT_TRUE(QRegularExpression(QStringLiteral("^log-[0-9A-F]{6}\\.txt$")).match(name).hasMatch())
+            << name.toStdString();
+        EXPECT_LE(QFileInfo(folder + u'/' + name).size(), 1024 * 1024 + 110 * 1024);
+    }
+    ASSERT_TRUE(QFileInfo::exists(logFilePath()));
+    EXPECT_LT(QFileInfo(logFilePath()).size(), 1024 * 1024);
+    EXPECT_LT(ExtendedAttributes::size(logFilePath(), QStringLiteral("vofungudip.log.archived")), 0);
+    EXPECT_EQ(agent.terminate(), 0);
+}
+
+TEST_F(CorvexAgentTest, TerminationFinishesInOrderAndLosesNothing)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+    const QString path = writeFile(shot(QStringLiteral("Screenshot last.png")), pngBytes());
+    QThread::msleep(5);
+    EXPECT_EQ(agent.terminate(), 0);
+    spin(std::chrono::milliseconds(200));
+    const QString log = logText();
+    EXPECT_TRUE(log.endsWith(QStringLiteral("CorvexAgent is quitting\n"))) << log.right(300).toStdString();
+    EXPECT_TRUE(QFileInfo::exists(path));
+    // Either it was handed over before the end, or it was left as it is, never half-done.
+    EXPECT_TRUE(app.received().size() == 1 || !log.contains(QStringLiteral("New screenshot: ") + path) ||
+                log.contains(QStringLiteral("Left ") + path));
+}
+
+} // namespace
