@@ -22,6 +22,17 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
+#include <ostream>
+
+// Readable strings in assertion messages.
+inline void PrintTo(const QString &text, std::ostream *stream)
+{
+    *stream << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList &list, std::ostream *stream)
+{
+    *stream << '[' << list.join(QStringLiteral(", ")).toStdString() << ']';
+}
 
 namespace corvex::test::agent {
 

@@ -1,0 +1,266 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// What happens to each screenshot: the automatic steps one by one and together (run by the real agent), a
+// burst of screenshots, and, in this process, taking each file once and pausing the steps.
+#include "ScreenshotQueue.h"
+#include "AgentTestSupport.h"
+#include "AppUserDefaults.h"
+#include "ApplicationHandOff.h"
+#include "ExtendedAttributes.h"
+
+#include <QImageReader>
+#include <QRegularExpression>
+#include <QSet>
+#include <QThread>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+using namespace corvex::test::agent;
+
+namespace {
+
+class ScreenshotQueueTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        resetCorvexDefaults();
+        mFolder = freshFolder(QStringLiteral("shots"));
+        writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {mFolder});
+    }
+    void setBool(const char *key, bool value)
+    {
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
+                     {QStringLiteral("-bool"), value ? QStringLiteral("YES") : QStringLiteral("NO")});
+    }
+    void setString(const char *key, const QString &value)
+    {
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
+                     {QStringLiteral("-string"), value});
+    }
+    // A desktop application that records the files it is asked to open; returns its record file.
+    QString installRecordingViewer()
+    {
+        const QString record = home() + QStringLiteral("/opened.txt");
+        QFile::remove(record);
+        const QString script = writeFile(home() + QStringLiteral("/bin/recording-viewer"),
+                                         "#!/bin/sh\nfor f in \"$@\"; do printf '%s\\n' \"$f\" >> \"" +
+                                             record.toUtf8() + "\"; done\n");
+        QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeOwner);
+        writeFile(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                      QStringLiteral("/applications/recording-viewer.desktop"),
+                  "[Desktop Entry]\nType=Application\nName=Recording Viewer\nExec=" + script.toUtf8() +
+                      " %f\nMimeType=image/png;image/jpeg;\n");
+        return record;
+    }
+    static QStringList linesOf(const QString &path)
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    }
+    QStringList namesIn(const QString &folder) const
+    {
+        return QDir(folder).entryList(QDir::Files, QDir::Name);
+    }
+
+    QString mFolder;
+};
+
+TEST_F(ScreenshotQueueTest, EachAutomaticStepAlone)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    setBool("showCorvexWindow", true);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    // Rename by the pattern, in its folder; the renamed file is not taken again although its name matches.
+    setBool("autoRename", true);
+    setString("autoRenameFormat", QStringLiteral("Screenshot renamed :$Counter3$"));
+    writeFile(mFolder + QStringLiteral("/Screenshot a.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
+    EXPECT_EQ(app.receivedPaths().last(), mFolder + QStringLiteral("/Screenshot renamed 001.png"));
+    EXPECT_EQ(namesIn(mFolder), QStringList{QStringLiteral("Screenshot renamed 001.png")});
+    setBool("autoRename", false);
+
+    // Convert: a JPEG beside it, the PNG gone to the Trash, the JPEG not taken for a new screenshot.
+    setBool("autoReformat", true);
+    setString("autoReformatExtension", QStringLiteral("jpg"));
+    writeFile(mFolder + QStringLiteral("/Screenshot b.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
+    const QString converted = mFolder + QStringLiteral("/Screenshot b.jpg");
+    EXPECT_EQ(app.receivedPaths().last(), converted);
+    EXPECT_EQ(QImageReader(converted).format(), QByteArray("jpeg"));
+    EXPECT_FALSE(QFileInfo::exists(mFolder + QStringLiteral("/Screenshot b.png")));
+    setBool("autoReformat", false);
+
+    // Move into the chosen folder.
+    const QString target = freshFolder(QStringLiteral("moved"));
+    setBool("autoMove", true);
+    setString("autoMoveFolder", target);
+    writeFile(mFolder + QStringLiteral("/Screenshot c.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 3; }));
+    EXPECT_EQ(app.receivedPaths().last(), target + QStringLiteral("/Screenshot c.png"));
+    EXPECT_EQ(namesIn(target), QStringList{QStringLiteral("Screenshot c.png")});
+    setBool("autoMove", false);
+
+    // Open with another application: the agent opens it, and no window is wanted.
+    const QString record = installRecordingViewer();
+    setBool("showCorvexWindow", false);
+    setBool("openWith", true);
+    setString("openWithBundleIdentifier", QStringLiteral("recording-viewer.desktop"));
+    const QString opened = writeFile(mFolder + QStringLiteral("/Screenshot d.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return !linesOf(record).isEmpty(); }, std::chrono::seconds(10)));
+    EXPECT_EQ(linesOf(record), QStringList{opened});
+    spin(std::chrono::milliseconds(300));
+    EXPECT_EQ(app.received().size(), 3);
+
+    spin(std::chrono::milliseconds(300));
+    EXPECT_EQ(app.received().size(), 3) << "a file the steps made was taken again";
+}
+
+TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    const QString target = freshFolder(QStringLiteral("moved"));
+    const QString record = installRecordingViewer();
+    setBool("autoRename", true);
+    setString("autoRenameFormat", QStringLiteral("Shot :$Counter2$"));
+    setBool("autoReformat", true);
+    setString("autoReformatExtension", QStringLiteral("jpg"));
+    setBool("autoMove", true);
+    setString("autoMoveFolder", target);
+    setBool("openWith", true);
+    setString("openWithBundleIdentifier", QStringLiteral("recording-viewer"));
+    setBool("showCorvexWindow", false);
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    writeFile(mFolder + QStringLiteral("/Screenshot all.png"), pngBytes());
+    const QString final = target + QStringLiteral("/Shot 01.jpg");
+    ASSERT_TRUE(waitUntil([&] { return !linesOf(record).isEmpty(); }, std::chrono::seconds(10)));
+    EXPECT_EQ(linesOf(record), QStringList{final});
+    EXPECT_EQ(QImageReader(final).format(), QByteArray("jpeg"));
+    EXPECT_TRUE(namesIn(mFolder).isEmpty());
+    EXPECT_TRUE(app.received().isEmpty());
+
+    // With the window on as well, the agent leaves the opening to the application and hands the result over.
+    setBool("showCorvexWindow", true);
+    writeFile(mFolder + QStringLiteral("/Screenshot window.png"), pngBytes());
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
+    EXPECT_EQ(app.receivedPaths(), QStringList{target + QStringLiteral("/Shot 02.jpg")});
+    EXPECT_EQ(linesOf(record).size(), 1);
+}
+
+TEST_F(ScreenshotQueueTest, ABurstOfAHundredIsEachTakenOnce)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    setBool("showCorvexWindow", true);
+    setBool("autoRename", true);
+    setString("autoRenameFormat", QStringLiteral("Burst :$Counter3$"));
+    AgentProcess agent;
+    ASSERT_TRUE(agent.start(mFolder));
+
+    const QByteArray png = pngBytes(64, 48);
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 100; ++i)
+        writeFile(mFolder + QStringLiteral("/Screenshot burst %1.png").arg(i), png);
+    EXPECT_LT(timer.elapsed(), 1000) << "the burst was not written within a second";
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() >= 100; }, std::chrono::seconds(60)));
+    spin(std::chrono::milliseconds(500));
+
+    const QStringList paths = app.receivedPaths();
+    EXPECT_EQ(paths.size(), 100);
+    QSet<int> counters;
+    const QRegularExpression pattern(QStringLiteral("/Burst (\\d{3})\\.png$"));
+    for (const QString &path : paths) {
+        const QRegularExpressionMatch match = pattern.match(path);
+        ASSERT_TRUE(match.hasMatch()) << path.toStdString();
+        counters.insert(match.captured(1).toInt());
+    }
+    EXPECT_EQ(counters.size(), 100);
+    EXPECT_EQ(*std::min_element(counters.begin(), counters.end()), 1);
+    EXPECT_EQ(*std::max_element(counters.begin(), counters.end()), 100);
+    EXPECT_EQ(namesIn(mFolder).size(), 100);
+    AppUserDefaults::sharedCorvexDefaults().synchronize();
+    EXPECT_EQ(AppUserDefaults::sharedCorvexDefaults().integerForKey(QStringLiteral("autoRenameCount")), 100);
+}
+
+// In this process: the queue itself, with this test standing in for the running application.
+TEST_F(ScreenshotQueueTest, TakesEachFileOnceAndSkipsFilesCorvexMade)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    setBool("showCorvexWindow", true);
+    ApplicationHandOff handOff;
+    ScreenshotQueue queue(&handOff);
+
+    const QString empty = writeFile(mFolder + QStringLiteral("/Screenshot e.png"), QByteArray());
+    queue.enqueue(empty);
+    queue.waitUntilIdle();
+    EXPECT_EQ(queue.takenCount(), 0) << "an empty file is not complete yet";
+    writeFile(empty, pngBytes());
+    queue.enqueue(empty);
+    queue.enqueue(empty);
+    const QString renamed = mFolder + QStringLiteral("/Screenshot e renamed.png");
+    queue.waitUntilIdle();
+    ASSERT_TRUE(QFile::rename(empty, renamed));
+    queue.enqueue(renamed);
+    queue.enqueue(mFolder + QStringLiteral("/Screenshot missing.png"));
+
+    const QString made = writeFile(mFolder + QStringLiteral("/Screenshot made.png"), pngBytes());
+    ASSERT_EQ(ExtendedAttributes::set(made, ScreenshotQueue::CreatedByCorvexAttribute, QByteArray()), 0);
+    queue.enqueue(made);
+    queue.waitUntilIdle();
+    EXPECT_EQ(queue.takenCount(), 1);
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
+    EXPECT_EQ(app.receivedPaths(), QStringList{empty});
+
+    // Deleted and replaced by a new file of the same name: a new screenshot.
+    QFile::remove(renamed);
+    const QString replaced = writeFile(renamed, pngBytes(10, 10));
+    queue.enqueue(replaced);
+    queue.waitUntilIdle();
+    EXPECT_EQ(queue.takenCount(), 2);
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
+}
+
+TEST_F(ScreenshotQueueTest, PausedStepsLeaveTheFileAsItIs)
+{
+    ApplicationStandIn app;
+    app.setRunning(true);
+    setBool("showCorvexWindow", true);
+    setBool("autoRename", true);
+    setString("autoRenameFormat", QStringLiteral("Paused :$Counter1$"));
+    ApplicationHandOff handOff;
+    ScreenshotQueue queue(&handOff);
+
+    queue.setPaused(true);
+    const QString path = writeFile(mFolder + QStringLiteral("/Screenshot p.png"), pngBytes());
+    queue.enqueue(path);
+    queue.waitUntilIdle();
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
+    EXPECT_EQ(app.receivedPaths(), QStringList{path});
+    EXPECT_TRUE(QFileInfo::exists(path));
+
+    queue.setPaused(false);
+    const QString next = writeFile(mFolder + QStringLiteral("/Screenshot q.png"), pngBytes());
+    queue.enqueue(next);
+    queue.waitUntilIdle();
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
+    EXPECT_EQ(app.receivedPaths().last(), mFolder + QStringLiteral("/Paused 1.png"));
+
+    // Once finished, nothing more is taken.
+    queue.finish();
+    queue.enqueue(writeFile(mFolder + QStringLiteral("/Screenshot r.png"), pngBytes()));
+    spin(std::chrono::milliseconds(200));
+    EXPECT_EQ(queue.takenCount(), 2);
+}
+
+} // namespace
