@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The shared log's files in this process: the file in use is always "Corvex log.txt", archives get
+// log-XXXXXX.txt names, and a log window is told.
+#include "AgentLogFileManager.h"
+#include "AgentTestSupport.h"
+#include "DDFileLogger.h"
+#include "DDLog.h"
+#include "DDLogFileInfo.h"
+
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+using namespace corvex::test::agent;
+
+namespace {
+
+class AgentLogFileManagerTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        mFolder = freshFolder(QStringLiteral("logs"));
+        mObserver = DistributedNotificationCenter::defaultCenter().addObserver(
+            CorvexDidArchiveLogFileNotification, nullptr,
+            [this](const QString &, const QVariantMap &) { ++mArchives; });
+    }
+    void TearDown() override
+    {
+        if (mLogger) {
+            DDLog::removeLogger(mLogger);
+            DDLog::flushLog();
+        }
+        DistributedNotificationCenter::defaultCenter().removeObserver(mObserver);
+    }
+    void startLogger(quint64 maximumFileSize)
+    {
+        mLogger = std::make_shared<DDFileLogger>(std::make_shared<AgentLogFileManager>(mFolder));
+        mLogger->setMaximumFileSize(maximumFileSize);
+        DDLog::addLogger(mLogger);
+    }
+    void log(const QString &text)
+    {
+        DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", __LINE__, text);
+    }
+    QString current() const { return mFolder + QStringLiteral("/Corvex log.txt"); }
+    QStringList archives() const
+    {
+        return QDir(mFolder).entryList({QStringLiteral("log-*.txt")}, QDir::Files);
+    }
+    static QString read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    QString mFolder;
+    std::shared_ptr<DDFileLogger> mLogger;
+    int mObserver = 0;
+    int mArchives = 0;
+};
+
+TEST_F(AgentLogFileManagerTest, RollingRenamesTheFileAndStartsAFreshOne)
+{
+    startLogger(400);
+    for (int i = 0; i < 6; ++i)
+        log(QStringLiteral("first file line %1 ").arg(i) + QString(40, u'a'));
+    DDLog::flushLog();
+    ASSERT_TRUE(waitUntil([&] { return mArchives == 1; }));
+    ASSERT_EQ(archives().size(), 1);
+    const QString archived = mFolder + u'/' + archives().first();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("/log-[0-9A-F]{6}\\.txt$")).match(archived).hasMatch());
+    EXPECT_TRUE(DDLogFileInfo(archived).isArchived());
+    EXPECT_TRUE(read(archived).contains(QStringLiteral("first file line 0")));
+    // The fresh file exists at once, so a log window that reopens finds it.
+    ASSERT_TRUE(QFileInfo::exists(current()));
+    EXPECT_FALSE(DDLogFileInfo(current()).isArchived());
+
+    log(QStringLiteral("second file line"));
+    DDLog::flushLog();
+    EXPECT_TRUE(read(current()).endsWith(QStringLiteral("  second file line\n")));
+    EXPECT_FALSE(read(current()).contains(QStringLiteral("first file line 0")));
+}
+
+TEST_F(AgentLogFileManagerTest, KeepsFiveArchives)
+{
+    startLogger(200);
+    for (int i = 0; i < 40; ++i)
+        log(QStringLiteral("line %1 ").arg(i) + QString(250, u'b'));
+    DDLog::flushLog();
+    ASSERT_TRUE(waitUntil([&] { return mArchives >= 40; }));
+    EXPECT_EQ(archives().size(), 5);
+    EXPECT_TRUE(QFileInfo::exists(current()));
+}
+
+TEST_F(AgentLogFileManagerTest, AtStartAnOversizeFileIsArchivedAndASmallOneReused)
+{
+    writeFile(current(), QByteArray(2000, 'x') + '\n');
+    startLogger(1000);
+    log(QStringLiteral("after start"));
+    DDLog::flushLog();
+    ASSERT_TRUE(waitUntil([&] { return mArchives == 1; }));
+    ASSERT_EQ(archives().size(), 1);
+    EXPECT_EQ(QFileInfo(mFolder + u'/' + archives().first()).size(), 2001);
+    EXPECT_TRUE(read(current()).endsWith(QStringLiteral("  after start\n")));
+    DDLog::removeLogger(mLogger);
+    DDLog::flushLog();
+
+    // A second start goes on in the same file.
+    mLogger.reset();
+    startLogger(1000);
+    log(QStringLiteral("second start"));
+    DDLog::flushLog();
+    const QString text = read(current());
+    EXPECT_TRUE(text.contains(QStringLiteral("after start")));
+    EXPECT_TRUE(text.endsWith(QStringLiteral("  second start\n")));
+    EXPECT_EQ(archives().size(), 1);
+}
+
+} // namespace
