@@ -26,6 +26,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QStandardItemModel>
 #include <QVBoxLayout>
 
 using namespace CorvexWindow;
@@ -161,6 +162,14 @@ void CorvexWindowController::buildWindow()
     if (menuBarFactory())
         layout->setMenuBar(menuBarFactory()(this, window));
 
+    // The where popup's fixed items: the chosen folder (rewritten by setWhere), the screenshot's own folder,
+    // another folder. The favourites follow.
+    mWherePopupButton->addItem(QString());
+    mWherePopupButton->insertSeparator(1);
+    mWherePopupButton->addItem(tr("Screenshot’s Folder"), QVariant());
+    mWherePopupButton->setItemData(2, ScreenshotFolderTag, TagRole);
+    mWherePopupButton->addItem(tr("Other…"));
+    mWherePopupButton->setItemData(3, OtherFolderTag, TagRole);
     for (const FileFormat *format : fileFormats())
         mFormatPopupButton->addItem(format->description());
 
@@ -262,6 +271,13 @@ void CorvexWindowController::setWhere(const QString &folderPath)
 
 void CorvexWindowController::addWhereFavorites()
 {
+    if (!mFavoriteFolderURLs.isEmpty()) {
+        mWherePopupButton->insertSeparator(mWherePopupButton->count());
+        mWherePopupButton->addItem(tr("Favorites"));
+        auto *model = qobject_cast<QStandardItemModel *>(mWherePopupButton->model());
+        if (QStandardItem *heading = model ? model->item(mWherePopupButton->count() - 1) : nullptr)
+            heading->setEnabled(false);
+    }
     for (qsizetype i = 0; i < mFavoriteFolderURLs.size(); ++i) {
         const QString path = mFavoriteFolderURLs.at(i).toLocalFile();
         mWherePopupButton->addItem(folderIcon(path), displayNameAtPath(path));
@@ -372,5 +388,6 @@ QRect CorvexWindowController::calculateWindowFrameWithImageSize(double width, do
         frame.setWidth(frame.width() + int(dw));
     if (dh > 0)
         frame.setHeight(frame.height() + int(dh));
-    return constrainFrameRect(frame, screenForNumber(_screenshotInfo.screenNumber()));
+    return constrainFrameRect(frame, screenForNumber(_screenshotInfo.screenNumber()),
+                              decorationMargins(mWindow));
 }

@@ -16,10 +16,12 @@
 #include "Processor.h"
 #include "QZAlert.h"
 #include "UserDefaults.h"
+#include "WhereProxyView.h"
 
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -197,12 +199,20 @@ void CorvexWindowController::confirmReplace(const QString &name, const QString &
                                      "Replacing it will overwrite its current contents.")
                                       .arg(displayNameAtPath(destinationFolder)));
     QPushButton *replace = alert->addButtonWithTitle(tr("Replace"));
-    replace->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
     QPushButton *cancel = alert->addButtonWithTitle(tr("Cancel"));
     // Return cancels: replacing destroys the other file, so it takes Ctrl+R or a click.
     alert->setDefaultButton(cancel);
     replace->setAutoDefault(false);
     new DefaultCancelProxyView(cancel, alert);
+    new WhereProxyView(
+        [replace](QKeyEvent *event) {
+            if (WhereProxyView::deviceIndependentModifiers(event) != Qt::ControlModifier ||
+                event->key() != Qt::Key_R)
+                return false;
+            replace->click();
+            return true;
+        },
+        alert);
     const QPointer<CorvexWindowController> self(this);
     alert->qzBeginSheetModalForWindow(mWindow, [self, destination](qint64 code) {
         if (!self || code != QZAlert::NSAlertFirstButtonReturn)

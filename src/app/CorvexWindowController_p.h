@@ -88,8 +88,10 @@ QString joinedPath(const QString &folder, const QString &name);
 
 // The screen a screenshot was taken on (counted from 1), else the primary screen.
 QScreen *screenForNumber(qint64 screenNumber);
-// The frame moved and shrunk so that it fits on the screen.
-QRect constrainFrameRect(const QRect &frame, QScreen *screen);
+// The window manager's frame around the window (estimated before the window is shown).
+QMargins decorationMargins(const QWidget *window);
+// The window's rectangle moved and shrunk so that it fits on the screen with its frame.
+QRect constrainFrameRect(const QRect &frame, QScreen *screen, const QMargins &decoration);
 void centerOnScreen(QWidget *window, QScreen *screen);
 
 // The error's user information as one line of text, for the log.

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Bookmark.h"
+#include "BookmarkException.h"
+#include "BookmarkItem.h"
 #include "CorvexWindowController.h"
 #include "CorvexWindowController_p.h"
 #include "FileAttributes.h"
 #include "Log.h"
 #include "NotificationCenter.h"
 #include "UKKQueue.h"
-#include "UserDefaults.h"
+#include "UserDefaultBookmarks.h"
 
 #include <QAction>
 #include <QApplication>
@@ -21,6 +22,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 namespace CorvexWindow {
@@ -139,14 +141,18 @@ QIcon folderIcon(const QString &path)
 
 QList<QUrl> readFavoriteFolderURLs()
 {
+    // A fresh list for every window, read once; a favourite whose folder can no longer be found is left out
+    // (the window offers the others) rather than failing the whole list.
     QList<QUrl> urls;
-    const std::optional<QVariantList> bookmarks =
-        UserDefaults::standardUserDefaults().arrayForKey(QStringLiteral("favoriteFolderBookmarks"));
-    for (const QVariant &bookmark : bookmarks.value_or(QVariantList())) {
-        if (bookmark.typeId() != QMetaType::QByteArray)
-            continue;
-        if (const std::optional<QString> path = Bookmark::resolve(bookmark.toByteArray()))
-            urls.append(QUrl::fromLocalFile(*path));
+    const UserDefaultBookmarks bookmarks(QStringLiteral("favoriteFolderBookmarks"));
+    for (qsizetype i = 0; i < bookmarks.count(); ++i) {
+        try {
+            const std::optional<QUrl> url = bookmarks.bookmarkItemAtIndex(i)->URL();
+            if (url && url->isLocalFile())
+                urls.append(*url);
+        } catch (const BookmarkException &exception) {
+            DDLogError(QStringLiteral("Could not read favorite folder %1: %2").arg(i).arg(exception.name()));
+        }
     }
     return urls;
 }
@@ -185,11 +191,25 @@ QScreen *screenForNumber(qint64 screenNumber)
     return QGuiApplication::primaryScreen();
 }
 
-QRect constrainFrameRect(const QRect &frame, QScreen *screen)
+QMargins decorationMargins(const QWidget *window)
+{
+    if (window->isVisible() && window->frameGeometry() != window->geometry()) {
+        const QRect outer = window->frameGeometry();
+        const QRect inner = window->geometry();
+        return QMargins(inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+                        outer.bottom() - inner.bottom());
+    }
+    // Not on screen yet: the window manager's frame is not known, so leave room for a usual one.
+    const int border = window->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, window);
+    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    return QMargins(border, title + border, border, border);
+}
+
+QRect constrainFrameRect(const QRect &frame, QScreen *screen, const QMargins &decoration)
 {
     if (!screen)
         return frame;
-    const QRect available = screen->availableGeometry();
+    const QRect available = screen->availableGeometry().marginsRemoved(decoration);
     QRect result = frame;
     result.setWidth(qMin(frame.width(), available.width()));
     result.setHeight(qMin(frame.height(), available.height()));
@@ -208,9 +228,10 @@ void centerOnScreen(QWidget *window, QScreen *screen)
 {
     if (!screen)
         return;
-    QRect frame = window->frameGeometry();
+    const QMargins decoration = decorationMargins(window);
+    QRect frame = window->geometry().marginsAdded(decoration);
     frame.moveCenter(screen->availableGeometry().center());
-    window->move(frame.topLeft());
+    window->move(frame.topLeft() + QPoint(decoration.left(), decoration.top()));
 }
 
 QList<QAction *> makeWindowActions(CorvexWindowController *controller, QWidget *window)

@@ -91,13 +91,15 @@ QImage ImageLoader::scaledToFit(const QImage &image, const QSize &bound)
 
 QImage ImageLoader::fileNotFoundImageForFileType(const QString &fileExtension)
 {
+    // Both icons at 128 by 128 (drawn scaled where the icon has no such size).
     const QSize size(128, 128);
     const QPixmap caution = QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size);
-    const int width = caution.isNull() ? size.width() : caution.width();
-    const int height = caution.isNull() ? size.height() : caution.height();
+    const int width = size.width();
+    const int height = size.height();
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.setOpacity(1.0);
     if (!caution.isNull())

@@ -40,13 +40,11 @@ bool KeyEquivalentView::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress)
         return false;
-    // The application delivers a key press to the focused widget first and then to its parents; the view
-    // looks at it once, on its first delivery inside its own window.
+    // The application delivers a key press to the focused widget first and then, while it is not taken, to
+    // its parents: a key the view handles is taken at its first delivery, and one it does not handle is only
+    // looked at again, without effect.
     auto *widget = qobject_cast<QWidget *>(watched);
-    if (!widget || widget->window() != window() || !window()->isActiveWindow() || !window()->isVisible())
-        return false;
-    QWidget *focus = QApplication::focusWidget();
-    if (focus ? widget != focus : widget != window())
+    if (!widget || widget->window() != window() || !window()->isVisible())
         return false;
     return performKeyEquivalent(static_cast<QKeyEvent *>(event));
 }

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// How long a renaming window takes from the screenshot notification to being on screen with its picture:
+// a screenshot-like PNG is written (5120 x 2880 by default), "CorvexScreenshotMatched" is posted on the
+// session bus, and the observer opens the window as the application does. Prints the median, the 90th
+// percentile and the worst of the runs, plus the time the main thread was busy for the longest stretch.
+//
+//   bench_app_window_open [RUNS] [WIDTH HEIGHT]     (needs a session bus and a display, or
+//   QT_QPA_PLATFORM=offscreen)
+
+#include "CorvexWindowController.h"
+#include "DistributedNotificationCenter.h"
+#include "ImageView.h"
+#include "Notifications.h"
+#include "ScreenshotInfo.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+QImage screenshotLike(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    QPainter painter(&image);
+    QLinearGradient gradient(0, 0, width, height);
+    gradient.setColorAt(0, QColor(40, 60, 120));
+    gradient.setColorAt(1, QColor(200, 140, 60));
+    painter.fillRect(image.rect(), gradient);
+    painter.fillRect(QRect(width / 10, height / 10, width / 2, height / 2), QColor(250, 250, 250));
+    QFont font = painter.font();
+    font.setPixelSize(height / 60);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    for (int line = 0; line < 25; ++line)
+        painter.drawText(
+            width / 10 + 20, height / 10 + 40 + line * height / 50,
+            QStringLiteral("%1 The quick brown fox jumps over the lazy dog, 0123456789.").arg(line));
+    for (int y = height * 2 / 3; y < height; y += 3)
+        for (int x = width * 2 / 3; x < width; x += 3)
+            image.setPixel(x, y, qRgb((x * 7 + y) % 256, (x + y * 3) % 256, (x ^ y) % 256));
+    return image;
+}
+
+double percentile(std::vector<double> values, double fraction)
+{
+    std::sort(values.begin(), values.end());
+    const size_t index = std::min(values.size() - 1, size_t(fraction * double(values.size() - 1) + 0.5));
+    return values.at(index);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 10;
+    const int width = argc > 3 ? atoi(argv[2]) : 5120;
+    const int height = argc > 3 ? atoi(argv[3]) : 2880;
+
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("Screenshot.png"));
+    if (!screenshotLike(width, height).save(path)) {
+        std::fprintf(stderr, "could not write %s\n", qPrintable(path));
+        return 1;
+    }
+    std::printf("picture: %dx%d PNG, %lld bytes\n", width, height, QFileInfo(path).size());
+
+    DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    if (!center.isConnected()) {
+        std::fprintf(stderr, "no session bus\n");
+        return 1;
+    }
+    std::unique_ptr<CorvexWindowController> controller;
+    QElapsedTimer clock;
+    std::vector<double> shown, pictured, longestStall;
+    qint64 lastTick = 0;
+    double stall = 0;
+    // A timer that fires as often as it can measures how long the main thread was kept from its events.
+    QTimer ticker;
+    ticker.setInterval(0);
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        const qint64 now = clock.nsecsElapsed();
+        if (lastTick)
+            stall = std::max(stall, double(now - lastTick) / 1e6);
+        lastTick = now;
+    });
+    center.addObserver(CorvexScreenshotMatchedNotification, nullptr,
+                       [&](const QString &, const QVariantMap &info) {
+                           controller = std::make_unique<CorvexWindowController>(
+                               ScreenshotInfo::initWithNotificationDictionary(info));
+                           QWidget *window = controller->window();
+                           window->show();
+                           shown.push_back(double(clock.nsecsElapsed()) / 1e6);
+                           QObject::connect(controller.get(), &CorvexWindowController::imageLoaded, [&] {
+                               controller->imageView()->repaint();
+                               pictured.push_back(double(clock.nsecsElapsed()) / 1e6);
+                           });
+                       });
+
+    for (int run = 0; run < runs; ++run) {
+        stall = 0;
+        lastTick = 0;
+        const size_t before = pictured.size();
+        ticker.start();
+        clock.start();
+        center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                    ScreenshotInfo(path, 1).notificationDictionary());
+        while (pictured.size() == before && clock.elapsed() < 20000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        ticker.stop();
+        longestStall.push_back(stall);
+        controller.reset();
+        QCoreApplication::processEvents();
+    }
+    if (pictured.size() != size_t(runs)) {
+        std::fprintf(stderr, "only %zu of %d windows showed their picture\n", pictured.size(), runs);
+        return 1;
+    }
+    std::printf("window on screen:       median %7.1f ms   p90 %7.1f ms   max %7.1f ms\n",
+                percentile(shown, 0.5), percentile(shown, 0.9), percentile(shown, 1.0));
+    std::printf("window with picture:    median %7.1f ms   p90 %7.1f ms   max %7.1f ms\n",
+                percentile(pictured, 0.5), percentile(pictured, 0.9), percentile(pictured, 1.0));
+    std::printf("longest main-thread stall: median %7.1f ms   max %7.1f ms\n", percentile(longestStall, 0.5),
+                percentile(longestStall, 1.0));
+    return 0;
+}

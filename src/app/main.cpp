@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Corvex, the application: one renaming window per screenshot. One instance per session: a second launch
+// hands its "qzcv:" URLs and its command-line screenshot to the running one and exits.
+
+#include "AppDelegate.h"
+#include "AppEventHandler.h"
+#include "DDLog.h"
+
+#include <QApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+int sSignalPipe[2] = {-1, -1};
+
+void handleTerminationSignal(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(sSignalPipe[1], &byte, 1);
+}
+
+// SIGTERM and SIGINT end the application in order, as Quit does.
+void installTerminationHandler(AppDelegate &delegate)
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sSignalPipe) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(sSignalPipe[0], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [&delegate] {
+        char byte = 0;
+        [[maybe_unused]] const ssize_t got = ::read(sSignalPipe[0], &byte, 1);
+        delegate.quit();
+    });
+    struct sigaction action = {};
+    action.sa_handler = handleTerminationSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGTERM, &action, nullptr);
+    sigaction(SIGINT, &action, nullptr);
+}
+
+QStringList corvexURLArguments(const QStringList &arguments)
+{
+    QStringList urls;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        if (arguments.at(i).startsWith(QStringLiteral("qzcv:")))
+            urls.append(arguments.at(i));
+    }
+    return urls;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Corvex"));
+    QApplication::setApplicationVersion(QStringLiteral(CORVEX_MARKETING_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("com.ostrel.Corvex"));
+    const QStringList urls = corvexURLArguments(QApplication::arguments());
+
+    if (!AppEventHandler::claimServiceName() && AppEventHandler::isAnotherInstanceRunning()) {
+        for (const QString &url : urls) {
+            if (!AppEventHandler::sendURLToRunningInstance(url))
+                std::fprintf(stderr, "Corvex: the running instance did not take %s\n", qPrintable(url));
+        }
+        // A screenshot named on the command line reaches the running instance's observer.
+        AppDelegate delegate;
+        delegate.processCommandLineArguments();
+        AppEventHandler::isAnotherInstanceRunning(); // a round trip: everything sent has left
+        DDLog::flushLog();
+        return 0;
+    }
+
+    AppDelegate delegate;
+    installTerminationHandler(delegate);
+    delegate.applicationWillFinishLaunching();
+    QTimer::singleShot(0, &delegate, [&delegate, urls] {
+        delegate.applicationDidFinishLaunching();
+        for (const QString &url : urls)
+            delegate.handleGetURLEvent(url);
+    });
+    const int code = QApplication::exec();
+    delegate.applicationWillTerminate();
+    DDLog::flushLog();
+    return code;
+}
