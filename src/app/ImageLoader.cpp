@@ -51,16 +51,17 @@ ImageLoader::Result ImageLoader::load(const QString &path, const QSize &displayB
         return result;
     }
     file.close();
-    const std::unique_ptr<ImageIOSource> source = ImageIOSource::createWithURL(QUrl::fromLocalFile(path));
+    std::unique_ptr<ImageIOSource> source = ImageIOSource::createWithURL(QUrl::fromLocalFile(path));
     if (!source || source->image().isNull()) {
         result.status = Status::DecodeFailed;
         return result;
     }
     result.status = Status::Loaded;
     result.image = source->image();
+    const QSizeF points = source->pointSize();
+    source.reset(); // the picture is no longer shared: what follows changes it without a copy
     // A picture stored at more than 72 dpi (a screenshot of a high-density screen) is shown at its size in
     // points.
-    const QSizeF points = source->pointSize();
     if (points.width() > 0 && result.image.width() / points.width() > 1.01)
         result.image.setDevicePixelRatio(result.image.width() / points.width());
     if (!displayBound.isEmpty()) {
@@ -84,8 +85,12 @@ QImage ImageLoader::scaledToFit(const QImage &image, const QSize &bound)
     source.setDevicePixelRatio(1);
     // A large reduction first drops whole pixels down to twice the target, which the smooth pass then
     // averages: the same look at a fraction of the time.
-    if (source.width() > target.width() * 4 && source.height() > target.height() * 4)
+    if (source.width() > target.width() * 4 && source.height() > target.height() * 4) {
         source = source.scaled(target * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        // The smooth pass is fastest on 32-bit pixels; converting the reduced copy costs little.
+        source.convertTo(source.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                  : QImage::Format_RGB32);
+    }
     return source.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 

@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppDelegate.h"
+#include "AppEventHandler.h"
+#include "AppUserDefaults.h"
+#include "Bookmark.h"
+#include "DistributedNotificationCenter.h"
+#include "Notifications.h"
+#include "WindowTestSupport.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QSignalSpy>
+#include <QThread>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+
+namespace {
+
+const QString CorvexExecutable = QStringLiteral(CORVEX_BUNDLE_DIR "/Contents/MacOS/Corvex");
+
+// Counts the triggers of every application-level action, enabling those that have no window in this build so
+// that the dispatch itself can be seen.
+class ActionRecorder
+{
+public:
+    explicit ActionRecorder(AppDelegate &delegate)
+    {
+        for (int which = int(AppDelegate::Action::About); which <= int(AppDelegate::Action::Quit); ++which) {
+            QAction *action = delegate.action(AppDelegate::Action(which));
+            action->setEnabled(true);
+            // The recorder replaces what the actions do, so that no window or alert opens.
+            QObject::disconnect(action, &QAction::triggered, nullptr, nullptr);
+            QObject::connect(action, &QAction::triggered,
+                             [this, which] { triggered.append(AppDelegate::Action(which)); });
+        }
+    }
+    QList<AppDelegate::Action> triggered;
+};
+
+} // namespace
+
+class AppDelegateCommandLineTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { mDelegate = std::make_unique<AppDelegate>(); }
+    void TearDown() override
+    {
+        QApplication::closeAllWindows();
+        spin(std::chrono::milliseconds(50));
+        mDelegate.reset();
+    }
+    std::unique_ptr<AppDelegate> mDelegate;
+};
+
+TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactly)
+{
+    ActionRecorder recorder(*mDelegate);
+    using A = AppDelegate::Action;
+    const QList<std::pair<QString, QList<A>>> cases{
+        {QStringLiteral("qzcv://about"), {A::About}},
+        {QStringLiteral("qzcv://prefs"), {A::Preferences}},
+        {QStringLiteral("qzcv://prefs/reset"), {A::ResetPreferences}},
+        {QStringLiteral("qzcv://feedback"), {A::SendFeedback}},
+        {QStringLiteral("qzcv://checkForUpdate"), {A::CheckForUpdates}},
+        {QStringLiteral("qzcv://checkForUpdates"), {}},
+        {QStringLiteral("qzcv://prefs/"), {}},
+        {QStringLiteral("qzcv://Prefs"), {}},
+        {QStringLiteral("qzcv:prefs"), {}},
+        {QStringLiteral("qzcv://prefs?x=1"), {}},
+        {QStringLiteral("QZCV://prefs"), {}},
+        {QStringLiteral("http://prefs"), {}},
+        {QStringLiteral("prefs"), {}},
+        {QString(), {}},
+    };
+    for (const auto &[url, expected] : cases) {
+        recorder.triggered.clear();
+        mDelegate->handleGetURLEvent(url);
+        EXPECT_EQ(recorder.triggered, expected) << url.toStdString();
+    }
+    recorder.triggered.clear();
+    mDelegate->handleAboutEvent();
+    mDelegate->handlePreferencesEvent();
+    mDelegate->handleCheckForUpdatesEvent();
+    EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::Preferences, A::CheckForUpdates}));
+}
+
+TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
+{
+    ActionRecorder recorder(*mDelegate);
+    mDelegate->applicationWillFinishLaunching();
+    ASSERT_TRUE(AppEventHandler::claimServiceName());
+    EXPECT_FALSE(AppEventHandler::isAnotherInstanceRunning()) << "this process holds the name";
+    const auto call = [](const QString &method, const QVariantList &arguments = {}) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            AppEventHandler::ServiceName, AppEventHandler::ObjectPath, AppEventHandler::Interface, method);
+        message.setArguments(arguments);
+        // The call is made from another thread's connection so that this thread can answer it.
+        QDBusConnection::sessionBus().asyncCall(message);
+    };
+    call(QStringLiteral("About"));
+    call(QStringLiteral("CheckForUpdates"));
+    call(QStringLiteral("GetURL"), {QStringLiteral("qzcv://feedback")});
+    call(QStringLiteral("GetURL"), {QStringLiteral("mailto:someone")});
+    call(QStringLiteral("Preferences"));
+    using A = AppDelegate::Action;
+    ASSERT_TRUE(waitUntil([&] { return recorder.triggered.size() == 4; }));
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::CheckForUpdates, A::SendFeedback, A::Preferences}));
+    QDBusConnection::sessionBus().unregisterService(AppEventHandler::ServiceName);
+}
+
+TEST_F(AppDelegateCommandLineTest, ASecondLaunchHandsItsScreenshotAndURLToTheRunningInstance)
+{
+    ASSERT_TRUE(QFileInfo::exists(CorvexExecutable)) << "build the Corvex target first";
+    ActionRecorder recorder(*mDelegate);
+    mDelegate->applicationWillFinishLaunching();
+    ASSERT_TRUE(AppEventHandler::claimServiceName());
+    mDelegate->addNotificationObservers();
+    QList<QVariantMap> posted;
+    const int observer = DistributedNotificationCenter::defaultCenter().addObserver(
+        CorvexScreenshotMatchedNotification, nullptr,
+        [&](const QString &, const QVariantMap &userInfo) { posted.append(userInfo); });
+
+    const QString path = writeImage(folder(QStringLiteral("Handed")) + QStringLiteral("/Handed.png"));
+    AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
+    shared.setScreenshotBookmarkData(Bookmark::create(path), QStringLiteral("key-1"));
+
+    // The second launch runs on another thread's event loop, so that this one can answer its GetURL call.
+    const auto launch = [](const QStringList &arguments) {
+        ProcessResult result;
+        QThread *thread = QThread::create([&] { result = run(CorvexExecutable, arguments); });
+        thread->start();
+        waitUntil([&] { return thread->isFinished(); }, std::chrono::milliseconds(60000));
+        thread->wait();
+        delete thread;
+        return result;
+    };
+    EXPECT_EQ(launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("0")})
+                  .exitCode,
+              0);
+    spin(std::chrono::milliseconds(300));
+    EXPECT_TRUE(posted.isEmpty()) << "screen 0 is no screen";
+
+    const ProcessResult handed =
+        launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("2"),
+                QStringLiteral("-bookmarkData"), QStringLiteral("key-1"), QStringLiteral("-newFilePath"),
+                QStringLiteral("/tmp/new name.png"), QStringLiteral("qzcv://checkForUpdate")});
+    EXPECT_EQ(handed.exitCode, 0) << handed.err.toStdString();
+    ASSERT_TRUE(waitUntil([&] { return posted.size() == 1 && mDelegate->windowControllers().size() == 1; }));
+    const QVariantMap info = posted.first();
+    EXPECT_EQ(info.value(CorvexFilePathKey).toString(), path);
+    EXPECT_EQ(info.value(CorvexScreenNumberKey).toLongLong(), 2);
+    EXPECT_EQ(info.value(CorvexNewFilePathKey).toString(), QStringLiteral("/tmp/new name.png"));
+    EXPECT_TRUE(info.value(CorvexFileAttributesKey).toMap().contains(QStringLiteral("NSFileSize")));
+    EXPECT_FALSE(info.value(CorvexBookmarkDataKey).toByteArray().isEmpty());
+    EXPECT_EQ(recorder.triggered, QList<AppDelegate::Action>{AppDelegate::Action::CheckForUpdates});
+    shared.synchronize();
+    EXPECT_TRUE(shared.screenshotBookmarkDataForKey(QStringLiteral("key-1")).isNull())
+        << "the bookmark is used once";
+
+    launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("1"),
+            QStringLiteral("-bookmarkData"), QStringLiteral("key-1")});
+    ASSERT_TRUE(waitUntil([&] { return posted.size() == 2; }));
+    EXPECT_FALSE(posted.last().contains(CorvexBookmarkDataKey)) << "the second use finds nothing";
+    EXPECT_FALSE(posted.last().contains(CorvexNewFilePathKey));
+
+    DistributedNotificationCenter::defaultCenter().removeObserver(observer);
+    QDBusConnection::sessionBus().unregisterService(AppEventHandler::ServiceName);
+}

@@ -1,0 +1,239 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppDelegate.h"
+#include "../core/CapturingLogger.h"
+#include "AppUserDefaults.h"
+#include "DistributedNotificationCenter.h"
+#include "Notifications.h"
+#include "PropertyList.h"
+#include "WindowTestSupport.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+
+namespace {
+
+// Records the distributed notifications of the names, in order of arrival.
+class NotificationRecorder
+{
+public:
+    explicit NotificationRecorder(const QStringList &observedNames)
+    {
+        for (const QString &name : observedNames)
+            mIds.append(DistributedNotificationCenter::defaultCenter().addObserver(
+                name, nullptr, [this](const QString &posted, const QVariantMap &userInfo) {
+                    names.append(posted);
+                    infos.append(userInfo);
+                    onDisk.append(PropertyList::readFile(
+                                      home() + QStringLiteral("/.config/corvex/com.ostrel.Corvex.plist"))
+                                      .toMap());
+                }));
+    }
+    ~NotificationRecorder()
+    {
+        for (int id : mIds)
+            DistributedNotificationCenter::defaultCenter().removeObserver(id);
+    }
+    QStringList names;
+    QList<QVariantMap> infos;
+    QList<QVariantMap> onDisk; // the preference file as it was when each notification arrived
+
+private:
+    QList<int> mIds;
+};
+
+// Answers the next application-modal alert with the button of the title.
+void answerNextModalAlert(const QString &title)
+{
+    QTimer::singleShot(50, [title] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return answerNextModalAlert(title);
+        for (QAbstractButton *button : box->buttons()) {
+            if (button->text() == title)
+                button->click();
+        }
+    });
+}
+
+} // namespace
+
+class AppDelegateTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        mDelegate = std::make_unique<AppDelegate>();
+        mDelegate->addNotificationObservers();
+    }
+    void TearDown() override
+    {
+        QApplication::closeAllWindows();
+        spin(std::chrono::milliseconds(50));
+        mDelegate.reset();
+    }
+    std::unique_ptr<AppDelegate> mDelegate;
+};
+
+TEST_F(AppDelegateTest, FactoryDefaultsAreRegisteredAndTheVersionStringIsTheBuilds)
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    EXPECT_TRUE(defaults.boolForKey(QStringLiteral("showCorvexWindow")));
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("jpg"));
+    EXPECT_EQ(AppDelegate::appVersionString(), QStringLiteral("2.0.5 (ce9f1b3)"));
+    EXPECT_FALSE(AppDelegate::osVersionString().isEmpty());
+    EXPECT_EQ(AppDelegate::sharedDelegate(), mDelegate.get());
+    EXPECT_TRUE(mDelegate->applicationShouldHandleReopen(false));
+}
+
+TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    NotificationRecorder recorder({CorvexShowStatusMenuNotification, CorvexHideStatusMenuNotification,
+                                   CorvexDefaultsChangedNotification});
+    defaults.setBool(false, QStringLiteral("showMenuIcon"));
+    ASSERT_TRUE(waitUntil([&] { return recorder.names.size() >= 2; }));
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(recorder.names,
+              (QStringList{CorvexHideStatusMenuNotification, CorvexDefaultsChangedNotification}));
+    EXPECT_EQ(recorder.onDisk.last().value(QStringLiteral("showMenuIcon")), QVariant(false))
+        << "on disk before the agent is told";
+    defaults.setBool(true, QStringLiteral("showMenuIcon"));
+    ASSERT_TRUE(waitUntil([&] { return recorder.names.size() >= 4; }));
+    EXPECT_EQ(recorder.names.mid(2),
+              (QStringList{CorvexShowStatusMenuNotification, CorvexDefaultsChangedNotification}));
+
+    recorder.names.clear();
+    defaults.setObject(QStringLiteral("png"), QStringLiteral("autoReformatExtension"));
+    ASSERT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
+    EXPECT_EQ(recorder.names, QStringList{CorvexDefaultsChangedNotification});
+    EXPECT_TRUE(recorder.infos.last().isEmpty());
+    EXPECT_EQ(recorder.onDisk.last().value(QStringLiteral("autoReformatExtension")),
+              QVariant(QStringLiteral("png")));
+
+    recorder.names.clear();
+    defaults.setBool(false, QStringLiteral("quitAppAfterLastWindowClosed"));
+    defaults.setBool(false, QStringLiteral("startAtLogIn"));
+    spin(std::chrono::milliseconds(300));
+    EXPECT_TRUE(recorder.names.isEmpty()) << "unobserved keys and startAtLogIn post nothing";
+    defaults.removeObjectForKey(QStringLiteral("quitAppAfterLastWindowClosed"));
+
+    mDelegate->removeNotificationObservers();
+    defaults.setObject(QStringLiteral("gif"), QStringLiteral("autoReformatExtension"));
+    spin(std::chrono::milliseconds(300));
+    EXPECT_TRUE(recorder.names.isEmpty()) << "no handler after the observers are removed";
+}
+
+TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
+{
+    const QString shots = folder(QStringLiteral("AppShots"));
+    const QString first = writeImage(shots + QStringLiteral("/First.png"));
+    const QString second = writeImage(shots + QStringLiteral("/Second.png"));
+    DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                ScreenshotInfo(first, 1).notificationDictionary());
+    ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().size() == 1; }));
+    CorvexWindowController *firstController = mDelegate->windowControllers().first();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == firstController->window(); }));
+    EXPECT_EQ(mDelegate->mainWindowController(), firstController);
+    EXPECT_NE(firstController->window()->findChild<QMenuBar *>(), nullptr) << "each window has the menus";
+
+    center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                ScreenshotInfo(second, 2).notificationDictionary());
+    ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().size() == 2; }));
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(QApplication::activeWindow(), firstController->window()) << "the user is not interrupted";
+    CorvexWindowController *secondController = nullptr;
+    for (CorvexWindowController *controller : mDelegate->windowControllers()) {
+        if (controller != firstController)
+            secondController = controller;
+    }
+    ASSERT_NE(secondController, nullptr);
+    EXPECT_TRUE(secondController->window()->isVisible());
+    EXPECT_EQ(secondController->screenshotInfo().filePath(), second);
+}
+
+TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    QSignalSpy quits(mDelegate.get(), &AppDelegate::terminationRequested);
+    const QString path = writeImage(folder(QStringLiteral("LastWindow")) + QStringLiteral("/Last.png"));
+    mDelegate->screenshotTaken(ScreenshotInfo(path, 1).notificationDictionary());
+    ASSERT_EQ(mDelegate->windowControllers().size(), 1);
+    QPointer<CorvexWindowController> controller = mDelegate->windowControllers().first();
+    controller->cancel();
+    ASSERT_TRUE(waitUntil([&] { return quits.count() == 1; }));
+    EXPECT_TRUE(mDelegate->windowControllers().isEmpty());
+    ASSERT_TRUE(waitUntil([&] { return controller.isNull(); })) << "the controller is released";
+
+    LogCapture log;
+    QWidget other;
+    other.show();
+    other.close();
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(quits.count(), 1);
+    EXPECT_TRUE(log.messages().contains(
+        QStringLiteral("Not quitting because the last window closed was not a renaming window.")));
+
+    defaults.setBool(false, QStringLiteral("quitAppAfterLastWindowClosed"));
+    mDelegate->screenshotTaken(ScreenshotInfo(path, 1).notificationDictionary());
+    mDelegate->windowControllers().first()->window()->close();
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(quits.count(), 1) << "the preference keeps the application running";
+    EXPECT_TRUE(mDelegate->windowControllers().isEmpty());
+    defaults.removeObjectForKey(QStringLiteral("quitAppAfterLastWindowClosed"));
+}
+
+TEST_F(AppDelegateTest, ResetPreferencesAndCounter)
+{
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    defaults.setInteger(41, QStringLiteral("autoRenameCount"));
+    defaults.setObject(QStringLiteral("tiff"), QStringLiteral("autoReformatExtension"));
+    defaults.setBool(true, QStringLiteral("SUHasLaunchedBefore"));
+    defaults.setBool(true, QStringLiteral("moveToApplicationsFolderAlertSuppress"));
+
+    answerNextModalAlert(QStringLiteral("Cancel"));
+    mDelegate->resetPreferences();
+    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 41);
+
+    NotificationRecorder recorder({CorvexDefaultsChangedNotification});
+    answerNextModalAlert(QStringLiteral("Reset"));
+    mDelegate->resetPreferences();
+    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 0);
+    EXPECT_EQ(defaults.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("jpg"));
+    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("SUHasLaunchedBefore")).isValid());
+    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("moveToApplicationsFolderAlertSuppress")));
+    EXPECT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); })) << "the agent hears of the reset";
+
+    defaults.setInteger(7, QStringLiteral("autoRenameCount"));
+    recorder.names.clear();
+    mDelegate->resetAutoRenameCounter();
+    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 0);
+    EXPECT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
+}
+
+TEST_F(AppDelegateTest, MenusReachEveryActionAndMissingWindowsStayDisabled)
+{
+    std::unique_ptr<QMenuBar> bar(mDelegate->makeMenuBar(nullptr, nullptr));
+    QList<QAction *> reachable;
+    for (QAction *menu : bar->actions())
+        reachable += menu->menu()->actions();
+    for (int which = int(AppDelegate::Action::About); which <= int(AppDelegate::Action::Quit); ++which)
+        EXPECT_TRUE(reachable.contains(mDelegate->action(AppDelegate::Action(which)))) << which;
+    for (AppDelegate::Action which :
+         {AppDelegate::Action::Preferences, AppDelegate::Action::WelcomeToCorvex,
+          AppDelegate::Action::SendFeedback, AppDelegate::Action::CheckForUpdates}) {
+        EXPECT_FALSE(mDelegate->action(which)->isEnabled());
+        EXPECT_FALSE(mDelegate->perform(which));
+    }
+    EXPECT_TRUE(mDelegate->action(AppDelegate::Action::ResetPreferences)->isEnabled());
+    EXPECT_TRUE(mDelegate->action(AppDelegate::Action::Quit)->isEnabled());
+}

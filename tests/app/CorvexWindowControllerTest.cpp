@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "../core/CapturingLogger.h"
+#include "Bookmark.h"
+#include "FileFormat.h"
+#include "ImageView.h"
+#include "WindowTestSupport.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+
+class CorvexWindowControllerTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { clearWindowPreferences(); }
+    void TearDown() override { clearWindowPreferences(); }
+};
+
+TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormat)
+{
+    const QString shots = folder(QStringLiteral("Shots1"));
+    const QString path = writeImage(shots + QStringLiteral("/Screenshot 1.png"));
+    auto controller = openWindow(path);
+    QWidget *window = controller->window();
+
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Screenshot 1.png"));
+    for (const char *outlet : {"mImageView", "mNameTextField", "mWherePopupButton", "mFormatPopupButton",
+                               "mMoveToTrashButton", "mCancelButton", "mRenameButton"})
+        EXPECT_NE(window->findChild<QWidget *>(QString::fromLatin1(outlet)), nullptr) << outlet;
+    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Screenshot 1.png"));
+    EXPECT_EQ(controller->nameTextField()->selectedText(), QStringLiteral("Screenshot 1"));
+    EXPECT_TRUE(controller->nameTextField()->hasFocus());
+    EXPECT_EQ(controller->whereFolderPath(), shots);
+    EXPECT_EQ(controller->wherePopupButton()->itemText(0), QStringLiteral("Shots1"));
+    ASSERT_EQ(controller->formatPopupButton()->count(), FileFormat::allFileFormats().size());
+    for (int i = 0; i < controller->formatPopupButton()->count(); ++i)
+        EXPECT_EQ(controller->formatPopupButton()->itemText(i),
+                  FileFormat::allFileFormats().at(i)->description());
+    EXPECT_EQ(controller->selectedFileFormat()->uti(), FileFormat::PNGType);
+    EXPECT_FALSE(controller->renameButton()->isEnabled()) << "nothing differs yet";
+    EXPECT_EQ(controller->image().size(), QSize(200, 100));
+    const QPageLayout &print = controller->printInfo();
+    EXPECT_EQ(print.margins(QPageLayout::Point), QMarginsF(18, 30, 18, 30));
+    EXPECT_EQ(print.orientation(), QPageLayout::Portrait);
+}
+
+TEST_F(CorvexWindowControllerTest, TargetPathAndRememberedValuesShapeTheProposal)
+{
+    const QString path = writeImage(folder(QStringLiteral("Shots2")) + QStringLiteral("/Shot.png"));
+    const QString elsewhere = folder(QStringLiteral("Elsewhere"));
+    ScreenshotInfo info(path, 1);
+    info.setTargetFilePath(elsewhere + QStringLiteral("/Renamed.png"));
+    {
+        auto controller = openWindow(info);
+        EXPECT_EQ(controller->window()->windowTitle(), QStringLiteral("Shot.png"));
+        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Renamed.png"));
+        EXPECT_EQ(controller->whereFolderPath(), elsewhere);
+        EXPECT_TRUE(controller->renameButton()->isEnabled());
+    }
+
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    defaults.setBool(true, QStringLiteral("useLastDirectoryAndExtensionValues"));
+    defaults.setObject(elsewhere, QStringLiteral("lastSaveDirectory"));
+    defaults.setObject(QStringLiteral("JPG"), QStringLiteral("lastFileFormatExtension"));
+    {
+        auto controller = openWindow(path);
+        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.JPG")) << "kept as stored";
+        EXPECT_EQ(controller->selectedFileFormat()->uti(), FileFormat::JPEGType);
+        EXPECT_EQ(controller->whereFolderPath(), elsewhere);
+    }
+    defaults.setObject(QString(elsewhere + QStringLiteral("/gone")), QStringLiteral("lastSaveDirectory"));
+    defaults.setObject(QStringLiteral("xyz"), QStringLiteral("lastFileFormatExtension"));
+    {
+        auto controller = openWindow(path);
+        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.png"));
+        EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "a missing folder is ignored";
+    }
+    defaults.setBool(false, QStringLiteral("useLastDirectoryAndExtensionValues"));
+    {
+        auto controller = openWindow(path);
+        EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "remembered values are off";
+    }
+}
+
+TEST_F(CorvexWindowControllerTest, RenameIsEnabledExactlyWhenNameOrFolderDiffers)
+{
+    const QString path = writeImage(folder(QStringLiteral("Shots3")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    QLineEdit *name = controller->nameTextField();
+    name->setText(QStringLiteral("Other.png"));
+    EXPECT_TRUE(controller->renameButton()->isEnabled());
+    name->setText(QStringLiteral("Shot.png"));
+    EXPECT_FALSE(controller->renameButton()->isEnabled());
+    name->setText(QStringLiteral("shot.png"));
+    EXPECT_TRUE(controller->renameButton()->isEnabled()) << "letter case counts";
+    name->setText(QStringLiteral("Shot.png"));
+    controller->whereAction(0);
+    controller->setWhere(folder(QStringLiteral("Else")));
+    controller->updateUI();
+    EXPECT_TRUE(controller->renameButton()->isEnabled());
+}
+
+TEST_F(CorvexWindowControllerTest, WindowGrowsForLargePicturesOnlyAndStaysOnScreen)
+{
+    const QString path =
+        writeImage(folder(QStringLiteral("Shots4")) + QStringLiteral("/Small.png"), QSize(100, 50));
+    auto controller = openWindow(path);
+    QWidget *window = controller->window();
+    const QSize designed = window->size();
+    const QSize view = controller->imageView()->size();
+    EXPECT_EQ(controller->calculateWindowFrameWithImageSize(100, 50).size(), designed);
+    EXPECT_EQ(controller->calculateWindowFrameWithImageSize(view.width() - 16, view.height() - 16).size(),
+              designed)
+        << "differences of 0 change nothing";
+    const QRect grown = controller->calculateWindowFrameWithImageSize(view.width() + 10, 20);
+    EXPECT_EQ(grown.size(), QSize(designed.width() + 26, designed.height()));
+    const QRect both = controller->calculateWindowFrameWithImageSize(view.width(), view.height());
+    EXPECT_EQ(both.size(), designed + QSize(16, 16));
+    const QRect available = window->screen()->availableGeometry();
+    const QRect huge = controller->calculateWindowFrameWithImageSize(5120, 2880);
+    EXPECT_LE(huge.width(), available.width());
+    EXPECT_LE(huge.height(), available.height());
+    EXPECT_TRUE(available.contains(huge));
+
+    const QString large =
+        writeImage(folder(QStringLiteral("Shots4")) + QStringLiteral("/Large.png"), QSize(5120, 2880));
+    auto big = openWindow(large);
+    EXPECT_TRUE(available.contains(big->window()->frameGeometry()))
+        << "the window is centred on the screen " << big->window()->geometry().x() << ","
+        << big->window()->geometry().y() << " " << big->window()->width() << "x" << big->window()->height()
+        << " in " << available.width() << "x" << available.height();
+    EXPECT_GT(big->window()->width(), available.width() / 2) << "as large as the screen allows";
+    const QRect shown = big->imageView()->imageRect();
+    EXPECT_NEAR(double(shown.width()) / shown.height(), 5120.0 / 2880.0, 0.02) << "scaled proportionally";
+}
+
+TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFolderAndFavourites)
+{
+    const QString shots = folder(QStringLiteral("Shots5"));
+    const QString path = writeImage(shots + QStringLiteral("/Shot.png"));
+    QVariantList favourites;
+    QStringList favouritePaths;
+    for (int i = 0; i < 10; ++i) {
+        favouritePaths.append(folder(QStringLiteral("Fav%1").arg(i)));
+        favourites.append(Bookmark::create(favouritePaths.last()));
+    }
+    UserDefaults::standardUserDefaults().setObject(favourites, QStringLiteral("favoriteFolderBookmarks"));
+    auto controller = openWindow(path);
+    QComboBox *where = controller->wherePopupButton();
+    ASSERT_EQ(controller->favoriteFolderURLs().size(), 10);
+
+    QList<int> tags;
+    for (int i = 0; i < where->count(); ++i)
+        tags.append(where->itemData(i, Qt::UserRole + 1).toInt());
+    EXPECT_TRUE(tags.contains(CorvexWindowController::ScreenshotFolderTag));
+    EXPECT_TRUE(tags.contains(CorvexWindowController::OtherFolderTag));
+    const int first = int(tags.indexOf(500));
+    ASSERT_GE(first, 0);
+    EXPECT_EQ(tags.mid(first), (QList<int>{500, 501, 502, 503, 504, 505, 506, 507, 508, 509}));
+    EXPECT_EQ(where->itemText(first), QStringLiteral("Fav0"));
+    EXPECT_EQ(where->itemData(first, Qt::UserRole + 3).value<QKeySequence>(),
+              QKeySequence(Qt::CTRL | Qt::Key_1));
+    EXPECT_TRUE(where->itemData(first + 9, Qt::UserRole + 3).value<QKeySequence>().isEmpty())
+        << "no key for the tenth";
+
+    controller->whereAction(503);
+    EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(3));
+    EXPECT_EQ(where->currentIndex(), 0);
+    EXPECT_EQ(where->itemText(0), QStringLiteral("Fav3"));
+    QTest::keyClick(controller->nameTextField(), Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(1));
+    controller->whereAction(CorvexWindowController::ScreenshotFolderTag);
+    EXPECT_EQ(controller->whereFolderPath(), shots);
+
+    const QString other = folder(QStringLiteral("Other"));
+    controller->whereAction(CorvexWindowController::OtherFolderTag);
+    QFileDialog *panel = controller->window()->findChild<QFileDialog *>();
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(panel->fileMode(), QFileDialog::Directory);
+    panel->selectFile(other);
+    QMetaObject::invokeMethod(panel, "accept");
+    spin(std::chrono::milliseconds(20));
+    EXPECT_EQ(controller->whereFolderPath(), other);
+    controller->whereAction(CorvexWindowController::OtherFolderTag);
+    panel = controller->window()->findChild<QFileDialog *>();
+    ASSERT_NE(panel, nullptr);
+    panel->reject();
+    spin(std::chrono::milliseconds(20));
+    EXPECT_EQ(controller->whereFolderPath(), other) << "cancelling keeps the folder";
+    EXPECT_EQ(where->currentIndex(), 0);
+}
+
+TEST_F(CorvexWindowControllerTest, FolderShortcutsSetTheDestination)
+{
+    const QString path = writeImage(folder(QStringLiteral("Shots6")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    const auto press = [&](int key, Qt::KeyboardModifiers modifiers) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        return controller->performKeyEquivalent(&event);
+    };
+    const Qt::KeyboardModifiers ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+    EXPECT_TRUE(press(Qt::Key_H, ctrlShift));
+    EXPECT_EQ(controller->whereFolderPath(), QDir::homePath());
+    EXPECT_TRUE(press(Qt::Key_C, ctrlShift));
+    EXPECT_EQ(controller->whereFolderPath(), QStringLiteral("/"));
+    EXPECT_TRUE(press(Qt::Key_D, Qt::ControlModifier));
+    EXPECT_EQ(controller->whereFolderPath(), CorvexWindowController::desktopFolder());
+    EXPECT_TRUE(press(Qt::Key_O, ctrlShift));
+    EXPECT_EQ(controller->whereFolderPath(), CorvexWindowController::documentsFolder());
+    EXPECT_EQ(press(Qt::Key_U, ctrlShift), !CorvexWindowController::utilitiesFolder().isEmpty());
+    EXPECT_FALSE(press(Qt::Key_H, Qt::ControlModifier)) << "the modifiers must match exactly";
+    EXPECT_FALSE(press(Qt::Key_X, ctrlShift));
+    EXPECT_FALSE(press(Qt::Key_1, Qt::ControlModifier)) << "no favourites, no digit shortcuts";
+
+    // Typed into the name field, the shortcut changes the folder and leaves the text alone.
+    controller->nameTextField()->setText(QStringLiteral("Typed.png"));
+    QTest::keyClick(controller->nameTextField(), Qt::Key_H, ctrlShift);
+    EXPECT_EQ(controller->whereFolderPath(), QDir::homePath());
+    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Typed.png"));
+}
+
+TEST_F(CorvexWindowControllerTest, FollowsTheFileWhenItIsRenamedAndStaysWhenItIsDeleted)
+{
+    const QString shots = folder(QStringLiteral("Shots7"));
+    const QString path = writeImage(shots + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    const QString moved = shots + QStringLiteral("/Moved by hand.png");
+    ASSERT_TRUE(QFile::rename(path, moved));
+    ASSERT_TRUE(waitUntil([&] { return controller->screenshotInfo().filePath() == moved; }));
+    controller->nameTextField()->setText(QStringLiteral("Moved by hand.png"));
+    EXPECT_FALSE(controller->renameButton()->isEnabled()) << "the button follows the new path";
+
+    LogCapture log;
+    ASSERT_TRUE(QFile::remove(moved));
+    ASSERT_TRUE(waitUntil(
+        [&] { return log.messages().filter(QStringLiteral("Error resolving bookmark data")).size() == 1; }));
+    const QString line = log.messages().filter(QStringLiteral("Error resolving bookmark data")).first();
+    EXPECT_TRUE(line.endsWith(QStringLiteral("bytes) of ") + moved)) << line.toStdString();
+    EXPECT_TRUE(controller->window()->isVisible()) << "the window stays";
+    EXPECT_EQ(controller->screenshotInfo().filePath(), moved);
+
+    controller->fileWatcherRename(QStringLiteral("/some/other/file.png"));
+    EXPECT_EQ(log.messages().filter(QStringLiteral("Error resolving bookmark data")).size(), 1)
+        << "a notification for another path is ignored";
+}
+
+TEST_F(CorvexWindowControllerTest, UnreadableFilesGetTheSubstituteImage)
+{
+    const QString shots = folder(QStringLiteral("Shots8"));
+    const QString notImage = writeFile(shots + QStringLiteral("/Text.png"), "this is not a picture");
+    LogCapture log;
+    auto controller = openWindow(notImage);
+    EXPECT_TRUE(log.messages().contains(QStringLiteral("Could not create image with data from ") + notImage));
+    EXPECT_EQ(controller->image().size(), QSize(128, 128));
+    EXPECT_TRUE(controller->window()->isVisible());
+
+    const QString missing = shots + QStringLiteral("/Missing.jpg");
+    auto gone = openWindow(ScreenshotInfo::initWithNotificationDictionary(
+        {{QStringLiteral("filePath"), missing}, {QStringLiteral("screenNum"), 1}}));
+    EXPECT_TRUE(log.messages().contains(QStringLiteral("Could not load image data from ") + missing));
+    EXPECT_EQ(gone->image().size(), QSize(128, 128));
+    EXPECT_EQ(gone->selectedFileFormat()->uti(), FileFormat::JPEGType);
+
+    const QImage substitute = CorvexWindowController::fileNotFoundImageForFileType(QStringLiteral("png"));
+    EXPECT_EQ(substitute.size(), QSize(128, 128));
+    EXPECT_NE(substitute.pixel(96, 96), substitute.pixel(0, 0))
+        << "the type icon sits in the bottom-right quarter";
+}
+
+TEST_F(CorvexWindowControllerTest, PrintsThePictureAndCancelLeavesTheFile)
+{
+    const QString path = writeImage(folder(QStringLiteral("Shots9")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    QImage printed;
+    QPageLayout layout;
+    CorvexWindowController::setPrintRunner(
+        [&](QWidget *window, const QImage &image, const QPageLayout &pageLayout) {
+            EXPECT_EQ(window, controller->window());
+            printed = image;
+            layout = pageLayout;
+        });
+    controller->printDocument();
+    CorvexWindowController::setPrintRunner({});
+    EXPECT_EQ(printed.size(), QSize(200, 100));
+    EXPECT_EQ(layout.margins(QPageLayout::Point), QMarginsF(18, 30, 18, 30));
+
+    QSignalSpy closed(controller.get(), &CorvexWindowController::windowClosedByController);
+    controller->nameTextField()->setText(QStringLiteral("Whatever.png"));
+    QTest::mouseClick(controller->cancelButton(), Qt::LeftButton);
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_FALSE(controller->window()->isVisible());
+    EXPECT_TRUE(QFileInfo::exists(path));
+}
