@@ -122,8 +122,8 @@ bool LoginItems::insertItemLast(const QUrl &bundleURL, LoginItem *inserted)
     const QString target = bundleURL.toLocalFile();
     const Bundle bundle(target);
     const QString program = bundle.isValid() ? bundle.executablePath() : target;
-    if (program.isEmpty())
-        return false;
+    if (program.isEmpty() || !QFileInfo(program).isFile())
+        return false; // nothing there to start at log-in
     QString name = bundle.isValid() ? bundle.bundleName() : QString();
     if (name.isEmpty())
         name = QFileInfo(target).completeBaseName();

@@ -52,7 +52,7 @@ public:
     bool removeItem(const LoginItem &item, int *status = nullptr);
 
     // Appends an entry that starts the bundle at the URL (its executable), named after the bundle. Returns
-    // false when no entry could be written.
+    // false when there is nothing to start at the URL or no entry could be written.
     bool insertItemLast(const QUrl &bundleURL, LoginItem *inserted = nullptr);
 
     // Removes every agent entry, unresolvable entries named "CorvexAgent", and application entries whose
