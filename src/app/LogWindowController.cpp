@@ -157,7 +157,9 @@ void LogWindowController::watchLogFile()
         return;
     const QString path = logFilePath();
     const QString folder = QFileInfo(path).absolutePath();
-    if (!mWatcher->directories().contains(folder) && QFileInfo(folder).isDir())
+    // The folder is watched so that a log file that appears later is found; it is made when missing (the
+    // agent writes there).
+    if (!mWatcher->directories().contains(folder) && (QFileInfo(folder).isDir() || QDir().mkpath(folder)))
         mWatcher->addPath(folder);
     if (!mWatcher->files().isEmpty())
         mWatcher->removePaths(mWatcher->files());
