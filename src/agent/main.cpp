@@ -18,6 +18,10 @@ int main(int argc, char **argv)
     QApplication::setDesktopFileName(QStringLiteral("com.ostrel.CorvexAgent"));
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    // From here on a request to terminate waits for the event loop, which ends the agent in order.
+    AgentSignalHandler signals;
+    if (!signals.install())
+        std::fprintf(stderr, "CorvexAgent: could not install the termination handlers\n");
 
     bool busAvailable = false;
     if (!CorvexAgent::claimBusName(&busAvailable)) {
@@ -31,10 +35,7 @@ int main(int argc, char **argv)
     UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
 
     CorvexAgent agent;
-    AgentSignalHandler signals;
     QObject::connect(&signals, &AgentSignalHandler::terminationRequested, &agent, &CorvexAgent::terminate);
-    if (!signals.install())
-        std::fprintf(stderr, "CorvexAgent: could not install the termination handlers\n");
     agent.start();
     return application.exec();
 }
