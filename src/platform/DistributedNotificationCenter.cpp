@@ -55,6 +55,20 @@ void roundTrip(QDBusConnection &bus)
                                             QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")));
 }
 
+// A session bus opened on the main thread holds back incoming messages until the event loop first runs,
+// and Qt then lets newer messages overtake the held ones. Running the pending resumption at once (posted
+// events, twice: the resumption queues the delivery of what was held) keeps notifications in the order
+// they were posted.
+void resumeDeliveryOnTheMainThread()
+{
+    static std::atomic_bool resumed = false;
+    QCoreApplication *app = QCoreApplication::instance();
+    if (!app || QThread::currentThread() != app->thread() || resumed.exchange(true))
+        return;
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents();
+}
+
 } // namespace
 
 DistributedNotificationCenter::DistributedNotificationCenter() = default;
@@ -115,6 +129,8 @@ void DistributedNotificationCenter::flush()
 
 int DistributedNotificationCenter::addObserver(const QString &name, QObject *context, Observer observer)
 {
+    if (isConnected())
+        resumeDeliveryOnTheMainThread();
     QMutexLocker locker(&mMutex);
     const int id = mNextId++;
     Registration &registration = mRegistrations[id];
