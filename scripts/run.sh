@@ -13,29 +13,12 @@ build_dir=${CORVEX_BUILD_DIR:-build}
 cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$build_dir" --parallel "$(nproc)"
 
-bundle="$build_dir/Corvex.app"
-app="$bundle/Contents/MacOS/Corvex"
-agent="$bundle/Contents/Helpers/CorvexAgent.app/Contents/MacOS/CorvexAgent"
-
-start() {
-  if [ -x "$agent" ]; then
-    "$agent" &
-  fi
-  exec "$app" "$@"
-}
-
+start=(bash scripts/start-corvex.sh "$build_dir" "$@")
+if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
+  start=(dbus-run-session -- "${start[@]}")
+fi
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   echo "No display: starting Corvex on a virtual display (Xvfb)." >&2
-  export -f start
-  export agent app
-  if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
-    exec xvfb-run -a -s "-screen 0 1920x1080x24" dbus-run-session -- bash -c 'start "$@"' bash "$@"
-  fi
-  exec xvfb-run -a -s "-screen 0 1920x1080x24" bash -c 'start "$@"' bash "$@"
+  exec xvfb-run -a -s "-screen 0 1920x1080x24" "${start[@]}"
 fi
-if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then
-  export -f start
-  export agent app
-  exec dbus-run-session -- bash -c 'start "$@"' bash "$@"
-fi
-start "$@"
+exec "${start[@]}"
