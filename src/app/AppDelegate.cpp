@@ -105,6 +105,16 @@ void AppDelegate::applicationWillFinishLaunching()
         mEventHandler->registerObject();
     }
     DDLog::addLogger(ClientProcessLogger::sharedInstance());
+    keepScreenshotsUntilLaunched();
+}
+
+void AppDelegate::keepScreenshotsUntilLaunched()
+{
+    if (!mObserving && !mLaunchScreenshotObserver)
+        mLaunchScreenshotObserver = DistributedNotificationCenter::defaultCenter().addObserver(
+            CorvexScreenshotMatchedNotification, this, [this](const QString &, const QVariantMap &userInfo) {
+                mScreenshotsDuringLaunch.append(userInfo);
+            });
 }
 
 void AppDelegate::applicationDidFinishLaunching()
@@ -190,6 +200,13 @@ void AppDelegate::addNotificationObservers()
     mScreenshotObserver = DistributedNotificationCenter::defaultCenter().addObserver(
         CorvexScreenshotMatchedNotification, this,
         [this](const QString &, const QVariantMap &userInfo) { screenshotTaken(userInfo); });
+    if (mLaunchScreenshotObserver) {
+        DistributedNotificationCenter::defaultCenter().removeObserver(mLaunchScreenshotObserver);
+        mLaunchScreenshotObserver = 0;
+        const QList<QVariantMap> waiting = std::exchange(mScreenshotsDuringLaunch, {});
+        for (const QVariantMap &userInfo : waiting)
+            screenshotTaken(userInfo);
+    }
     // The standard preferences announce every changed key; the handler looks only at the observed ones.
     mObserverConnections.append(connect(&UserDefaults::standardUserDefaults(), &UserDefaults::valueChanged,
                                         this, [this](const QString &key) {
@@ -260,7 +277,7 @@ void AppDelegate::windowWillClose(QWidget *window)
     if (controller && mWindowControllers.remove(controller))
         controller->deleteLater();
     mShouldTerminateAfterLastWindowClosed = controller != nullptr;
-    if (mLogWindowController && mLogWindowController->window() == window) {
+    if (mLogWindowController && mLogWindowController->windowIfLoaded() == window) {
         mLogWindowController->deleteLater();
         mLogWindowController = nullptr;
     }

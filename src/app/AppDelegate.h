@@ -58,6 +58,10 @@ public:
 
     // Start-up phase 1: installs the D-Bus event interface and the cross-process logger.
     void applicationWillFinishLaunching();
+    // The agent hands screenshots over as soon as the application holds its bus name, which is before
+    // launching has finished (a question may be on screen): from now on they are kept, and the observers
+    // of the second phase open them.
+    void keepScreenshotsUntilLaunched();
     // Start-up phase 2: launch line, welcome, login item, observers, command line, agent, Dropbox check.
     void applicationDidFinishLaunching();
     // Shut-down: start-at-login question if never asked, the agent, observers, first-run flag.
@@ -155,6 +159,9 @@ private:
     QMap<Action, QAction *> mActions;
     QList<QMetaObject::Connection> mObserverConnections;
     int mScreenshotObserver = 0;
+    // Screenshots announced while launching (a question may be on screen): opened once launching is done.
+    int mLaunchScreenshotObserver = 0;
+    QList<QVariantMap> mScreenshotsDuringLaunch;
     AppEventHandler *mEventHandler = nullptr;
     QThread *mDropboxThread = nullptr;
     std::function<void()> mStartAtLogInQuestion;

@@ -66,20 +66,20 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(QStringLiteral("com.ostrel.Corvex"));
     const QStringList urls = corvexURLArguments(QApplication::arguments());
 
+    AppDelegate delegate;
+    delegate.keepScreenshotsUntilLaunched();
     if (!AppEventHandler::claimServiceName() && AppEventHandler::isAnotherInstanceRunning()) {
         for (const QString &url : urls) {
             if (!AppEventHandler::sendURLToRunningInstance(url))
                 std::fprintf(stderr, "Corvex: the running instance did not take %s\n", qPrintable(url));
         }
         // A screenshot named on the command line reaches the running instance's observer.
-        AppDelegate delegate;
         delegate.processCommandLineArguments();
         AppEventHandler::isAnotherInstanceRunning(); // a round trip: everything sent has left
         DDLog::flushLog();
         return 0;
     }
 
-    AppDelegate delegate;
     installTerminationHandler(delegate);
     delegate.applicationWillFinishLaunching();
     QTimer::singleShot(0, &delegate, [&delegate, urls] {

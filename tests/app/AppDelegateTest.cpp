@@ -132,6 +132,30 @@ TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
     EXPECT_TRUE(recorder.names.isEmpty()) << "no handler after the observers are removed";
 }
 
+TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
+{
+    const QString shot = writeImage(folder(QStringLiteral("LaunchShots")) + QStringLiteral("/Early.png"));
+    AppDelegate delegate;
+    delegate.keepScreenshotsUntilLaunched();
+    DistributedNotificationCenter::defaultCenter().postNotificationName(
+        CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
+    spin(std::chrono::milliseconds(300));
+    EXPECT_TRUE(delegate.windowControllers().isEmpty()) << "nothing opens before launching has finished";
+
+    delegate.addNotificationObservers();
+    ASSERT_EQ(delegate.windowControllers().size(), 1);
+    EXPECT_EQ(delegate.windowControllers().first()->screenshotInfo().filePath(), shot);
+
+    DistributedNotificationCenter::defaultCenter().postNotificationName(
+        CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
+    ASSERT_TRUE(waitUntil([&] { return delegate.windowControllers().size() == 2; }));
+    spin(std::chrono::milliseconds(200));
+    EXPECT_EQ(delegate.windowControllers().size(), 2) << "a later screenshot opens once, not twice";
+    delegate.removeNotificationObservers();
+    QApplication::closeAllWindows();
+    spin(std::chrono::milliseconds(50));
+}
+
 TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
 {
     const QString shots = folder(QStringLiteral("AppShots"));
