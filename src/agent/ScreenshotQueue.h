@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ExtendedAttributes.h"
+
 #include "FileIdentity.h"
 
 #include <QString>
@@ -24,7 +26,7 @@ class ScreenshotQueue
 {
 public:
     // Marks files that Corvex made (conversions, renamed copies): such a file is never a new screenshot.
-    static inline const QString CreatedByCorvexAttribute = QStringLiteral("corvex.created");
+    static inline const QString CreatedByCorvexAttribute = ExtendedAttributes::CreatedByCorvex;
 
     explicit ScreenshotQueue(ApplicationHandOff *handOff);
     ~ScreenshotQueue();

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ImageIODestination.h"
 
+#include "ExtendedAttributes.h"
+
 #include "FileFormat.h"
 #include "ImageIOGIFEncoder.h"
 #include "ImageIOPDF.h"
@@ -74,6 +76,9 @@ std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl
         setReason(reason, file->errorString());
         return nullptr;
     }
+    // Marked before anything is written, so that whoever notices the finished file knows who made it. A file
+    // system without extended attributes simply leaves the mark out.
+    ExtendedAttributes::set(file->fileName(), ExtendedAttributes::CreatedByCorvex, QByteArray("1"));
     return std::unique_ptr<ImageIODestination>(new ImageIODestination(uti, std::move(file)));
 }
 

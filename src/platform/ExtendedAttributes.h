@@ -13,6 +13,10 @@ class ExtendedAttributes
 public:
     ExtendedAttributes() = delete;
 
+    // Marks the files Corvex itself writes (conversions): the agent never takes such a file for a new
+    // screenshot, even when it lands in the screenshot folder.
+    static inline const QString CreatedByCorvex = QStringLiteral("corvex.created");
+
     // The name as the system knows it: "user." is added unless the name already has a namespace.
     static QByteArray platformName(const QString &name);
 

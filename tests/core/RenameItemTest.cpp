@@ -4,6 +4,7 @@
 #include "CorvexError.h"
 #include "CorvexErrors.h"
 #include "DropboxCheck.h"
+#include "ExtendedAttributes.h"
 #include "FileFormat.h"
 #include "ImageIODestination.h"
 #include "ImageIOSource.h"
@@ -146,6 +147,11 @@ TEST_F(RenameItemTest, ConversionWritesTheNewFileAndTrashesTheSource)
     ASSERT_NE(written, nullptr);
     EXPECT_EQ(written->image().size(), QSize(40, 30));
     EXPECT_LT(qAbs(qBlue(written->image().pixel(35, 15)) - 200), 8);
+    int errorCode = 0;
+    if (ExtendedAttributes::size(destination, ExtendedAttributes::CreatedByCorvex, &errorCode) < 0) {
+        EXPECT_TRUE(ExtendedAttributes::isUnsupportedError(errorCode))
+            << "the conversion is marked as Corvex's";
+    }
     EXPECT_FALSE(QFileInfo::exists(source));
     EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/Screenshot 1.png")));
     QFile info(trashFolder() + QStringLiteral("/info/Screenshot 1.png.trashinfo"));
