@@ -11,7 +11,7 @@ bash scripts/install-deps.sh
 
 build_dir=${CORVEX_BUILD_DIR:-build}
 cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$build_dir" --parallel "$(nproc)"
+cmake --build "$build_dir" --parallel "$(nproc)" --target Corvex CorvexAgent corvex
 
 start=(bash scripts/start-corvex.sh "$build_dir" "$@")
 if [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ]; then

@@ -151,41 +151,44 @@ bool ImageIOPNG::readProperties(const QString &path, QSize *pixelSize, QSizeF *d
     return true;
 }
 
-QImage ImageIOPNG::read(const QString &path, qint64 maximumBytes, QString *reason)
+bool ImageIOPNG::readRows(const QString &path, qint64 maximumBytes, PNGRowReader &reader, QString *reason)
 {
     File file;
     SpngContext context;
     spng_ihdr header{};
     if (!openDecoder(path, &file, &context, &header, reason))
-        return {};
+        return false;
     if (header.width > 0x7fffffffu / 4 || header.height > 0x7fffffffu ||
         qint64(header.width) * header.height * 4 > maximumBytes) {
         if (reason)
             *reason = QStringLiteral("the image is too large (%1 by %2 pixels)")
                           .arg(header.width)
                           .arg(header.height);
-        return {};
+        return false;
     }
     const bool alpha = hasTransparency(context.get(), header);
     const int format = alpha ? SPNG_FMT_RGBA8 : SPNG_FMT_RGB8;
-    QImage image = allocateImage(int(header.width), int(header.height),
-                                 alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
-    if (image.isNull()) {
-        if (reason)
-            *reason = QStringLiteral("out of memory");
-        return {};
-    }
+    const int height = int(header.height);
     const size_t rowBytes = size_t(header.width) * (alpha ? 4 : 3);
+    if (!reader.begin(QSize(int(header.width), height),
+                      alpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888, resolutionOf(context.get())))
+        return false;
     int status = 0;
+    bool stopped = false;
     if (header.interlace_method == SPNG_INTERLACE_NONE) {
-        // Row by row straight into the image: no second buffer, and the rows stay in the cache.
+        // One row buffer, reused: the rows stay in the cache and the whole image is never held.
+        std::vector<unsigned char> row(rowBytes);
         status =
             spng_decode_image(context.get(), nullptr, 0, format, SPNG_DECODE_TRNS | SPNG_DECODE_PROGRESSIVE);
-        for (int y = 0; status == 0 && y < image.height(); ++y)
-            status = spng_decode_row(context.get(), image.scanLine(y), rowBytes);
+        for (int y = 0; status == 0 && !stopped && y < height; ++y) {
+            status = spng_decode_row(context.get(), row.data(), rowBytes);
+            if ((status == 0 || (status == SPNG_EOI && y == height - 1)) && !reader.row(y, row.data()))
+                stopped = true;
+        }
         if (status == SPNG_EOI)
             status = 0;
     } else {
+        // Interlaced rows arrive in seven passes: the whole image is needed before the first row is complete.
         size_t size = 0;
         status = spng_decoded_image_size(context.get(), format, &size);
         std::vector<unsigned char> pixels;
@@ -193,18 +196,54 @@ QImage ImageIOPNG::read(const QString &path, qint64 maximumBytes, QString *reaso
             pixels.resize(size);
             status = spng_decode_image(context.get(), pixels.data(), size, format, SPNG_DECODE_TRNS);
         }
-        for (int y = 0; status == 0 && y < image.height(); ++y)
-            std::memcpy(image.scanLine(y), pixels.data() + size_t(y) * rowBytes, rowBytes);
+        for (int y = 0; status == 0 && !stopped && y < height; ++y)
+            stopped = !reader.row(y, pixels.data() + size_t(y) * rowBytes);
     }
     if (status != 0) {
         if (reason)
             *reason = spngReason(status);
+        return false;
+    }
+    return !stopped;
+}
+
+namespace {
+
+// Collects the rows into one image carrying the stored resolution.
+class ImageCollector final : public PNGRowReader
+{
+public:
+    bool begin(const QSize &size, QImage::Format format, const QSizeF &dotsPerInch) override
+    {
+        m_image = allocateImage(size.width(), size.height(), format);
+        if (m_image.isNull())
+            return false;
+        m_rowBytes = size_t(size.width()) * (format == QImage::Format_RGB888 ? 3 : 4);
+        m_image.setDotsPerMeterX(qRound(dotsPerInch.width() / InchesPerMeter));
+        m_image.setDotsPerMeterY(qRound(dotsPerInch.height() / InchesPerMeter));
+        return true;
+    }
+    bool row(int y, const uchar *pixels) override
+    {
+        std::memcpy(m_image.scanLine(y), pixels, m_rowBytes);
+        return true;
+    }
+    QImage m_image;
+    size_t m_rowBytes = 0;
+};
+
+} // namespace
+
+QImage ImageIOPNG::read(const QString &path, qint64 maximumBytes, QString *reason)
+{
+    ImageCollector collector;
+    QString why;
+    if (!readRows(path, maximumBytes, collector, &why)) {
+        if (reason)
+            *reason = why.isEmpty() ? QStringLiteral("out of memory") : why;
         return {};
     }
-    const QSizeF dpi = resolutionOf(context.get());
-    image.setDotsPerMeterX(qRound(dpi.width() / InchesPerMeter));
-    image.setDotsPerMeterY(qRound(dpi.height() / InchesPerMeter));
-    return image;
+    return std::move(collector.m_image);
 }
 
 bool ImageIOPNG::write(const QImage &source, QIODevice *device, QString *reason)

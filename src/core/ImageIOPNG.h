@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "PNGRowReader.h"
+
 #include <QImage>
 #include <QSize>
 #include <QSizeF>
@@ -25,6 +27,10 @@ public:
     // Decodes the image. Refuses images whose decoded size would pass maximumBytes; a truncated or corrupt
     // file fails. The image carries the stored resolution as its dots per meter.
     static QImage read(const QString &path, qint64 maximumBytes, QString *reason);
+
+    // Decodes the file row by row without holding the whole image (interlaced files: decoded whole, then
+    // handed over row by row). Same size limit and errors as read().
+    static bool readRows(const QString &path, qint64 maximumBytes, PNGRowReader &reader, QString *reason);
 
     // Encodes the image to the device, with a pHYs chunk when the image's resolution is not 72 dpi.
     static bool write(const QImage &image, QIODevice *device, QString *reason);
