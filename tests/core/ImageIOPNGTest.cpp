@@ -1,0 +1,232 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ImageIOPNG.h"
+#include "TestSupport.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+QByteArray bigEndian(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = char(value >> (24 - 8 * i));
+    return bytes;
+}
+
+quint32 pngCRC(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffffu;
+    for (const char c : bytes) {
+        crc ^= quint8(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+QByteArray chunk(const char *type, const QByteArray &data)
+{
+    const QByteArray body = QByteArray(type, 4) + data;
+    return bigEndian(quint32(data.size())) + body + bigEndian(pngCRC(body));
+}
+
+// An RGB image whose every pixel differs from its neighbours, so a misplaced row or column shows.
+QImage noisy(int width, int height, QImage::Format format = QImage::Format_RGB888)
+{
+    QImage image(width, height, format);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y,
+                           qRgba((x * 7 + y) % 256, (y * 13 + x * 3) % 256, (x * y) % 256,
+                                 format == QImage::Format_RGB888 ? 255 : (x + y * 5) % 256));
+    return image;
+}
+
+// The image as an Adam7-interlaced 8-bit RGB PNG, every row unfiltered.
+QByteArray interlacedPNG(const QImage &image)
+{
+    struct Pass
+    {
+        int x, y, dx, dy;
+    };
+    constexpr Pass passes[] = {{0, 0, 8, 8}, {4, 0, 8, 8}, {0, 4, 4, 8}, {2, 0, 4, 4},
+                               {0, 2, 2, 4}, {1, 0, 2, 2}, {0, 1, 1, 2}};
+    QByteArray raw;
+    for (const Pass &pass : passes) {
+        if (pass.x >= image.width())
+            continue;
+        for (int y = pass.y; y < image.height(); y += pass.dy) {
+            raw += '\0';
+            for (int x = pass.x; x < image.width(); x += pass.dx) {
+                const QRgb p = image.pixel(x, y);
+                raw += char(qRed(p));
+                raw += char(qGreen(p));
+                raw += char(qBlue(p));
+            }
+        }
+    }
+    const QByteArray header = bigEndian(quint32(image.width())) + bigEndian(quint32(image.height())) +
+                              QByteArray("\x08\x02\x00\x00\x01", 5);
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IDAT", qCompress(raw).mid(4)) +
+           chunk("IEND", QByteArray());
+}
+
+// Records what the decoder hands over; can stop at a given point.
+struct Recorder : PNGRowReader
+{
+    bool begin(const QSize &size, QImage::Format format, const QSizeF &dotsPerInch) override
+    {
+        ++begins;
+        mSize = size;
+        mFormat = format;
+        mDotsPerInch = dotsPerInch;
+        return stopAt != -1;
+    }
+    bool row(int y, const uchar *pixels) override
+    {
+        ys.push_back(y);
+        const int bytes = mSize.width() * (mFormat == QImage::Format_RGB888 ? 3 : 4);
+        rows.emplace_back(reinterpret_cast<const char *>(pixels), bytes);
+        return y != stopAt;
+    }
+    int stopAt = -2; // -1: refuse at begin; -2: never stop
+    int begins = 0;
+    QSize mSize;
+    QImage::Format mFormat = QImage::Format_Invalid;
+    QSizeF mDotsPerInch;
+    std::vector<int> ys;
+    std::vector<QByteArray> rows;
+};
+
+class ImageIOPNGTest : public ::testing::Test
+{
+protected:
+    QString save(const QString &name, const QImage &image)
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        EXPECT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
+        return corvex::test::writeFile(mDir.filePath(name), buffer.data());
+    }
+
+    // Every row, in order, equals the image's row bytes.
+    static void expectRows(const Recorder &recorder, const QImage &image)
+    {
+        ASSERT_EQ(recorder.rows.size(), size_t(image.height()));
+        const int bytes = image.width() * (image.format() == QImage::Format_RGB888 ? 3 : 4);
+        for (int y = 0; y < image.height(); ++y) {
+            EXPECT_EQ(recorder.ys[size_t(y)], y);
+            EXPECT_EQ(recorder.rows[size_t(y)],
+                      QByteArray(reinterpret_cast<const char *>(image.constScanLine(y)), bytes))
+                << "row " << y;
+        }
+    }
+
+    QTemporaryDir mDir;
+};
+
+TEST_F(ImageIOPNGTest, RowsArriveInOrderWithSizeFormatAndResolution)
+{
+    QImage opaque = noisy(67, 23);
+    opaque.setDotsPerMeterX(5669); // 144 dpi
+    opaque.setDotsPerMeterY(3780); // 96 dpi
+    const QImage translucent = noisy(31, 17, QImage::Format_RGBA8888);
+    for (const QImage &image : {opaque, translucent}) {
+        Recorder recorder;
+        QString reason;
+        ASSERT_TRUE(ImageIOPNG::readRows(save(QStringLiteral("rows.png"), image), 1 << 20, recorder, &reason))
+            << reason.toStdString();
+        EXPECT_EQ(recorder.begins, 1);
+        EXPECT_EQ(recorder.mSize, image.size());
+        EXPECT_EQ(recorder.mFormat, image.format());
+        expectRows(recorder, image);
+        // read() gives the same pixels, with the resolution as dots per meter.
+        const QImage whole = ImageIOPNG::read(mDir.filePath(QStringLiteral("rows.png")), 1 << 20, &reason);
+        EXPECT_EQ(whole, image);
+        EXPECT_EQ(whole.dotsPerMeterX(), image.dotsPerMeterX() > 0 ? image.dotsPerMeterX() : 2835);
+        QFile::remove(mDir.filePath(QStringLiteral("rows.png")));
+    }
+    Recorder recorder;
+    ASSERT_TRUE(ImageIOPNG::readRows(save(QStringLiteral("dpi.png"), opaque), 1 << 20, recorder, nullptr));
+    EXPECT_NEAR(recorder.mDotsPerInch.width(), 144, 0.05);
+    EXPECT_NEAR(recorder.mDotsPerInch.height(), 96, 0.05);
+}
+
+TEST_F(ImageIOPNGTest, InterlacedFilesAreHandedOverRowByRow)
+{
+    for (const QSize size : {QSize(37, 29), QSize(1, 1), QSize(3, 9)}) {
+        SCOPED_TRACE(size.width());
+        const QImage image = noisy(size.width(), size.height());
+        const QString file =
+            corvex::test::writeFile(mDir.filePath(QStringLiteral("adam7.png")), interlacedPNG(image));
+        Recorder recorder;
+        QString reason;
+        ASSERT_TRUE(ImageIOPNG::readRows(file, 1 << 20, recorder, &reason)) << reason.toStdString();
+        EXPECT_EQ(recorder.mFormat, QImage::Format_RGB888);
+        EXPECT_EQ(recorder.mDotsPerInch, QSizeF(72, 72));
+        expectRows(recorder, image);
+        EXPECT_EQ(ImageIOPNG::read(file, 1 << 20, nullptr), image);
+    }
+}
+
+TEST_F(ImageIOPNGTest, TheReaderCanStopDecoding)
+{
+    const QString file = save(QStringLiteral("stop.png"), noisy(20, 12));
+    Recorder refusing;
+    refusing.stopAt = -1;
+    QString reason;
+    EXPECT_FALSE(ImageIOPNG::readRows(file, 1 << 20, refusing, &reason));
+    EXPECT_TRUE(reason.isEmpty()) << reason.toStdString();
+    EXPECT_TRUE(refusing.rows.empty());
+
+    Recorder stopping;
+    stopping.stopAt = 4;
+    EXPECT_FALSE(ImageIOPNG::readRows(file, 1 << 20, stopping, &reason));
+    EXPECT_TRUE(reason.isEmpty()) << reason.toStdString();
+    EXPECT_EQ(stopping.ys, (std::vector<int>{0, 1, 2, 3, 4}));
+
+    // Stopping at the very last row is still a stop.
+    Recorder last;
+    last.stopAt = 11;
+    EXPECT_FALSE(ImageIOPNG::readRows(file, 1 << 20, last, &reason));
+    EXPECT_EQ(last.rows.size(), 12u);
+}
+
+TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
+{
+    const QImage image = noisy(200, 150);
+    const QString file = save(QStringLiteral("big.png"), image);
+    // 200 x 150 x 4 bytes is the limit: one byte less refuses before anything is handed over.
+    Recorder refused;
+    QString reason;
+    EXPECT_FALSE(ImageIOPNG::readRows(file, 200 * 150 * 4 - 1, refused, &reason));
+    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    EXPECT_EQ(refused.begins, 0);
+    Recorder accepted;
+    EXPECT_TRUE(ImageIOPNG::readRows(file, 200 * 150 * 4, accepted, nullptr));
+
+    // A cut file hands over the rows it holds, then fails with the decoder's reason.
+    QFile whole(file);
+    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+    const QByteArray bytes = whole.readAll();
+    const QString cut =
+        corvex::test::writeFile(mDir.filePath(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2));
+    Recorder partial;
+    reason.clear();
+    EXPECT_FALSE(ImageIOPNG::readRows(cut, 1 << 20, partial, &reason));
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_LT(partial.rows.size(), size_t(image.height()));
+    EXPECT_EQ(ImageIOPNG::read(cut, 1 << 20, &reason), QImage());
+
+    reason.clear();
+    EXPECT_FALSE(ImageIOPNG::readRows(mDir.filePath(QStringLiteral("none.png")), 1 << 20, partial, &reason));
+    EXPECT_FALSE(reason.isEmpty());
+}
+
+} // namespace
