@@ -6,9 +6,12 @@
 
 #include "FileFormat.h"
 #include "ImageIOGIFEncoder.h"
+#include "ImageIOJPEG.h"
 #include "ImageIOPDF.h"
 #include "ImageIOPNG.h"
+#include "ImageIORowPipeline.h"
 #include "ImageIOSource.h"
+#include "ImageIOTIFF.h"
 
 #include <QImageWriter>
 #include <QPainter>
@@ -39,12 +42,6 @@ QImage flattenedOntoWhite(const QImage &image)
 bool writeWithQt(const QImage &image, QIODevice *device, const QByteArray &format, QString *reason)
 {
     QImageWriter writer(device, format);
-    if (format == "jpeg") {
-        writer.setQuality(ImageIODestination::JPEGQuality);
-        writer.setOptimizedWrite(true);
-    } else if (format == "tiff") {
-        writer.setCompression(1); // LZW
-    }
     if (!writer.write(image)) {
         setReason(reason, writer.errorString());
         return false;
@@ -53,6 +50,11 @@ bool writeWithQt(const QImage &image, QIODevice *device, const QByteArray &forma
 }
 
 } // namespace
+
+bool ImageIODestination::canStreamFromPNG(const QString &uti)
+{
+    return uti == FileFormat::JPEGType || uti == FileFormat::TIFFType;
+}
 
 bool ImageIODestination::canWrite(const QString &uti)
 {
@@ -119,11 +121,11 @@ bool ImageIODestination::encode(QString *reason)
     if (mUTI == FileFormat::PDFType)
         return ImageIOPDF::write(mImage, device, reason);
     if (mUTI == FileFormat::JPEGType)
-        return writeWithQt(flattenedOntoWhite(mImage), device, "jpeg", reason);
+        return ImageIOJPEG::write(mImage, device, reason);
     if (mUTI == FileFormat::BMPType)
         return writeWithQt(flattenedOntoWhite(mImage), device, "bmp", reason);
     if (mUTI == FileFormat::TIFFType)
-        return writeWithQt(mImage, device, "tiff", reason);
+        return ImageIOTIFF::write(mImage, device, reason);
     setReason(reason, QStringLiteral("files of type %1 cannot be written").arg(mUTI));
     return false;
 }
@@ -137,10 +139,42 @@ bool ImageIODestination::finalize(QString *reason)
     mFinalized = true;
     if (mImage.isNull()) {
         setReason(reason, QStringLiteral("no image was added"));
-        mFile->close();
+        return close(false, nullptr);
+    }
+    return close(encode(reason), reason);
+}
+
+bool ImageIODestination::finalizeFromPNG(const QString &path, qint64 maximumBytes, bool *sourceFailed,
+                                         QString *reason)
+{
+    if (sourceFailed)
+        *sourceFailed = false;
+    if (mFinalized || !mFile->isOpen()) {
+        setReason(reason, QStringLiteral("the destination was already finalized"));
         return false;
     }
-    bool ok = encode(reason);
+    mFinalized = true;
+    std::unique_ptr<ImageRowWriter> writer;
+    if (mUTI == FileFormat::JPEGType)
+        writer = std::make_unique<ImageIOJPEG>(mFile.get());
+    else if (mUTI == FileFormat::TIFFType)
+        writer = std::make_unique<ImageIOTIFF>(mFile.get());
+    if (!writer) {
+        setReason(reason, QStringLiteral("files of type %1 cannot be written row by row").arg(mUTI));
+        return close(false, nullptr);
+    }
+    ImageIORowPipeline::Failure failure = ImageIORowPipeline::Failure::None;
+    const bool ok = ImageIORowPipeline::convertPNG(path, maximumBytes, *writer, &failure, reason);
+    if (sourceFailed)
+        *sourceFailed = failure == ImageIORowPipeline::Failure::Source;
+    writer.reset();
+    return close(ok, reason);
+}
+
+// Flushes and closes the file; a file that failed, or fails now, is removed: it was made here and would only
+// hold part of an image.
+bool ImageIODestination::close(bool ok, QString *reason)
+{
     if (ok && !mFile->flush()) {
         setReason(reason, mFile->errorString());
         ok = false;
@@ -154,5 +188,7 @@ bool ImageIODestination::finalize(QString *reason)
         setReason(reason, mFile->errorString());
         ok = false;
     }
+    if (!ok)
+        mFile->remove();
     return ok;
 }

@@ -11,12 +11,12 @@
 class ImageIOSource;
 
 // A file being written in one of the six formats, named by its type identifier. Writing goes straight to the
-// destination path: a failed finalize() may leave a partly written file behind.
+// destination path; a failed finalize() removes what it had written, so no half file is left behind.
 class ImageIODestination
 {
 public:
-    // The JPEG quality used: high enough that text keeps crisp edges without ringing.
-    static constexpr int JPEGQuality = 92;
+    // Whether finalizeFromPNG() can write files of the type identifier.
+    static bool canStreamFromPNG(const QString &uti);
 
     // Whether files of the type identifier can be written.
     static bool canWrite(const QString &uti);
@@ -37,9 +37,16 @@ public:
     // failed.
     bool finalize(QString *reason = nullptr);
 
+    // Instead of addImage() and finalize(): encodes the PNG file's rows while they are decoded, without ever
+    // holding the whole image, and closes the file. Refuses images whose decoded size would pass
+    // maximumBytes. On failure sourceFailed says whether the PNG could not be read (rather than written).
+    bool finalizeFromPNG(const QString &path, qint64 maximumBytes, bool *sourceFailed,
+                         QString *reason = nullptr);
+
 private:
     ImageIODestination(const QString &uti, std::unique_ptr<QFile> file);
     bool encode(QString *reason);
+    bool close(bool ok, QString *reason);
 
     QString mUTI;
     std::unique_ptr<QFile> mFile;

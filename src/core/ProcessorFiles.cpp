@@ -72,45 +72,77 @@ bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceF
     }
 
     QString reason;
-    std::unique_ptr<ImageIOSource> source;
-    if (sourceFormat && sourceFormat->uti() == FileFormat::PDFType)
-        source = pdfImageSource(sourcePath);
-    else
-        source = ImageIOSource::createWithURL(sourceURL, &reason);
+    const QString uti = destinationFormat ? destinationFormat->uti() : QString();
+    const auto sourceFailed = [&] {
+        if (QFileInfo::exists(sourcePath) || QFileInfo(sourcePath).isSymLink()) {
+            if (!reason.isEmpty())
+                DDLogWarn(QStringLiteral("Reading %1 failed: %2").arg(sourcePath, reason));
+            DDLogError(QStringLiteral("Could not create image source for %1").arg(sourcePath));
+            if (error)
+                *error = corvexErrorCGImageSourceCreateWithURL(sourceURL);
+        } else {
+            DDLogError(QStringLiteral("Could not create image source for %1 because file does not exist")
+                           .arg(sourcePath));
+            if (error)
+                *error = decoratedForDropbox(corvexErrorNoSuchFile(sourceURL));
+        }
+    };
+    const auto creationFailed = [&] {
+        DDLogWarn(QStringLiteral("Creating %1 failed: %2").arg(destinationPath, reason));
+        DDLogError(
+            QStringLiteral("Could create image destination at %1 with UTI %2").arg(destinationPath, uti));
+        if (error)
+            *error = corvexErrorCGImageDestinationCreateWithURL(destinationURL, destinationFormat);
+    };
+    const auto finalizeFailed = [&] {
+        DDLogWarn(QStringLiteral("Writing %1 failed: %2").arg(destinationPath, reason));
+        DDLogError(QStringLiteral("CGImageDestinationFinalize failed for %1").arg(destinationPath));
+        if (error)
+            *error = corvexErrorCGImageDestinationFinalizeWithURL(destinationURL, destinationFormat);
+    };
 
     bool result = false;
-    if (source) {
-        const QString uti = destinationFormat ? destinationFormat->uti() : QString();
-        std::unique_ptr<ImageIODestination> destination =
-            ImageIODestination::createWithURL(destinationURL, uti, &reason);
-        if (destination) {
+    if ((!sourceFormat || sourceFormat->uti() != FileFormat::PDFType) &&
+        ImageIODestination::canStreamFromPNG(uti) &&
+        ImageIOSource::kindOfFile(sourcePath) == ImageIOSource::Kind::PNG) {
+        // A PNG is decoded row by row into the new file: the whole image is never held. Its header is read
+        // first, so a file that cannot be read or is too large is refused before anything is created.
+        QSize pixels;
+        if (!ImageIOSource::readProperties(sourcePath, &pixels, nullptr, &reason)) {
+            sourceFailed();
+        } else if (qint64(pixels.width()) * pixels.height() * 4 > ImageIOSource::MaximumImageBytes) {
+            reason = QStringLiteral("the image is too large (%1 by %2 pixels)")
+                         .arg(pixels.width())
+                         .arg(pixels.height());
+            sourceFailed();
+        } else if (auto destination = ImageIODestination::createWithURL(destinationURL, uti, &reason)) {
+            bool unreadable = false;
+            result = destination->finalizeFromPNG(sourcePath, ImageIOSource::MaximumImageBytes, &unreadable,
+                                                  &reason);
+            if (!result && unreadable)
+                sourceFailed();
+            else if (!result)
+                finalizeFailed();
+        } else {
+            creationFailed();
+        }
+    } else {
+        std::unique_ptr<ImageIOSource> source;
+        if (sourceFormat && sourceFormat->uti() == FileFormat::PDFType)
+            source = pdfImageSource(sourcePath);
+        else
+            source = ImageIOSource::createWithURL(sourceURL, &reason);
+        if (!source) {
+            sourceFailed();
+        } else if (auto destination = ImageIODestination::createWithURL(destinationURL, uti, &reason)) {
             destination->addImageFromSource(*source);
             source.reset(); // the destination holds the pixels now
             result = destination->finalize(&reason);
-            if (!result) {
-                DDLogWarn(QStringLiteral("Writing %1 failed: %2").arg(destinationPath, reason));
-                DDLogError(QStringLiteral("CGImageDestinationFinalize failed for %1").arg(destinationPath));
-                if (error)
-                    *error = corvexErrorCGImageDestinationFinalizeWithURL(destinationURL, destinationFormat);
-            }
+            if (!result)
+                finalizeFailed();
         } else {
-            DDLogWarn(QStringLiteral("Creating %1 failed: %2").arg(destinationPath, reason));
-            DDLogError(
-                QStringLiteral("Could create image destination at %1 with UTI %2").arg(destinationPath, uti));
-            if (error)
-                *error = corvexErrorCGImageDestinationCreateWithURL(destinationURL, destinationFormat);
+            creationFailed();
         }
-    } else if (QFileInfo::exists(sourcePath) || QFileInfo(sourcePath).isSymLink()) {
-        if (!reason.isEmpty())
-            DDLogWarn(QStringLiteral("Reading %1 failed: %2").arg(sourcePath, reason));
-        DDLogError(QStringLiteral("Could not create image source for %1").arg(sourcePath));
-        if (error)
-            *error = corvexErrorCGImageSourceCreateWithURL(sourceURL);
-    } else {
-        DDLogError(QStringLiteral("Could not create image source for %1 because file does not exist")
-                       .arg(sourcePath));
-        if (error)
-            *error = decoratedForDropbox(corvexErrorNoSuchFile(sourceURL));
     }
 
     // Converted or not, the source leaves its place for the Trash, from where it can be taken back.
