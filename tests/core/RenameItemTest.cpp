@@ -277,26 +277,79 @@ TEST_F(RenameItemTest, UnreadableSourcesGiveTheLoadError)
     QFile good(writeImage(QStringLiteral("good.png")));
     ASSERT_TRUE(good.open(QIODevice::ReadOnly));
     const QByteArray bytes = good.readAll();
-    const QStringList sources{
-        corvex::test::writeFile(path(QStringLiteral("zero.png")), QByteArray()),
-        corvex::test::writeFile(path(QStringLiteral("cut.png")), bytes.left(bytes.size() - 30)),
-        corvex::test::writeFile(path(QStringLiteral("notes.png")), "just some text\n")};
-    for (const QString &source : sources) {
-        SCOPED_TRACE(source.toStdString());
-        LogCapture log;
-        CorvexError error;
-        const QString destination = source.chopped(3) + QStringLiteral("gif");
-        EXPECT_FALSE(rename(source, destination, &error));
-        EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
-        EXPECT_EQ(error.code(), 1);
-        EXPECT_EQ(error.localizedFailureReason(),
-                  QStringLiteral("The file \u201c%1\u201d couldn\u2019t be loaded as an image.")
-                      .arg(QFileInfo(source).fileName()));
-        EXPECT_EQ(log.messages(DDLogFlagError),
-                  QStringList{QStringLiteral("Could not create image source for %1").arg(source)});
-        EXPECT_FALSE(QFileInfo::exists(destination));
-        EXPECT_FALSE(QFileInfo::exists(source));
+    // GIF takes a whole decoded image; JPEG and TIFF take a PNG's rows while they are decoded, so a cut PNG
+    // fails after its destination was made: that partial file goes again.
+    for (const QString &extension : {QStringLiteral("gif"), QStringLiteral("jpg"), QStringLiteral("tiff")}) {
+        const QStringList sources{
+            corvex::test::writeFile(path(extension + QStringLiteral("-zero.png")), QByteArray()),
+            corvex::test::writeFile(path(extension + QStringLiteral("-cut.png")),
+                                    bytes.left(bytes.size() - 30)),
+            corvex::test::writeFile(path(extension + QStringLiteral("-notes.png")), "just some text\n")};
+        for (const QString &source : sources) {
+            SCOPED_TRACE(source.toStdString());
+            LogCapture log;
+            CorvexError error;
+            const QString destination = source.chopped(3) + extension;
+            EXPECT_FALSE(rename(source, destination, &error));
+            EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
+            EXPECT_EQ(error.code(), 1);
+            EXPECT_EQ(error.localizedFailureReason(),
+                      QStringLiteral("The file \u201c%1\u201d couldn\u2019t be loaded as an image.")
+                          .arg(QFileInfo(source).fileName()));
+            EXPECT_EQ(log.messages(DDLogFlagError),
+                      QStringList{QStringLiteral("Could not create image source for %1").arg(source)});
+            EXPECT_FALSE(QFileInfo::exists(destination));
+            EXPECT_FALSE(QFileInfo::exists(source));
+        }
     }
+}
+
+TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
+{
+    QImage image(64, 48, QImage::Format_RGBA8888);
+    image.fill(qRgba(0, 0, 0, 0));
+    for (int y = 0; y < 48; ++y)
+        for (int x = 32; x < 64; ++x)
+            image.setPixel(x, y, qRgba(20, 90, 200, 255));
+    image.setDotsPerMeterX(5669); // 144 dpi: 32 by 24 points
+    image.setDotsPerMeterY(5669);
+    for (const QString &extension : {QStringLiteral("jpg"), QStringLiteral("tiff")}) {
+        SCOPED_TRACE(extension.toStdString());
+        const QString source = writeImage(QStringLiteral("alpha-%1.png").arg(extension), image);
+        const QString destination = path(QStringLiteral("alpha.") + extension);
+        ASSERT_TRUE(rename(source, destination));
+        const QSizeF points = Processor::sharedProcessor().imageDimensionsOfURL(url(destination), false);
+        EXPECT_NEAR(points.width(), 32, 0.1);
+        EXPECT_NEAR(points.height(), 24, 0.1);
+        auto written = ImageIOSource::createWithURL(url(destination));
+        ASSERT_NE(written, nullptr);
+        const QRgb clear = written->image().pixel(5, 5), blue = written->image().pixel(50, 20);
+        EXPECT_LT(qAbs(qBlue(blue) - 200), 8);
+        if (extension == QStringLiteral("jpg"))
+            EXPECT_GT(qGray(clear), 250) << "transparency is laid over white";
+        else
+            EXPECT_EQ(qAlpha(clear), 0);
+    }
+
+    // A header claiming 30000 by 30000 pixels is refused before any file is made.
+    const QByteArray header = QByteArray("IHDR\0\0\x75\x30\0\0\x75\x30\x08\x02\0\0\0", 17);
+    quint32 crc = 0xffffffffu;
+    for (const char c : header) {
+        crc ^= quint8(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    crc = ~crc;
+    const char crcBytes[] = {char(crc >> 24), char(crc >> 16), char(crc >> 8), char(crc)};
+    const QString source = corvex::test::writeFile(path(QStringLiteral("huge.png")),
+                                                   QByteArray("\x89PNG\r\n\x1a\n\0\0\0\x0d", 12) + header +
+                                                       QByteArray(crcBytes, 4));
+    LogCapture log;
+    CorvexError error;
+    EXPECT_FALSE(rename(source, path(QStringLiteral("huge.jpg")), &error));
+    EXPECT_EQ(error.code(), 1);
+    EXPECT_TRUE(log.messages(DDLogFlagWarning).join(QLatin1Char(' ')).contains(QStringLiteral("too large")));
+    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("huge.jpg"))));
 }
 
 TEST_F(RenameItemTest, DestinationThatCannotBeCreatedGivesTheWriteError)

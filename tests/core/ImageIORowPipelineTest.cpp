@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ImageIORowPipeline.h"
+#include "ImageIOPNG.h"
+#include "ImageRowWriter.h"
+#include "TestSupport.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace {
+
+using Failure = ImageIORowPipeline::Failure;
+
+// Collects what it is given into an image; can fail at begin, at a row or at finish.
+class CollectingWriter final : public ImageRowWriter
+{
+public:
+    bool begin(const QSize &size, QImage::Format format, const QSizeF &dotsPerInch, QString *reason) override
+    {
+        ++mBegins;
+        mDotsPerInch = dotsPerInch;
+        mImage = QImage(size, format);
+        mRowBytes = size_t(size.width()) * (format == QImage::Format_RGB888 ? 3 : 4);
+        return mFailAtRow != -1 || fail(reason);
+    }
+    bool writeRows(const uchar *pixels, int count, QString *reason) override
+    {
+        for (int row = 0; row < count; ++row, ++mRows) {
+            if (mRows == mFailAtRow)
+                return fail(reason);
+            std::memcpy(mImage.scanLine(mRows), pixels + size_t(row) * mRowBytes, mRowBytes);
+        }
+        return true;
+    }
+    bool finish(QString *reason) override
+    {
+        ++mFinishes;
+        return !mFailAtFinish || fail(reason);
+    }
+
+    int mFailAtRow = -2; // -1: at begin
+    bool mFailAtFinish = false;
+    int mBegins = 0;
+    int mFinishes = 0;
+    int mRows = 0;
+    QSizeF mDotsPerInch;
+    QImage mImage;
+
+private:
+    static bool fail(QString *reason)
+    {
+        if (reason)
+            *reason = QStringLiteral("the disk is full");
+        return false;
+    }
+    size_t mRowBytes = 0;
+};
+
+QImage noisy(int width, int height, QImage::Format format)
+{
+    QImage image(width, height, format);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, qRgba((x * 7 + y) % 256, (y * 13) % 256, (x * y) % 256, (x + y) % 256));
+    image.setDotsPerMeterX(5669);
+    image.setDotsPerMeterY(5669);
+    return image;
+}
+
+class ImageIORowPipelineTest : public ::testing::Test
+{
+protected:
+    QString save(const QString &name, const QImage &image)
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        EXPECT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
+        return corvex::test::writeFile(mDir.filePath(name), buffer.data());
+    }
+
+    QTemporaryDir mDir;
+};
+
+TEST_F(ImageIORowPipelineTest, EveryRowArrivesInOrder)
+{
+    // Rows of 2 KB: the image passes in many bands, more than are ever in flight.
+    for (const QImage::Format format : {QImage::Format_RGB888, QImage::Format_RGBA8888}) {
+        const QImage image = noisy(517, 901, format);
+        const QString file = save(QStringLiteral("rows.png"), image);
+        CollectingWriter writer;
+        Failure failure = Failure::Source;
+        QString reason;
+        ASSERT_TRUE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason))
+            << reason.toStdString();
+        EXPECT_EQ(failure, Failure::None);
+        EXPECT_EQ(writer.mBegins, 1);
+        EXPECT_EQ(writer.mFinishes, 1);
+        EXPECT_EQ(writer.mRows, image.height());
+        EXPECT_NEAR(writer.mDotsPerInch.width(), 144, 0.05);
+        EXPECT_EQ(writer.mImage, image);
+        QFile::remove(file);
+    }
+}
+
+TEST_F(ImageIORowPipelineTest, UnreadableSourcesAreTheSourcesFailure)
+{
+    const QString good = save(QStringLiteral("good.png"), noisy(300, 400, QImage::Format_RGB888));
+    QFile file(good);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    const QString cut =
+        corvex::test::writeFile(mDir.filePath(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2));
+    for (const QString &path : {mDir.filePath(QStringLiteral("missing.png")), cut}) {
+        SCOPED_TRACE(path.toStdString());
+        CollectingWriter writer;
+        Failure failure = Failure::None;
+        QString reason;
+        EXPECT_FALSE(ImageIORowPipeline::convertPNG(path, 1 << 30, writer, &failure, &reason));
+        EXPECT_EQ(failure, Failure::Source);
+        EXPECT_FALSE(reason.isEmpty());
+        EXPECT_EQ(writer.mFinishes, 0);
+    }
+    // Too large: refused before the writer hears of it.
+    CollectingWriter writer;
+    Failure failure = Failure::None;
+    QString reason;
+    EXPECT_FALSE(ImageIORowPipeline::convertPNG(good, 300 * 400 * 4 - 1, writer, &failure, &reason));
+    EXPECT_EQ(failure, Failure::Source);
+    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    EXPECT_EQ(writer.mBegins, 0);
+}
+
+TEST_F(ImageIORowPipelineTest, AFailingWriterStopsTheDecoder)
+{
+    const QString file = save(QStringLiteral("big.png"), noisy(640, 2000, QImage::Format_RGB888));
+    for (const int failAt : {-1, 0, 1000, 1999}) {
+        SCOPED_TRACE(failAt);
+        CollectingWriter writer;
+        writer.mFailAtRow = failAt;
+        Failure failure = Failure::None;
+        QString reason;
+        EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
+        EXPECT_EQ(failure, Failure::Destination);
+        EXPECT_EQ(reason, QStringLiteral("the disk is full"));
+        EXPECT_EQ(writer.mFinishes, 0);
+    }
+    CollectingWriter writer;
+    writer.mFailAtFinish = true;
+    Failure failure = Failure::None;
+    QString reason;
+    EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
+    EXPECT_EQ(failure, Failure::Destination);
+    EXPECT_EQ(reason, QStringLiteral("the disk is full"));
+}
+
+} // namespace
