@@ -155,11 +155,12 @@ void CorvexAgent::terminate()
     if (mTerminating)
         return;
     mTerminating = true;
-    DDLogInfo(QStringLiteral("CorvexAgent is quitting"));
     if (mWatcher)
         mWatcher->stop();
     if (mQueue)
         mQueue->finish();
+    // Last, so that the screenshot in hand when the end came is logged before it.
+    DDLogInfo(QStringLiteral("CorvexAgent is quitting"));
     DDLog::flushLog();
     QCoreApplication::quit();
 }

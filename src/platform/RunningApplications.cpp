@@ -4,12 +4,30 @@
 
 #include "Bundle.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QHash>
 #include <algorithm>
 #include <csignal>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
+
+namespace {
+
+// The session bus address a process was started with; empty when it has none.
+QByteArray sessionBusAddressOfEnvironment(const QByteArray &environment)
+{
+    static const QByteArray key("DBUS_SESSION_BUS_ADDRESS=");
+    for (const QByteArray &entry : environment.split('\0')) {
+        if (entry.startsWith(key))
+            return entry.mid(key.size());
+    }
+    return QByteArray();
+}
+
+} // namespace
 
 QList<qint64> RunningApplications::processIds()
 {
@@ -58,7 +76,7 @@ QList<RunningApplication> RunningApplications::runningApplications()
         auto identifier = identifierOfBundle.constFind(bundlePath);
         if (identifier == identifierOfBundle.constEnd())
             identifier = identifierOfBundle.insert(bundlePath, Bundle(bundlePath).bundleIdentifier());
-        if (identifier.value().isEmpty())
+        if (identifier.value().isEmpty() || !isInThisSession(pid))
             continue;
         applications.append(RunningApplication{pid, bundlePath, executable, identifier.value()});
     }
@@ -76,6 +94,20 @@ RunningApplications::runningApplicationsWithBundleIdentifier(const QString &bund
             matching.append(application);
     }
     return matching;
+}
+
+bool RunningApplications::isInThisSession(qint64 pid)
+{
+    if (pid == QCoreApplication::applicationPid())
+        return true; // its environment file shows how it started, not what it may have set since
+    const QByteArray folder = QStringLiteral("/proc/%1").arg(pid).toLocal8Bit();
+    struct stat info = {};
+    if (::stat(folder.constData(), &info) != 0 || info.st_uid != ::getuid())
+        return false;
+    QFile environment(QString::fromLocal8Bit(folder) + QStringLiteral("/environ"));
+    if (!environment.open(QIODevice::ReadOnly))
+        return false;
+    return sessionBusAddressOfEnvironment(environment.readAll()) == qgetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 bool RunningApplications::terminate(qint64 pid)

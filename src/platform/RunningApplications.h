@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-// One running process of this user whose executable lies in an application bundle.
+// One running process of this user's login session whose executable lies in an application bundle.
 struct RunningApplication
 {
     qint64 pid = 0;
@@ -15,7 +15,8 @@ struct RunningApplication
 };
 
 // The running applications: a process is "running application X" when its executable lies in a bundle whose
-// Info.plist says X. Found through /proc/<pid>/exe, so only processes this user may inspect are seen.
+// Info.plist says X. Found through /proc/<pid>/exe. Only processes of this login session count: the same
+// user, on the same D-Bus session bus (so another session of the same user, say over ssh, keeps its copies).
 class RunningApplications
 {
 public:
@@ -31,6 +32,9 @@ public:
     // The executable of a process (a replaced executable's former path); a null string when it cannot be
     // read.
     static QString executablePathOfProcess(qint64 pid);
+
+    // True when the process belongs to this user's login session (same user, same session bus address).
+    static bool isInThisSession(qint64 pid);
 
     // The process ids of this machine, ascending.
     static QList<qint64> processIds();

@@ -69,6 +69,35 @@ TEST(RunningApplicationsTest, FindsProcessesByTheirBundleIdentifier)
         EXPECT_NE(application.pid, QCoreApplication::applicationPid());
 }
 
+TEST(RunningApplicationsTest, OnlyCopiesOfThisSessionCount)
+{
+    const QString bundle = makeSleeperBundle("Sessions", "org.example.sessions");
+    auto here = start(bundle + "/Contents/MacOS/sleeper");
+    QProcess elsewhere;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/tmp/another-session-bus");
+    elsewhere.setProcessEnvironment(environment);
+    elsewhere.start(bundle + "/Contents/MacOS/sleeper", {"60"});
+    ASSERT_TRUE(elsewhere.waitForStarted());
+    QProcess busless;
+    environment.remove("DBUS_SESSION_BUS_ADDRESS");
+    busless.setProcessEnvironment(environment);
+    busless.start(bundle + "/Contents/MacOS/sleeper", {"60"});
+    ASSERT_TRUE(busless.waitForStarted());
+
+    const QList<RunningApplication> found =
+        RunningApplications::runningApplicationsWithBundleIdentifier("org.example.sessions");
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.first().pid, here->processId());
+    EXPECT_TRUE(RunningApplications::isInThisSession(QCoreApplication::applicationPid()));
+    EXPECT_FALSE(RunningApplications::isInThisSession(elsewhere.processId()));
+    EXPECT_FALSE(RunningApplications::isInThisSession(-1));
+    elsewhere.kill();
+    busless.kill();
+    elsewhere.waitForFinished();
+    busless.waitForFinished();
+}
+
 TEST(RunningApplicationsTest, ExecutableOfAProcess)
 {
     EXPECT_EQ(RunningApplications::executablePathOfProcess(QCoreApplication::applicationPid()),
