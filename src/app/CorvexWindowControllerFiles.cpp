@@ -6,6 +6,7 @@
 
 #include "CorvexWindowController.h"
 #include "CorvexWindowController_p.h"
+#include "ImageIOSource.h"
 #include "ImageLoader.h"
 #include "ImageView.h"
 #include "Log.h"
@@ -110,8 +111,10 @@ void CorvexWindowController::imageDidLoad(int status, const QImage &image, const
 {
     const QString path = _screenshotInfo.filePath();
     if (ImageLoader::Status(status) == ImageLoader::Status::Loaded) {
-        mImage = image;
-        mImageView->setImage(image, display);
+        // The display copy is what the window shows; the full picture is kept only when it is that same copy
+        // (printing decodes it again otherwise).
+        mImage = image.isNull() ? display : image;
+        mImageView->setImage(display, display);
     } else {
         if (ImageLoader::Status(status) == ImageLoader::Status::ReadFailed)
             DDLogError(QStringLiteral("Could not load image data from %1").arg(path));
@@ -141,15 +144,41 @@ void CorvexWindowController::setPrintRunner(PrintRunner runner)
 
 void CorvexWindowController::printDocument()
 {
-    if (!mWindow)
+    if (!mWindow || mImage.isNull())
         return;
-    const QImage image = mImageView->image();
-    if (image.isNull())
+    const auto print = [this](const QImage &image) {
+        if (printRunner())
+            printRunner()(mWindow, image, mPrintInfo);
+        else
+            runPrintDialog(mWindow, image, mPrintInfo);
+    };
+    // The window holds the full picture when it shows it unscaled, and the substitute for a file that cannot
+    // be read; a larger picture is decoded in full now, away from the main thread, and printed when ready.
+    const QString path = _screenshotInfo.filePath();
+    QSize pixels;
+    if (!ImageIOSource::readProperties(path, &pixels, nullptr) || pixels == mImage.size()) {
+        print(mImage);
         return;
-    if (printRunner())
-        printRunner()(mWindow, image, mPrintInfo);
-    else
-        runPrintDialog(mWindow, image, mPrintInfo);
+    }
+    const QString loaderName = QStringLiteral("printImageLoader");
+    if (findChild<QObject *>(loaderName, Qt::FindDirectChildrenOnly))
+        return; // already on its way
+    auto *watcher = new QFutureWatcher<ImageLoader::Result>(this);
+    watcher->setObjectName(loaderName);
+    connect(watcher, &QFutureWatcher<ImageLoader::Result>::finished, this, [this, watcher, path, print] {
+        const ImageLoader::Result result = watcher->result();
+        delete watcher;
+        if (!mWindow || !mWindow->isVisible())
+            return;
+        if (result.status == ImageLoader::Status::Loaded) {
+            print(result.image);
+        } else {
+            DDLogWarn(
+                QStringLiteral("Could not read %1 again for printing; printing the picture shown").arg(path));
+            print(mImage);
+        }
+    });
+    watcher->setFuture(QtConcurrent::run([path] { return ImageLoader::loadFullImage(path); }));
 }
 
 void CorvexWindowController::runPrintDialog(QWidget *window, const QImage &image, const QPageLayout &layout)

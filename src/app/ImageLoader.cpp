@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ImageLoader.h"
 
+#include "AreaScaler.h"
+#include "ImageIOPNG.h"
+#include "ImageIOResolution.h"
 #include "ImageIOSource.h"
+#include "PNGRowReader.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QFile>
 #include <QIcon>
 #include <QImageReader>
@@ -13,6 +16,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QUrl>
+#include <optional>
 
 namespace {
 
@@ -26,6 +30,87 @@ QIcon iconForFileType(const QString &fileExtension)
     if (icon.isNull())
         icon = QApplication::style()->standardIcon(QStyle::SP_FileIcon);
     return icon;
+}
+
+// The size a picture is shown at: its size in points when it is stored at more than 72 dpi (a screenshot of a
+// high-density screen), otherwise its pixel size.
+QSizeF logicalSize(const QSize &pixels, const QSizeF &dotsPerInch)
+{
+    if (dotsPerInch.width() <= 0 || dotsPerInch.height() <= 0)
+        return QSizeF(pixels);
+    const QSizeF points(pixels.width() * 72.0 / dotsPerInch.width(),
+                        pixels.height() * 72.0 / dotsPerInch.height());
+    if (points.width() > 0 && pixels.width() / points.width() > 1.01)
+        return points;
+    return QSizeF(pixels);
+}
+
+// Gives an image of the picture the device pixel ratio that makes its logical size the picture's.
+void setLogicalWidth(QImage *image, qreal logicalWidth)
+{
+    if (image->isNull() || logicalWidth <= 0)
+        return;
+    const qreal ratio = image->width() / logicalWidth;
+    image->setDevicePixelRatio(qAbs(ratio - 1.0) < 1e-9 ? 1.0 : ratio);
+}
+
+// Takes a PNG's rows as they are decoded and averages them straight down to the display size.
+class DisplayRowReader final : public PNGRowReader
+{
+public:
+    explicit DisplayRowReader(const QSize &bound) : mBound(bound) {}
+
+    bool begin(const QSize &size, QImage::Format format, const QSizeF &dotsPerInch) override
+    {
+        mSize = size;
+        mDotsPerInch = dotsPerInch;
+        mScaler.emplace(size, format, AreaScaler::fittingSize(size, mBound));
+        return mScaler->isValid();
+    }
+    bool row(int, const uchar *pixels) override { return mScaler->addRow(pixels); }
+
+    QSize size() const { return mSize; }
+    QSizeF dotsPerInch() const { return mDotsPerInch; }
+    QImage result() const { return mScaler ? mScaler->result() : QImage(); }
+
+private:
+    QSize mBound;
+    QSize mSize;
+    QSizeF mDotsPerInch;
+    std::optional<AreaScaler> mScaler;
+};
+
+// A JPEG decoded at a reduced scale, turned upright as its orientation says; pixelSize and dotsPerInch get
+// the upright full picture's.
+QImage readScaledJPEG(const QString &path, const QSize &bound, QSize *pixelSize, QSizeF *dotsPerInch)
+{
+    QImageReader reader(path, QByteArrayLiteral("jpeg"));
+    reader.setAutoTransform(true);
+    reader.setAllocationLimit(int(ImageIOSource::MaximumImageBytes >> 20));
+    const QSize stored = reader.size();
+    if (!stored.isValid() || qint64(stored.width()) * stored.height() * 4 > ImageIOSource::MaximumImageBytes)
+        return {};
+    // The scaled size applies before the picture is turned upright.
+    const bool turned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    const QSize upright = turned ? stored.transposed() : stored;
+    const QSize target = AreaScaler::fittingSize(upright, bound);
+    if (target != upright) {
+        reader.setScaledSize(turned ? target.transposed() : target);
+        reader.setQuality(100); // smooth scaling after the reduced decode
+    }
+    QImage image;
+    if (!reader.read(&image))
+        return {};
+    const QSizeF stored72 = ImageIOResolution::storedDotsPerInch(path, ImageIOResolution::Container::JPEG);
+    *pixelSize = upright;
+    *dotsPerInch = turned ? stored72.transposed() : stored72;
+    return image;
+}
+
+QImage displayFormat(QImage image)
+{
+    image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    return image;
 }
 
 } // namespace
@@ -51,6 +136,52 @@ ImageLoader::Result ImageLoader::load(const QString &path, const QSize &displayB
         return result;
     }
     file.close();
+    result.status = Status::DecodeFailed;
+    QSizeF dotsPerInch;
+    switch (ImageIOSource::kindOfFile(path)) {
+    case ImageIOSource::Kind::PNG: {
+        DisplayRowReader reader(displayBound);
+        if (!ImageIOPNG::readRows(path, ImageIOSource::MaximumImageBytes, reader, nullptr))
+            return result;
+        result.display = reader.result();
+        result.pixelSize = reader.size();
+        dotsPerInch = reader.dotsPerInch();
+        break;
+    }
+    case ImageIOSource::Kind::JPEG:
+        result.display = displayFormat(readScaledJPEG(path, displayBound, &result.pixelSize, &dotsPerInch));
+        break;
+    default: {
+        // The other formats are decoded whole, then reduced.
+        std::unique_ptr<ImageIOSource> source = ImageIOSource::createWithURL(QUrl::fromLocalFile(path));
+        if (!source || source->image().isNull())
+            return result;
+        const QImage &image = source->image();
+        result.pixelSize = image.size();
+        const QSizeF points = source->pointSize();
+        dotsPerInch = QSizeF(image.width() * 72.0 / points.width(), image.height() * 72.0 / points.height());
+        result.display = displayFormat(scaledToFit(image, displayBound));
+        break;
+    }
+    }
+    if (result.display.isNull())
+        return result;
+    result.status = Status::Loaded;
+    setLogicalWidth(&result.display, logicalSize(result.pixelSize, dotsPerInch).width());
+    if (result.display.size() == result.pixelSize)
+        result.image = result.display;
+    return result;
+}
+
+ImageLoader::Result ImageLoader::loadFullImage(const QString &path)
+{
+    Result result;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        result.status = Status::ReadFailed;
+        return result;
+    }
+    file.close();
     std::unique_ptr<ImageIOSource> source = ImageIOSource::createWithURL(QUrl::fromLocalFile(path));
     if (!source || source->image().isNull()) {
         result.status = Status::DecodeFailed;
@@ -60,17 +191,10 @@ ImageLoader::Result ImageLoader::load(const QString &path, const QSize &displayB
     result.image = source->image();
     const QSizeF points = source->pointSize();
     source.reset(); // the picture is no longer shared: what follows changes it without a copy
-    // A picture stored at more than 72 dpi (a screenshot of a high-density screen) is shown at its size in
-    // points.
-    if (points.width() > 0 && result.image.width() / points.width() > 1.01)
-        result.image.setDevicePixelRatio(result.image.width() / points.width());
-    if (!displayBound.isEmpty()) {
-        result.display = scaledToFit(result.image, displayBound);
-        if (result.display.hasAlphaChannel())
-            result.display.convertTo(QImage::Format_ARGB32_Premultiplied);
-        else
-            result.display.convertTo(QImage::Format_RGB32);
-    }
+    result.pixelSize = result.image.size();
+    const QSizeF dotsPerInch(result.image.width() * 72.0 / points.width(),
+                             result.image.height() * 72.0 / points.height());
+    setLogicalWidth(&result.image, logicalSize(result.pixelSize, dotsPerInch).width());
     return result;
 }
 
@@ -78,20 +202,10 @@ QImage ImageLoader::scaledToFit(const QImage &image, const QSize &bound)
 {
     if (image.isNull() || bound.isEmpty())
         return image;
-    const QSize target = image.size().scaled(bound, Qt::KeepAspectRatio).boundedTo(image.size());
+    const QSize target = AreaScaler::fittingSize(image.size(), bound);
     if (target == image.size())
         return image;
-    QImage source = image;
-    source.setDevicePixelRatio(1);
-    // A large reduction first drops whole pixels down to twice the target, which the smooth pass then
-    // averages: the same look at a fraction of the time.
-    if (source.width() > target.width() * 4 && source.height() > target.height() * 4) {
-        source = source.scaled(target * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-        // The smooth pass is fastest on 32-bit pixels; converting the reduced copy costs little.
-        source.convertTo(source.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
-                                                  : QImage::Format_RGB32);
-    }
-    return source.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return AreaScaler::scaled(image, target);
 }
 
 QImage ImageLoader::fileNotFoundImageForFileType(const QString &fileExtension)
