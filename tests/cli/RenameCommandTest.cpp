@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TestSupport.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
@@ -38,6 +39,36 @@ TEST(RenameCommand, ConvertsAndReportsFailures)
 
     result = runCli({QStringLiteral("rename"), destination});
     EXPECT_NE(result.exitCode, 0);
+}
+
+TEST(RenameCommand, ConvertsThroughEveryKindOfStep)
+{
+    // Bitmaps are converted without a GUI application, PDF pages with one; a PDF under a bitmap's name is
+    // still rendered as a PDF.
+    QTemporaryDir dir;
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(qRgb(10, 200, 30));
+    ASSERT_TRUE(image.save(dir.filePath(QStringLiteral("a.png"))));
+    const QStringList chain{QStringLiteral("a.png"), QStringLiteral("b.gif"),  QStringLiteral("c.jpg"),
+                            QStringLiteral("d.bmp"), QStringLiteral("e.tiff"), QStringLiteral("f.pdf"),
+                            QStringLiteral("g.png"), QStringLiteral("h.pdf")};
+    for (qsizetype i = 1; i < chain.size(); ++i) {
+        SCOPED_TRACE(chain.at(i).toStdString());
+        const QString from = dir.filePath(chain.at(i - 1)), to = dir.filePath(chain.at(i));
+        const auto result = runCli({QStringLiteral("rename"), from, to});
+        ASSERT_EQ(result.exitCode, 0) << result.err.constData();
+        EXPECT_FALSE(QFileInfo::exists(from));
+        if (!to.endsWith(QLatin1String(".pdf"))) {
+            const QImage written(to);
+            ASSERT_EQ(written.size(), QSize(30, 20));
+            EXPECT_NEAR(qGreen(written.pixel(15, 10)), 200, 8);
+        }
+    }
+    const QString disguised = dir.filePath(QStringLiteral("h.png"));
+    ASSERT_TRUE(QFile::rename(dir.filePath(QStringLiteral("h.pdf")), disguised));
+    const auto result = runCli({QStringLiteral("rename"), disguised, dir.filePath(QStringLiteral("i.jpg"))});
+    ASSERT_EQ(result.exitCode, 0) << result.err.constData();
+    EXPECT_EQ(QImage(dir.filePath(QStringLiteral("i.jpg"))).size(), QSize(30, 20));
 }
 
 } // namespace
