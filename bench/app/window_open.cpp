@@ -4,7 +4,8 @@
 // How long a renaming window takes from the screenshot notification to being on screen with its picture:
 // a screenshot-like PNG is written (5120 x 2880 by default), "CorvexScreenshotMatched" is posted on the
 // session bus, and the observer opens the window as the application does. Prints the median, the 90th
-// percentile and the worst of the runs, plus the time the main thread was busy for the longest stretch.
+// percentile and the worst of the runs, plus the time the main thread was busy for the longest stretch and
+// the process's peak resident memory. For reference, the same file is then loaded with a plain QImage.
 //
 //   bench_app_window_open [RUNS] [WIDTH HEIGHT]     (needs a session bus and a display, or
 //   QT_QPA_PLATFORM=offscreen)
@@ -17,6 +18,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
@@ -58,6 +60,26 @@ double percentile(std::vector<double> values, double fraction)
     return values.at(index);
 }
 
+// A "VmHWM" (peak) or "VmRSS" (now) line of /proc/self/status, in megabytes.
+double residentMegabytes(const char *key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith(key))
+            return line.mid(int(qstrlen(key)) + 1).trimmed().split(' ').value(0).toDouble() / 1024.0;
+    return 0;
+}
+
+// Starts measuring the peak resident memory afresh (the picture written beforehand does not count).
+void resetPeakResident()
+{
+    QFile clear(QStringLiteral("/proc/self/clear_refs"));
+    if (clear.open(QIODevice::WriteOnly))
+        clear.write("5");
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -83,6 +105,7 @@ int main(int argc, char *argv[])
     std::unique_ptr<CorvexWindowController> controller;
     QElapsedTimer clock;
     std::vector<double> shown, pictured, longestStall;
+    QSize shownSize, viewSize;
     qint64 lastTick = 0;
     double stall = 0;
     // A timer that fires as often as it can measures how long the main thread was kept from its events.
@@ -104,9 +127,13 @@ int main(int argc, char *argv[])
                            QObject::connect(controller.get(), &CorvexWindowController::imageLoaded, [&] {
                                controller->imageView()->repaint();
                                pictured.push_back(double(clock.nsecsElapsed()) / 1e6);
+                               shownSize = controller->image().size();
+                               viewSize = controller->imageView()->size();
                            });
                        });
 
+    resetPeakResident();
+    const double residentBefore = residentMegabytes("VmRSS:");
     for (int run = 0; run < runs; ++run) {
         stall = 0;
         lastTick = 0;
@@ -132,5 +159,23 @@ int main(int argc, char *argv[])
                 percentile(pictured, 0.5), percentile(pictured, 0.9), percentile(pictured, 1.0));
     std::printf("longest main-thread stall: median %7.1f ms   max %7.1f ms\n", percentile(longestStall, 0.5),
                 percentile(longestStall, 1.0));
+    std::printf("picture shown: %dx%d pixels in a %dx%d view\n", shownSize.width(), shownSize.height(),
+                viewSize.width(), viewSize.height());
+    std::printf("resident memory: %.0f MB before the windows, peak %.0f MB while they opened\n",
+                residentBefore, residentMegabytes("VmHWM:"));
+
+    // The reference: the file decoded whole by Qt's own reader, nothing else.
+    std::vector<double> plain;
+    for (int run = 0; run < runs; ++run) {
+        clock.start();
+        const QImage image(path);
+        plain.push_back(double(clock.nsecsElapsed()) / 1e6);
+        if (image.isNull()) {
+            std::fprintf(stderr, "Qt could not read %s\n", qPrintable(path));
+            return 1;
+        }
+    }
+    std::printf("plain QImage load:      median %7.1f ms   p90 %7.1f ms   max %7.1f ms\n",
+                percentile(plain, 0.5), percentile(plain, 0.9), percentile(plain, 1.0));
     return 0;
 }

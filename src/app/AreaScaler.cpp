@@ -195,18 +195,18 @@ bool AreaScaler::addRow(const uchar *pixels)
     if (!isValid() || mSourceRow >= mSourceHeight)
         return false;
     const RowShare &share = mRows[size_t(mSourceRow)];
-    while (share.target > mCurrentRow) {
+    const uchar *bytes = premultiplied(pixels);
+    addWeighted(mCurrent.data(), bytes, mCurrent.size(), share.weight);
+    if (share.overflow)
+        addWeighted(mNext.data(), bytes, mNext.size(), share.overflow);
+    // A target row is finished as soon as its last source row is in.
+    ++mSourceRow;
+    if (mSourceRow == mSourceHeight || mRows[size_t(mSourceRow)].target > mCurrentRow) {
         finishRow(mCurrentRow, mCurrent);
         std::swap(mCurrent, mNext);
         std::fill(mNext.begin(), mNext.end(), 0);
         ++mCurrentRow;
     }
-    const uchar *bytes = premultiplied(pixels);
-    addWeighted(mCurrent.data(), bytes, mCurrent.size(), share.weight);
-    if (share.overflow)
-        addWeighted(mNext.data(), bytes, mNext.size(), share.overflow);
-    if (++mSourceRow == mSourceHeight)
-        finishRow(mCurrentRow, mCurrent);
     return true;
 }
 

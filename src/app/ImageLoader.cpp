@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QUrl>
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -38,8 +39,11 @@ QSizeF logicalSize(const QSize &pixels, const QSizeF &dotsPerInch)
 {
     if (dotsPerInch.width() <= 0 || dotsPerInch.height() <= 0)
         return QSizeF(pixels);
-    const QSizeF points(pixels.width() * 72.0 / dotsPerInch.width(),
-                        pixels.height() * 72.0 / dotsPerInch.height());
+    // Files store dots per metre, a whole number: 144 dpi is stored as 5669 (143.99 dpi). Resolutions are
+    // taken to a tenth of a dot per inch.
+    const QSizeF rounded(std::round(dotsPerInch.width() * 10.0) / 10.0,
+                         std::round(dotsPerInch.height() * 10.0) / 10.0);
+    const QSizeF points(pixels.width() * 72.0 / rounded.width(), pixels.height() * 72.0 / rounded.height());
     if (points.width() > 0 && pixels.width() / points.width() > 1.01)
         return points;
     return QSizeF(pixels);
