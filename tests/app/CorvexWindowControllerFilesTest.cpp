@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ImageView.h"
+#include "WindowTestSupport.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace corvex::test;
+
+// The renaming window's picture: a reduced copy is shown, the full picture is printed.
+class CorvexWindowControllerFilesTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { clearWindowPreferences(); }
+    void TearDown() override
+    {
+        CorvexWindowController::setPrintRunner({});
+        clearWindowPreferences();
+    }
+};
+
+TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInFull)
+{
+    const QString path =
+        writeImage(folder(QStringLiteral("Large")) + QStringLiteral("/Screenshot.png"), QSize(5120, 2880));
+    auto controller = openWindow(path);
+    ASSERT_TRUE(controller->isImageLoaded());
+    const ImageView *view = controller->imageView();
+    const QImage shown = controller->image();
+    EXPECT_LE(shown.width(), view->width() * view->devicePixelRatioF() + 1) << "no larger than the view";
+    EXPECT_NEAR(double(shown.width()) / shown.height(), 5120.0 / 2880.0, 0.01);
+    EXPECT_NEAR(shown.deviceIndependentSize().width(), 5120, 1.0) << "measured as the full picture";
+    // writeImage paints the top-left quarter blue on red.
+    EXPECT_EQ(shown.pixel(shown.width() / 4, shown.height() / 4), QColor(Qt::blue).rgb());
+    EXPECT_EQ(shown.pixel(shown.width() * 3 / 4, shown.height() * 3 / 4), QColor(Qt::red).rgb());
+    const QRect drawn = view->imageRect();
+    EXPECT_NEAR(double(drawn.width()) / drawn.height(), 5120.0 / 2880.0, 0.02);
+
+    int prints = 0;
+    QImage printed;
+    CorvexWindowController::setPrintRunner([&](QWidget *window, const QImage &image, const QPageLayout &) {
+        EXPECT_EQ(window, controller->window());
+        printed = image;
+        ++prints;
+    });
+    controller->printDocument();
+    controller->printDocument(); // a second request while the first is on its way is the same print
+    ASSERT_TRUE(waitUntil([&] { return prints > 0; }));
+    spin(std::chrono::milliseconds(100));
+    EXPECT_EQ(prints, 1);
+    EXPECT_EQ(printed.size(), QSize(5120, 2880)) << "the full picture is printed";
+    EXPECT_EQ(printed.pixel(100, 100), QColor(Qt::blue).rgb());
+    EXPECT_TRUE(QFile::exists(path)) << "printing leaves the file alone";
+}
+
+TEST_F(CorvexWindowControllerFilesTest, APictureGoneBeforePrintingPrintsWhatIsShown)
+{
+    const QString path =
+        writeImage(folder(QStringLiteral("Gone")) + QStringLiteral("/Screenshot.png"), QSize(3000, 2000));
+    auto controller = openWindow(path);
+    const QImage shown = controller->image();
+    ASSERT_FALSE(shown.isNull());
+    // Replaced by a picture of another size: the window's copy no longer matches, the new file is unreadable.
+    ASSERT_TRUE(QFile::remove(path));
+    writeFile(path, QByteArray("\x89PNG\r\n\x1a\n", 8) + QByteArray(100, 'x'));
+    QImage printed;
+    CorvexWindowController::setPrintRunner(
+        [&](QWidget *, const QImage &image, const QPageLayout &) { printed = image; });
+    controller->printDocument();
+    ASSERT_TRUE(waitUntil([&] { return !printed.isNull(); }));
+    EXPECT_EQ(printed.cacheKey(), shown.cacheKey());
+}
+
+TEST_F(CorvexWindowControllerFilesTest, AClosedWindowPrintsNothing)
+{
+    const QString path =
+        writeImage(folder(QStringLiteral("Closed")) + QStringLiteral("/Screenshot.png"), QSize(4000, 3000));
+    auto controller = openWindow(path);
+    bool printed = false;
+    CorvexWindowController::setPrintRunner(
+        [&](QWidget *, const QImage &, const QPageLayout &) { printed = true; });
+    controller->printDocument();
+    controller->cancel();
+    spin(std::chrono::milliseconds(1500));
+    EXPECT_FALSE(printed);
+}
