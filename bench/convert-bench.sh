@@ -4,7 +4,8 @@
 #
 # Times whole-process image conversions by `corvex rename` against ImageMagick's convert and libvips, on
 # screenshot-like PNGs at 2880x1800 and 5120x2880: median wall time of RUNS runs, peak resident memory, output
-# size, and PSNR against the source for lossy outputs. Run bench/install-peers.sh once first.
+# size, and PSNR against the source for lossy outputs. Run bench/install-peers.sh once first. The png-size
+# line gives Corvex's PNG size as a ratio to ImageMagick's for the same pixels.
 #
 #   bench/convert-bench.sh BUILD_DIR [RUNS]
 set -euo pipefail
@@ -80,4 +81,10 @@ for size in 2880x1800 5120x2880; do
     done
     unset result
   done
+  # The PNG encoder against ImageMagick's on the same pixels: Corvex's rendered page, encoded again by convert.
+  ours="$work/out/corvex-$size-pdf-png.png"
+  /usr/bin/convert "$ours" "$work/out/im-$size-reencoded.png"
+  printf '%-10s %-9s %-8s %8s %6.2f %9s %10d %7s\n' "$size" png-size convert - \
+    "$(echo "$(stat -c %s "$ours") / $(stat -c %s "$work/out/im-$size-reencoded.png")" | bc -l)" - \
+    "$(stat -c %s "$work/out/im-$size-reencoded.png")" -
 done
