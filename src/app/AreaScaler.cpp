@@ -21,12 +21,6 @@ quint16 weightOf(qint64 overlap, qint64 whole)
     return quint16((overlap * WholeWeight + whole / 2) / whole);
 }
 
-// A rounded value (0.5 already added) as a byte.
-int clampedByte(float value)
-{
-    return value <= 0.0f ? 0 : value >= 255.0f ? 255 : int(value);
-}
-
 } // namespace
 
 AreaScaler::AreaScaler(const QSize &sourceSize, QImage::Format sourceFormat, const QSize &targetSize)
@@ -179,8 +173,9 @@ template <int Channels> void AreaScaler::finishRowOf(int targetRow, const std::v
             for (int c = 0; c < Channels; ++c)
                 total[c] += inner[c] * WholeWeight + int64_t(last[c]) * span.lastWeight;
         }
-        const double scale = span.scale * rowScale;
-        const auto byte = [&](int c) { return clampedByte(float(double(total[c]) * scale + 0.5)); };
+        // Weighted means of bytes: never below 0, at most 255 and a rounding error.
+        const float scale = float(span.scale * rowScale);
+        const auto byte = [&](int c) { return std::min(int(float(total[c]) * scale + 0.5f), 255); };
         if (mAlpha) {
             const int a = byte(alpha);
             *line++ = qRgba(std::min(byte(red), a), std::min(byte(green), a), std::min(byte(blue), a), a);
