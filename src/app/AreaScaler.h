@@ -34,11 +34,12 @@ public:
     int rowsAdded() const { return mSourceRow; }
 
     // The reduced picture: Format_RGB32 for an opaque source format, Format_ARGB32_Premultiplied otherwise.
-    // Complete once every source row has been taken; rows not reached yet are left black (transparent).
+    // Each target row is final as soon as its last source row has been taken; rows not reached yet are black
+    // (transparent).
     QImage result() const { return mTarget; }
 
-    // Reduces a whole image in one go (any format: others are converted a row at a time); keeps its device
-    // pixel ratio out of it (the result's ratio is 1). A null image for an empty target.
+    // Reduces a whole image in one go (any format: others are converted to 32-bit pixels first); the
+    // result's device pixel ratio is 1. A null image for an empty target or one larger than the image.
     static QImage scaled(const QImage &image, const QSize &targetSize);
 
 private:

@@ -18,7 +18,9 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QtConcurrent>
+#include <memory>
 
 using namespace CorvexWindow;
 
@@ -98,13 +100,50 @@ void CorvexWindowController::loadImage()
                             ? mImageView->size()
                             : mWindow->size() - (mWindow->sizeHint() - mImageView->sizeHint());
     const QSize pixels = bound * mWindow->devicePixelRatioF();
+    // The full picture's pixel size, once known: a view made larger than the reduced copy gets a sharper one.
+    auto fullSize = std::make_shared<QSize>();
     auto *watcher = new QFutureWatcher<ImageLoader::Result>(this);
-    connect(watcher, &QFutureWatcher<ImageLoader::Result>::finished, this, [this, watcher] {
+    connect(watcher, &QFutureWatcher<ImageLoader::Result>::finished, this, [this, watcher, fullSize] {
         const ImageLoader::Result result = watcher->result();
         watcher->deleteLater();
+        *fullSize = result.status == ImageLoader::Status::Loaded ? result.pixelSize : QSize();
         imageDidLoad(int(result.status), result.image, result.display);
     });
     watcher->setFuture(QtConcurrent::run([path, pixels] { return ImageLoader::load(path, pixels); }));
+
+    // Sharper copies are made once the view has kept its size for a moment, one at a time.
+    auto *settle = new QTimer(this);
+    settle->setSingleShot(true);
+    settle->setInterval(200);
+    auto wanted = std::make_shared<QSize>();
+    auto loading = std::make_shared<bool>(false);
+    connect(mImageView, &ImageView::sharperImageWanted, settle,
+            [this, settle, wanted, fullSize](const QSize &size) {
+                if (fullSize->isEmpty() || mImage.size() == *fullSize)
+                    return; // nothing sharper to be had
+                *wanted = size;
+                settle->start();
+            });
+    connect(settle, &QTimer::timeout, this, [this, settle, wanted, loading] {
+        if (*loading) {
+            settle->start(); // after the copy on its way
+            return;
+        }
+        *loading = true;
+        const QString current = _screenshotInfo.filePath();
+        const QSize size = *wanted;
+        auto *sharper = new QFutureWatcher<ImageLoader::Result>(this);
+        connect(sharper, &QFutureWatcher<ImageLoader::Result>::finished, this, [this, sharper, loading] {
+            const ImageLoader::Result result = sharper->result();
+            sharper->deleteLater();
+            *loading = false;
+            if (result.status == ImageLoader::Status::Loaded && result.display.width() > mImage.width()) {
+                mImage = result.image.isNull() ? result.display : result.image;
+                mImageView->setImage(result.display, result.display);
+            }
+        });
+        sharper->setFuture(QtConcurrent::run([current, size] { return ImageLoader::load(current, size); }));
+    });
 }
 
 void CorvexWindowController::imageDidLoad(int status, const QImage &image, const QImage &display)

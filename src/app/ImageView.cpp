@@ -45,6 +45,8 @@ void ImageView::paintEvent(QPaintEvent *event)
         qAbs(mScaled.width() - pixels.width()) <= 1 && qAbs(mScaled.height() - pixels.height()) <= 1;
     if (!fits)
         mScaled = ImageLoader::scaledToFit(mImage, pixels);
+    if (pixels.width() > mImage.width() + 1 || pixels.height() > mImage.height() + 1)
+        Q_EMIT sharperImageWanted(pixels);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, mScaled);

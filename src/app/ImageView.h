@@ -25,6 +25,11 @@ public:
     // Where the picture is drawn in the view's coordinates.
     QRect imageRect() const;
 
+Q_SIGNALS:
+    // The view is drawn larger than the picture it holds has pixels for (a reduced copy in a window made
+    // larger): a copy of that many device pixels would be sharper. Sent on every such paint.
+    void sharperImageWanted(const QSize &pixels);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 

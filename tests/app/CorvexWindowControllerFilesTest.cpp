@@ -54,6 +54,34 @@ TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInF
     EXPECT_TRUE(QFile::exists(path)) << "printing leaves the file alone";
 }
 
+TEST_F(CorvexWindowControllerFilesTest, AWindowMadeLargerGetsASharperCopy)
+{
+    const QString path =
+        writeImage(folder(QStringLiteral("Larger")) + QStringLiteral("/Screenshot.png"), QSize(4000, 2000));
+    auto controller = openWindow(path);
+    const int before = controller->image().width();
+    ASSERT_LT(before, 4000);
+    QWidget *window = controller->window();
+    window->resize(window->width() * 2, window->height() * 2);
+    controller->imageView()->repaint();
+    const int wanted = qRound(controller->imageView()->imageRect().width() * window->devicePixelRatioF());
+    ASSERT_GT(wanted, before + 1);
+    ASSERT_TRUE(waitUntil([&] { return controller->image().width() > before; }));
+    EXPECT_NEAR(controller->image().width(), wanted, 1);
+    EXPECT_NEAR(controller->image().deviceIndependentSize().width(), 4000, 1.0);
+    EXPECT_EQ(controller->imageView()->image().cacheKey(), controller->image().cacheKey()) << "it is shown";
+
+    // Once the copy is the full picture nothing more is loaded.
+    window->resize(5000, 3000);
+    controller->imageView()->repaint();
+    ASSERT_TRUE(waitUntil([&] { return controller->image().width() == 4000; }));
+    const qint64 full = controller->image().cacheKey();
+    window->resize(5200, 3200);
+    controller->imageView()->repaint();
+    spin(std::chrono::milliseconds(600));
+    EXPECT_EQ(controller->image().cacheKey(), full);
+}
+
 TEST_F(CorvexWindowControllerFilesTest, APictureGoneBeforePrintingPrintsWhatIsShown)
 {
     const QString path =
