@@ -2,8 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Corvex developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Starts a built Corvex in the current session: the agent in the background, then the application in the
-# foreground. The agent is stopped when the application ends. Usage: start-corvex.sh BUILD_DIR [APP ARGS...]
+# Starts a built Corvex in the current session: the agent, then the application; returns when the agent ends
+# (it watches for screenshots until it is stopped, e.g. by Ctrl+C).
+# Usage: start-corvex.sh BUILD_DIR [APPLICATION ARGUMENTS...]
 set -euo pipefail
 
 bundle="$1/Corvex.app"
@@ -16,15 +17,12 @@ if [ ! -x "$app" ]; then
   exit 1
 fi
 
-agent_pid=
-if [ -x "$agent" ]; then
-  "$agent" &
-  agent_pid=$!
+if [ ! -x "$agent" ]; then
+  exec "$app" "$@"
 fi
-status=0
-"$app" "$@" || status=$?
-if [ -n "$agent_pid" ]; then
-  kill "$agent_pid" 2>/dev/null || true
-  wait "$agent_pid" 2>/dev/null || true
-fi
-exit "$status"
+# The application comes and goes (it quits after its last renaming window, and the agent starts it again for
+# the next screenshot); the agent stays for the whole session.
+"$agent" &
+agent_pid=$!
+"$app" "$@" &
+wait "$agent_pid"
