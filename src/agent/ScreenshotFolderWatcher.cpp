@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ScreenshotFolderWatcher.h"
+#include "InotifyEvents.h"
 
 #include "Log.h"
 
@@ -141,35 +142,25 @@ void ScreenshotFolderWatcher::watchFolderOrAncestor()
 
 void ScreenshotFolderWatcher::readEvents()
 {
-    alignas(inotify_event) char buffer[64 * 1024];
     bool rewatch = false;
     bool folderGone = false;
-    for (;;) {
-        const ssize_t length = ::read(mInotify, buffer, sizeof buffer);
-        if (length <= 0)
-            break;
-        for (ssize_t offset = 0; offset < length;) {
-            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
-            offset += ssize_t(sizeof(inotify_event) + event->len);
-            if (event->mask & IN_Q_OVERFLOW) {
-                DDLogWarn(
-                    QStringLiteral("Too many changes in the screenshot folder at once: some were missed"));
-                continue;
-            }
-            if (event->wd == mFolderWatch && mFolderWatch >= 0) {
-                if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
-                    rewatch = true;
-                    folderGone = true;
-                    continue;
-                }
-                if ((event->mask & (IN_CLOSE_WRITE | IN_MOVED_TO)) && !(event->mask & IN_ISDIR) &&
-                    event->len > 0)
-                    Q_EMIT fileCompleted(mFolder + u'/' + QFile::decodeName(event->name));
-            } else if (event->wd == mAncestorWatch && mAncestorWatch >= 0) {
-                rewatch = true;
-            }
+    InotifyEvents::readAll(mInotify, [&](const inotify_event &event) {
+        if (event.mask & IN_Q_OVERFLOW) {
+            DDLogWarn(QStringLiteral("Too many changes in the screenshot folder at once: some were missed"));
+            return;
         }
-    }
+        if (event.wd == mFolderWatch && mFolderWatch >= 0) {
+            if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
+                rewatch = true;
+                folderGone = true;
+                return;
+            }
+            if ((event.mask & (IN_CLOSE_WRITE | IN_MOVED_TO)) && !(event.mask & IN_ISDIR) && event.len > 0)
+                Q_EMIT fileCompleted(mFolder + u'/' + QFile::decodeName(event.name));
+        } else if (event.wd == mAncestorWatch && mAncestorWatch >= 0) {
+            rewatch = true;
+        }
+    });
     if (!rewatch)
         return;
     if (folderGone && mFolderWatch >= 0) {

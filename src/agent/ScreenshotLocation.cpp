@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ScreenshotLocation.h"
+#include "InotifyEvents.h"
 
 #include "AppUserDefaults.h"
 #include "DesktopScreenshotSettings.h"
@@ -114,29 +115,18 @@ void ScreenshotLocation::watchConfiguration()
 
 void ScreenshotLocation::readEvents()
 {
-    alignas(inotify_event) char buffer[16 * 1024];
     bool relevant = false;
     bool folderAppeared = false;
-    for (;;) {
-        const ssize_t length = ::read(mInotify, buffer, sizeof buffer);
-        if (length <= 0)
-            break;
-        for (ssize_t offset = 0; offset < length;) {
-            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
-            offset += ssize_t(sizeof(inotify_event) + event->len);
-            if (event->mask & IN_Q_OVERFLOW) {
-                relevant = true;
-                continue;
-            }
-            if (event->len == 0)
-                continue;
-            const QString name = QFile::decodeName(event->name);
-            if (!relevantNames().contains(name))
-                continue;
+    InotifyEvents::readAll(mInotify, [&](const inotify_event &event) {
+        if (event.mask & IN_Q_OVERFLOW) {
             relevant = true;
-            folderAppeared = folderAppeared || (event->mask & IN_ISDIR);
+            return;
         }
-    }
+        if (event.len == 0 || !relevantNames().contains(QFile::decodeName(event.name)))
+            return;
+        relevant = true;
+        folderAppeared = folderAppeared || (event.mask & IN_ISDIR);
+    });
     if (folderAppeared)
         watchConfiguration();
     if (relevant)

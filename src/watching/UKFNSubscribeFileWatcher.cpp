@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "UKFNSubscribeFileWatcher.h"
+#include "InotifyEvents.h"
 
 #include "NotificationCenter.h"
 #include "UKFileWatcherDelegate.h"
@@ -116,22 +117,14 @@ void UKFNSubscribeFileWatcher::setDelegate(UKFileWatcherDelegate *delegate)
 
 void UKFNSubscribeFileWatcher::readChanges()
 {
-    alignas(inotify_event) char buffer[16 * 1024];
     QList<int> changed;
     QList<int> dropped;
-    for (;;) {
-        const ssize_t length = read(mQueueFD, buffer, sizeof buffer);
-        if (length <= 0)
-            break;
-        for (ssize_t offset = 0; offset + ssize_t(sizeof(inotify_event)) <= length;) {
-            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
-            offset += ssize_t(sizeof(inotify_event) + event->len);
-            if (event->mask & IN_IGNORED)
-                dropped.append(event->wd);
-            else if (event->wd >= 0 && !changed.contains(event->wd))
-                changed.append(event->wd);
-        }
-    }
+    InotifyEvents::readAll(mQueueFD, [&](const inotify_event &event) {
+        if (event.mask & IN_IGNORED)
+            dropped.append(event.wd);
+        else if (event.wd >= 0 && !changed.contains(event.wd))
+            changed.append(event.wd);
+    });
 
     QStringList paths;
     {

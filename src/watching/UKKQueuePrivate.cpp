@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "InotifyEvents.h"
 #include "UKKQueue.h"
 #include "UKKQueue_p.h"
 
@@ -111,27 +112,25 @@ void UKKQueuePrivate::processEvents(const char *buffer, size_t length)
     QList<int> order;
     QHash<int, UKKQueueRawChange> changes;
     QList<int> dropped;
-    for (size_t offset = 0; offset + sizeof(inotify_event) <= length;) {
-        const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
-        offset += sizeof(inotify_event) + event->len;
-        if (event->mask & IN_Q_OVERFLOW) {
+    InotifyEvents::forEach(buffer, length, [&](const inotify_event &event) {
+        if (event.mask & IN_Q_OVERFLOW) {
             logLine("UKKQueue: the kernel's event queue overflowed; some changes were not reported");
-            continue;
+            return;
         }
-        if (event->mask & IN_IGNORED) {
-            dropped.append(event->wd);
-            continue;
+        if (event.mask & IN_IGNORED) {
+            dropped.append(event.wd);
+            return;
         }
-        if (!changes.contains(event->wd))
-            order.append(event->wd);
-        UKKQueueRawChange &change = changes[event->wd];
-        if (event->len == 0) {
-            change.mask |= event->mask;
-        } else if (event->mask & (IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO)) {
+        if (!changes.contains(event.wd))
+            order.append(event.wd);
+        UKKQueueRawChange &change = changes[event.wd];
+        if (event.len == 0) {
+            change.mask |= event.mask;
+        } else if (event.mask & (IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO)) {
             change.entriesChanged = true;
-            change.subfoldersChanged = change.subfoldersChanged || (event->mask & IN_ISDIR);
+            change.subfoldersChanged = change.subfoldersChanged || (event.mask & IN_ISDIR);
         }
-    }
+    });
 
     QList<UKKQueueDelivery> deliveries;
     for (const int wd : std::as_const(order))
