@@ -27,43 +27,13 @@ QString expandHome(QString value, const QString &home)
     return value;
 }
 
-QString unescapeKConfig(const QString &value)
+// Undoes the backslash escapes of a value: KConfig's \s, \t, \n, \r; QSettings' \t, \n, \r, \xHHHH and the
+// quotes around a whole value. Any other escaped character stands for itself.
+QString unescape(QString value, IniDialect dialect)
 {
-    QString result;
-    result.reserve(value.size());
-    for (qsizetype i = 0; i < value.size(); ++i) {
-        const QChar c = value.at(i);
-        if (c != QLatin1Char('\\') || i + 1 >= value.size()) {
-            result.append(c);
-            continue;
-        }
-        const QChar next = value.at(++i);
-        switch (next.unicode()) {
-        case 's':
-            result.append(QLatin1Char(' '));
-            break;
-        case 't':
-            result.append(QLatin1Char('\t'));
-            break;
-        case 'n':
-            result.append(QLatin1Char('\n'));
-            break;
-        case 'r':
-            result.append(QLatin1Char('\r'));
-            break;
-        default:
-            result.append(next);
-            break;
-        }
-    }
-    return result;
-}
-
-QString unescapeQSettings(QString value)
-{
-    const bool quoted =
-        value.size() >= 2 && value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"'));
-    if (quoted)
+    const bool qsettings = dialect != IniDialect::KConfig;
+    if (qsettings && value.size() >= 2 && value.startsWith(QLatin1Char('"')) &&
+        value.endsWith(QLatin1Char('"')))
         value = value.mid(1, value.size() - 2);
     QString result;
     result.reserve(value.size());
@@ -75,18 +45,21 @@ QString unescapeQSettings(QString value)
         }
         const QChar next = value.at(++i);
         switch (next.unicode()) {
-        case 'n':
-            result.append(QLatin1Char('\n'));
+        case 's':
+            result.append(qsettings ? next : QLatin1Char(' '));
             break;
         case 't':
             result.append(QLatin1Char('\t'));
+            break;
+        case 'n':
+            result.append(QLatin1Char('\n'));
             break;
         case 'r':
             result.append(QLatin1Char('\r'));
             break;
         case 'x': {
             qsizetype end = i + 1;
-            while (end < value.size() && end < i + 5 &&
+            while (qsettings && end < value.size() && end < i + 5 &&
                    QStringLiteral("0123456789abcdefABCDEF").contains(value.at(end)))
                 ++end;
             bool ok = false;
@@ -140,11 +113,11 @@ IniValues readIni(const QString &path, IniDialect dialect, const QString &home)
                 expand = options.contains(QLatin1Char('e'));
                 key = key.left(bracket);
             }
-            value = unescapeKConfig(value);
+            value = unescape(value, IniDialect::KConfig);
             if (expand)
                 value = expandHome(value, home);
         } else {
-            value = unescapeQSettings(value);
+            value = unescape(value, IniDialect::QSettings);
         }
         values.insert(group + QLatin1Char('/') + key, value);
     }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DesktopScreenshotSettings.h"
+#include "DesktopConfigFiles_p.h"
 
 #include "TestSupport.h"
 
@@ -143,6 +144,28 @@ TEST_F(DesktopScreenshotSettingsTest, NoKnownToolGivesNoValues)
     for (const char *key : {"location", "type", "name"})
         EXPECT_FALSE(settings.valueForKey(QLatin1String(key)).isValid()) << key;
     EXPECT_FALSE(settings.isDedicatedScreenshotFolder(home(QStringLiteral("Pictures"))));
+}
+
+TEST_F(DesktopScreenshotSettingsTest, EscapesAreUndoneAsEachDialectWritesThem)
+{
+    using namespace DesktopConfigFiles;
+    config(QStringLiteral("kde.ini"), "[General]\n"
+                                      "a=My\\sShots\\\\2026\\tx\\n\n"
+                                      "b[$e]=$HOME/Pictures\\x41\n"
+                                      "c[de]=Bildschirmfotos\n");
+    const IniValues kde =
+        readIni(mEnv.configHome + QStringLiteral("/kde.ini"), IniDialect::KConfig, mEnv.home);
+    EXPECT_EQ(kde.value(QStringLiteral("General/a")), QStringLiteral("My Shots\\2026\tx\n"));
+    EXPECT_EQ(kde.value(QStringLiteral("General/b")), mEnv.home + QStringLiteral("/Picturesx41"));
+    EXPECT_FALSE(kde.contains(QStringLiteral("General/c"))) << "a translation is not the value";
+
+    config(QStringLiteral("qt.ini"), "[General]\n"
+                                     "a=\"Caf\\xe9 \\\"shots\\\"\"\n"
+                                     "b=plain\\s\\x\n");
+    const IniValues qt =
+        readIni(mEnv.configHome + QStringLiteral("/qt.ini"), IniDialect::QSettings, mEnv.home);
+    EXPECT_EQ(qt.value(QStringLiteral("General/a")), QStringLiteral("Caf\u00e9 \"shots\""));
+    EXPECT_EQ(qt.value(QStringLiteral("General/b")), QStringLiteral("plainsx"));
 }
 
 } // namespace
