@@ -17,6 +17,12 @@ if [ ! -x "$app" ]; then
   exit 1
 fi
 
+# A session without a runtime folder (a bare console, a container) gets a private one, as Qt would make.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+  export XDG_RUNTIME_DIR="/tmp/runtime-$(id -u)"
+  mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+fi
+
 if [ ! -x "$agent" ]; then
   exec "$app" "$@"
 fi
