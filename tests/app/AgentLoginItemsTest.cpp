@@ -3,11 +3,9 @@
 //
 // The application delegate's agent operations: where the agent lies, launching and quitting it, quitting
 // other copies of the application, and the login items as the delegate uses them.
+#include "../core/CapturingLogger.h"
 #include "AppDelegate.h"
 #include "AutostartEntry.h"
-#include "DDAbstractLogger.h"
-#include "DDLog.h"
-#include "DDLogMessage.h"
 #include "PropertyList.h"
 #include "TestSupport.h"
 
@@ -17,7 +15,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMutex>
 #include <QProcess>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
@@ -36,33 +33,12 @@ inline void PrintTo(const QStringList &list, std::ostream *stream)
 
 namespace {
 
-class CapturingLogger : public DDAbstractLogger
-{
-public:
-    void logMessage(const DDLogMessage &message) override
-    {
-        QMutexLocker locker(&mMutex);
-        mMessages.append(message.logMsg());
-    }
-    QStringList takeMessages()
-    {
-        DDLog::flushLog();
-        QMutexLocker locker(&mMutex);
-        return std::exchange(mMessages, {});
-    }
-
-private:
-    QMutex mMutex;
-    QStringList mMessages;
-};
-
 class AgentLoginItemsTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        mLogger = std::make_shared<CapturingLogger>();
-        DDLog::addLogger(mLogger);
+        mLogger = std::make_unique<LogCapture>();
         mDelegate = std::make_unique<AppDelegate>();
         mLogger->takeMessages();
         mAutostart = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -72,8 +48,7 @@ protected:
     void TearDown() override
     {
         mDelegate.reset();
-        DDLog::removeLogger(mLogger);
-        DDLog::flushLog();
+        mLogger.reset();
     }
     // A bundle with a copy of a real program as its executable.
     QString makeBundle(const QString &folder, const QString &identifier, const QString &program)
@@ -104,7 +79,7 @@ protected:
         return QDir(mAutostart).entryList({QStringLiteral("*.desktop")}, QDir::Files);
     }
 
-    std::shared_ptr<CapturingLogger> mLogger;
+    std::unique_ptr<LogCapture> mLogger;
     std::unique_ptr<AppDelegate> mDelegate;
     QString mAutostart;
 };

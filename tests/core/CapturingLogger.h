@@ -37,6 +37,14 @@ public:
         return texts;
     }
 
+    // The messages logged so far, forgetting them.
+    QStringList takeMessages()
+    {
+        QStringList texts = messages();
+        clear();
+        return texts;
+    }
+
     void clear()
     {
         DDLog::flushLog();

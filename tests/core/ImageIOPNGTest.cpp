@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ImageIOPNG.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
 
 #include <QBuffer>
@@ -11,30 +12,7 @@
 
 namespace {
 
-QByteArray bigEndian(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = char(value >> (24 - 8 * i));
-    return bytes;
-}
-
-quint32 pngCRC(const QByteArray &bytes)
-{
-    quint32 crc = 0xffffffffu;
-    for (const char c : bytes) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-QByteArray chunk(const char *type, const QByteArray &data)
-{
-    const QByteArray body = QByteArray(type, 4) + data;
-    return bigEndian(quint32(data.size())) + body + bigEndian(pngCRC(body));
-}
+using namespace pngchunks;
 
 // An RGB image whose every pixel differs from its neighbours, so a misplaced row or column shows.
 QImage noisy(int width, int height, QImage::Format format = QImage::Format_RGB888)

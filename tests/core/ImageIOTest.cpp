@@ -6,6 +6,7 @@
 #include "ImageIOPDF.h"
 #include "ImageIOPNG.h"
 #include "ImageIOSource.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
 
 #include <QBuffer>
@@ -19,6 +20,8 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using namespace pngchunks;
 
 // An odd-sized picture of 40 flat blocks with hard edges: few colours, so every lossless format must give
 // back exactly these pixels, and an odd width catches row-padding mistakes.
@@ -67,38 +70,12 @@ int differingPixels(const QImage &a, const QImage &b)
     return count;
 }
 
-QByteArray bigEndian(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = char(value >> (24 - 8 * i));
-    return bytes;
-}
-
 QByteArray littleEndian(quint32 value)
 {
     QByteArray bytes(4, '\0');
     for (int i = 0; i < 4; ++i)
         bytes[i] = char(value >> (8 * i));
     return bytes;
-}
-
-quint32 pngCRC(const QByteArray &bytes)
-{
-    quint32 crc = 0xffffffffu;
-    for (const char c : bytes) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-// A PNG chunk with its length and CRC.
-QByteArray chunk(const char *type, const QByteArray &data)
-{
-    const QByteArray body = QByteArray(type, 4) + data;
-    return bigEndian(quint32(data.size())) + body + bigEndian(pngCRC(body));
 }
 
 class ImageIOTest : public ::testing::Test

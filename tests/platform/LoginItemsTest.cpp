@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "LoginItems.h"
+#include "../core/CapturingLogger.h"
 #include "AutostartEntry.h"
-#include "DDAbstractLogger.h"
-#include "DDLog.h"
-#include "DDLogMessage.h"
 #include "PropertyList.h"
 #include "TestSupport.h"
 
@@ -12,30 +10,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMutex>
 #include <gtest/gtest.h>
 
 namespace {
-
-class CapturingLogger : public DDAbstractLogger
-{
-public:
-    void logMessage(const DDLogMessage &message) override
-    {
-        QMutexLocker locker(&mMutex);
-        mMessages.append(message.logMsg());
-    }
-    QStringList takeMessages()
-    {
-        DDLog::flushLog();
-        QMutexLocker locker(&mMutex);
-        return std::exchange(mMessages, {});
-    }
-
-private:
-    QMutex mMutex;
-    QStringList mMessages;
-};
 
 // Makes NAME.app with an Info.plist and an executable; returns the bundle path.
 QString makeBundle(const QString &folder, const QString &name, const QString &identifier,
@@ -72,15 +49,9 @@ protected:
         mOldApp = oldApp;
         mOldAgent = makeBundle(oldApp + QStringLiteral("/Contents/Helpers"), QStringLiteral("CorvexAgent"),
                                QStringLiteral("com.ostrel.CorvexAgent"), QStringLiteral("1.9"));
-        mLogger = std::make_shared<CapturingLogger>();
-        DDLog::addLogger(mLogger);
-        DDLog::flushLog();
+        mLogger = std::make_unique<LogCapture>();
     }
-    void TearDown() override
-    {
-        DDLog::removeLogger(mLogger);
-        DDLog::flushLog();
-    }
+    void TearDown() override { mLogger.reset(); }
 
     // Writes an entry whose modification time puts it at the given place in the list.
     QString addEntry(const QString &fileName, const QString &name, const QString &program, int order)
@@ -111,7 +82,7 @@ protected:
 
     static inline int sCounter = 0;
     QString mRoot, mFolder, mCurrent, mAgent, mOldApp, mOldAgent;
-    std::shared_ptr<CapturingLogger> mLogger;
+    std::unique_ptr<LogCapture> mLogger;
 };
 
 TEST_F(LoginItemsTest, AddingLeavesExactlyOneAgentEntryAtTheEnd)
