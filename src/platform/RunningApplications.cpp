@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QThread>
 #include <algorithm>
 #include <csignal>
 #include <sys/stat.h>
@@ -104,10 +105,18 @@ bool RunningApplications::isInThisSession(qint64 pid)
     struct stat info = {};
     if (::stat(folder.constData(), &info) != 0 || info.st_uid != ::getuid())
         return false;
-    QFile environment(QString::fromLocal8Bit(folder) + QStringLiteral("/environ"));
-    if (!environment.open(QIODevice::ReadOnly))
-        return false;
-    return sessionBusAddressOfEnvironment(environment.readAll()) == qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    // A process caught in the middle of starting (its program loaded, its new memory not yet set up) shows
+    // no environment for a moment: look again a few times before taking it as empty.
+    QByteArray environment;
+    for (int attempt = 0; attempt < 20 && environment.isEmpty(); ++attempt) {
+        if (attempt > 0)
+            QThread::msleep(1);
+        QFile file(QString::fromLocal8Bit(folder) + QStringLiteral("/environ"));
+        if (!file.open(QIODevice::ReadOnly))
+            return false;
+        environment = file.readAll();
+    }
+    return sessionBusAddressOfEnvironment(environment) == qgetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 bool RunningApplications::terminate(qint64 pid)
