@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -20,9 +21,17 @@ QString directoryFor(const char *name)
 }
 
 // Makes a log file through the manager and marks it archived.
+// A new log file whose creation time differs from the files made before it: file times follow the kernel's
+// coarse clock, which moves in steps of up to 10 ms.
+QString newLogFile(DDLogFileManagerDefault &manager)
+{
+    QThread::msleep(20);
+    return manager.createNewLogFile();
+}
+
 QString archivedFile(DDLogFileManagerDefault &manager)
 {
-    const QString path = manager.createNewLogFile();
+    const QString path = newLogFile(manager);
     DDLogFileInfo(path).setIsArchived(true);
     return path;
 }
@@ -79,7 +88,7 @@ TEST(DDLogFileManagerDefaultTest, ListsOnlyLogFilesNewestFirst)
     manager.setMaximumNumberOfLogFiles(10);
     const QString first = archivedFile(manager);
     const QString second = archivedFile(manager);
-    const QString third = manager.createNewLogFile();
+    const QString third = newLogFile(manager);
     corvex::test::writeFile(directory + QStringLiteral("/notes.txt"), "x");
     corvex::test::writeFile(directory + QStringLiteral("/log-abcdef.txt"), "x");
     EXPECT_EQ(manager.sortedLogFilePaths(), (QStringList{third, second, first}));
