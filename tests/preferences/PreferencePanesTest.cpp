@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The application's three panes, loaded from their bundles as the application loads them: every control
+// writes its preference at once and shows changes made elsewhere; the favourite folders reach
+// "favoriteFolderBookmarks"; the pattern preview; applications and folders that are gone.
+#include "TestSupport.h"
+#include "core/AppUserDefaults.h"
+#include "core/FactoryDefaults.h"
+#include "core/Processor.h"
+#include "core/RenamePattern.h"
+#include "core/UserDefaultBookmarks.h"
+#include "core/UserDefaults.h"
+#include "foundation/PreferenceKeys.h"
+#include "preferences/SS_PreferencePaneProtocol.h"
+#include "preferences/SS_PrefsController.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QTest>
+
+using corvex::test::waitUntil;
+
+namespace {
+
+const QString kPanes = QStringLiteral(CORVEX_BUNDLE_DIR "/Contents/Resources");
+
+class PreferencePanesTest : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
+        sController = new SS_PrefsController(kPanes);
+        sController->setAlwaysShowsToolbar(true);
+        sController->setPanesOrder(
+            {QStringLiteral("General"), QStringLiteral("Advanced"), QStringLiteral("Updates")});
+    }
+    static void TearDownTestSuite()
+    {
+        // Released with the window first, while the panes' plugins are still loaded.
+        sController->destroyPreferencesWindow();
+        delete sController;
+        sController = nullptr;
+    }
+
+    // The view of the named pane, shown in the window.
+    static QWidget *show(const QString &pane)
+    {
+        if (!sController->showPane(pane))
+            return nullptr;
+        return sController->currentPane()->paneView();
+    }
+
+    static UserDefaults &defaults() { return UserDefaults::standardUserDefaults(); }
+
+    static SS_PrefsController *sController;
+};
+
+SS_PrefsController *PreferencePanesTest::sController = nullptr;
+
+TEST_F(PreferencePanesTest, TheThreeBundlesLoadInTheirOrder)
+{
+    EXPECT_EQ(sController->panesOrder(), (QStringList{QStringLiteral("General"), QStringLiteral("Advanced"),
+                                                      QStringLiteral("Updates")}));
+    for (const QString &name : sController->panesOrder()) {
+        QWidget *view = show(name);
+        ASSERT_NE(view, nullptr) << qPrintable(name);
+        EXPECT_EQ(sController->preferencesWindow()->windowTitle(), name);
+        EXPECT_FALSE(sController->currentPane()->paneIcon().isNull()) << qPrintable(name);
+        // Every control can be told apart by a screen reader.
+        for (QWidget *control : view->findChildren<QWidget *>()) {
+            if (auto *button = qobject_cast<QAbstractButton *>(control)) {
+                EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
+                    << qPrintable(name) << " " << control->metaObject()->className();
+            } else if (qobject_cast<QComboBox *>(control) || qobject_cast<QListWidget *>(control) ||
+                       (qobject_cast<QLineEdit *>(control) &&
+                        !qobject_cast<QComboBox *>(control->parent()))) {
+                EXPECT_FALSE(control->accessibleName().isEmpty())
+                    << qPrintable(name) << " " << qPrintable(control->objectName());
+            }
+        }
+    }
+}
+
+TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
+{
+    const QList<QPair<QString, QStringList>> panes{
+        {QStringLiteral("General"),
+         {kShowCorvexWindowKey, kUseLastDirectoryAndExtensionValuesKey, kHideExtensionKey,
+          kQuitAppAfterLastWindowClosedKey, kStartAtLogInKey, kAllowAgentToRunInBackgroundKey,
+          kShowMenuIconKey, kGrayscaleMenuIconKey}},
+        {QStringLiteral("Advanced"),
+         {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey, kUseLenientTimeParserKey}},
+        {QStringLiteral("Updates"), {kCheckForUpdatesKey}},
+    };
+    for (const auto &[pane, keys] : panes) {
+        QWidget *view = show(pane);
+        ASSERT_NE(view, nullptr);
+        for (const QString &key : keys) {
+            auto *box = view->findChild<QCheckBox *>(key);
+            ASSERT_NE(box, nullptr) << qPrintable(key);
+            defaults().setBool(true, kShowMenuIconKey); // the grey icon's box is enabled only with the icon
+            const bool before = defaults().boolForKey(key);
+            EXPECT_EQ(box->isChecked(), before) << qPrintable(key);
+            box->click();
+            EXPECT_EQ(defaults().boolForKey(key), !before) << qPrintable(key);
+            EXPECT_TRUE(AppUserDefaults::sharedCorvexDefaults().objectForKey(key).isValid())
+                << qPrintable(key);
+            defaults().setBool(before, key);
+            EXPECT_EQ(box->isChecked(), before) << qPrintable(key);
+        }
+    }
+}
+
+TEST_F(PreferencePanesTest, AChangedStepReachesTheAgentsDecision)
+{
+    QWidget *view = show(QStringLiteral("Advanced"));
+    ASSERT_NE(view, nullptr);
+    for (const QString &key : {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey})
+        defaults().setBool(false, key);
+    AppUserDefaults::sharedCorvexDefaults().synchronize();
+    EXPECT_FALSE(Processor::sharedProcessor().needsAutomaticProcessing());
+    view->findChild<QCheckBox *>(kAutoRenameKey)->click();
+    // The agent reads the shared domain as stored, through its own store.
+    EXPECT_TRUE(Processor::sharedProcessor().needsAutomaticProcessing());
+    defaults().setBool(false, kAutoRenameKey);
+}
+
+TEST_F(PreferencePanesTest, PatternEditorStoresPiecesAndPreviewsWithoutAdvancingTheCounter)
+{
+    QWidget *view = show(QStringLiteral("Advanced"));
+    ASSERT_NE(view, nullptr);
+    defaults().setBool(true, kAutoRenameKey);
+    defaults().setBool(false, kAutoReformatKey);
+    defaults().setInteger(41, kAutoRenameCountKey);
+    auto *edit = view->findChild<QLineEdit *>(QStringLiteral("renamePattern"));
+    auto *preview = view->findChild<QLabel *>(QStringLiteral("renamePreview"));
+    ASSERT_TRUE(edit && preview);
+
+    struct Case
+    {
+        QString typed;
+        QString stored;
+    };
+    for (const Case &c :
+         {Case{QStringLiteral("Shot $Counter3$_$Counter1$"), QStringLiteral("Shot :$Counter3$:_:$Counter1$")},
+          Case{QStringLiteral("$DateYYYY$-$Nope$"), QStringLiteral("$DateYYYY$:-$Nope$")},
+          Case{QStringLiteral("a:b"), QStringLiteral("ab")}}) {
+        edit->clear();
+        edit->setFocus();
+        QTest::keyClicks(edit, c.typed);
+        EXPECT_EQ(defaults().stringForKey(kAutoRenameFormatKey), c.stored) << qPrintable(c.typed);
+    }
+
+    defaults().setObject(QStringLiteral("Shot :$Counter3$:_:$Counter1$:/:$Unknown$"), kAutoRenameFormatKey);
+    EXPECT_EQ(edit->text(), QStringLiteral("Shot $Counter3$_$Counter1$/$Unknown$"));
+    EXPECT_TRUE(preview->text().endsWith(QStringLiteral("Shot 042_43:$Unknown$.png")))
+        << qPrintable(preview->text());
+    EXPECT_EQ(defaults().integerForKey(kAutoRenameCountKey), 41);
+
+    view->findChild<QPushButton *>(QStringLiteral("resetCounter"))->click();
+    EXPECT_EQ(defaults().integerForKey(kAutoRenameCountKey), 0);
+    EXPECT_TRUE(waitUntil([&] {
+        return preview->text().endsWith(QStringLiteral("Shot 001_2:$Unknown$.png"));
+    })) << qPrintable(preview->text());
+    EXPECT_TRUE(view->findChild<QLabel *>(QStringLiteral("counterValue"))->text().contains(QLatin1Char('0')));
+}
+
+TEST_F(PreferencePanesTest, TokenMenuOffersEveryToken)
+{
+    QWidget *view = show(QStringLiteral("Advanced"));
+    ASSERT_NE(view, nullptr);
+    QStringList offered;
+    for (QAction *action : view->findChildren<QAction *>())
+        if (RenamePattern::isToken(action->data().toString()))
+            offered.append(action->data().toString());
+    EXPECT_EQ(offered.size(), RenamePattern::allTokens().size());
+    for (const QString &token : RenamePattern::allTokens())
+        EXPECT_TRUE(offered.contains(token)) << qPrintable(token);
+}
+
+TEST_F(PreferencePanesTest, FormatsApplicationsAndFoldersThatAreGoneStayVisible)
+{
+    QWidget *view = show(QStringLiteral("Advanced"));
+    ASSERT_NE(view, nullptr);
+    auto *formats = view->findChild<QComboBox *>(QStringLiteral("autoReformatFormat"));
+    ASSERT_EQ(formats->count(), 6);
+    formats->setCurrentIndex(4);
+    Q_EMIT formats->activated(4); // as the user's choice
+    EXPECT_EQ(defaults().stringForKey(kAutoReformatExtensionKey), QStringLiteral("png"));
+    defaults().setObject(QStringLiteral("tiff"), kAutoReformatExtensionKey);
+    EXPECT_EQ(formats->currentIndex(), 5);
+
+    auto *apps = view->findChild<QComboBox *>(QStringLiteral("openWithApplication"));
+    ASSERT_NE(apps, nullptr);
+    defaults().setObject(QStringLiteral("org.example.Gone"), kOpenWithBundleIdentifierKey);
+    EXPECT_TRUE(apps->currentText().contains(QStringLiteral("not installed")));
+    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), QStringLiteral("org.example.Gone"));
+    Q_EMIT apps->activated(0);
+    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), QStringLiteral("com.apple.Preview"));
+    EXPECT_FALSE(apps->currentText().contains(QStringLiteral("not installed")));
+
+    QTemporaryDir folder;
+    defaults().setObject(folder.path(), kAutoMoveFolderKey);
+    auto *missing = view->findChild<QLabel *>(QStringLiteral("autoMoveFolderMissing"));
+    EXPECT_FALSE(missing->isVisibleTo(view));
+    defaults().setObject(QString(folder.path() + QStringLiteral("/gone")), kAutoMoveFolderKey);
+    EXPECT_TRUE(missing->isVisibleTo(view));
+}
+
+TEST_F(PreferencePanesTest, FavouritesAddRemoveAndReorderReachTheStoredList)
+{
+    QWidget *view = show(QStringLiteral("General"));
+    ASSERT_NE(view, nullptr);
+    defaults().removeObjectForKey(kFavoriteFolderBookmarksKey);
+    QWidget *editor = view->findChild<QWidget *>(QStringLiteral("favoriteFoldersEditor"));
+    auto *list = view->findChild<QListWidget *>(QStringLiteral("favoriteFoldersList"));
+    ASSERT_TRUE(editor && list);
+    ASSERT_TRUE(waitUntil([&] { return list->count() == 0; }));
+
+    QTemporaryDir root;
+    QList<QUrl> folders;
+    for (const char *name : {"A", "B", "C"}) {
+        QDir(root.path()).mkdir(QString::fromLatin1(name));
+        folders.append(QUrl::fromLocalFile(root.path() + QLatin1Char('/') + QString::fromLatin1(name)));
+    }
+    const auto stored = [] { return UserDefaultBookmarks(kFavoriteFolderBookmarksKey).URLs(); };
+    bool added = false;
+    ASSERT_TRUE(QMetaObject::invokeMethod(editor, "addFolders", Q_RETURN_ARG(bool, added),
+                                          Q_ARG(QList<QUrl>, folders)));
+    EXPECT_TRUE(added);
+    EXPECT_EQ(stored(), folders);
+    // A folder already there is not added twice; one that does not exist is refused.
+    ASSERT_TRUE(QMetaObject::invokeMethod(editor, "addFolders", Q_RETURN_ARG(bool, added),
+                                          Q_ARG(QList<QUrl>, {folders.at(1)})));
+    EXPECT_EQ(stored().size(), 3);
+    ASSERT_TRUE(QMetaObject::invokeMethod(editor, "addFolders", Q_RETURN_ARG(bool, added),
+                                          Q_ARG(QList<QUrl>, {QUrl::fromLocalFile(root.path() + "/none")})));
+    EXPECT_FALSE(added);
+    EXPECT_EQ(stored().size(), 3);
+    ASSERT_EQ(list->count(), 3);
+    EXPECT_TRUE(list->item(0)->text().startsWith(QStringLiteral("A\n")));
+
+    const auto button = [&](const QString &name) {
+        for (auto *b : view->findChildren<QPushButton *>())
+            if (b->accessibleName() == name)
+                return b;
+        return static_cast<QPushButton *>(nullptr);
+    };
+    list->clearSelection();
+    list->item(2)->setSelected(true);
+    button(QStringLiteral("Move the selected favourite folders up"))->click();
+    EXPECT_EQ(stored(), (QList<QUrl>{folders[0], folders[2], folders[1]}));
+    EXPECT_TRUE(list->item(1)->isSelected());
+    button(QStringLiteral("Move the selected favourite folders down"))->click();
+    EXPECT_EQ(stored(), folders);
+    list->clearSelection();
+    list->item(0)->setSelected(true);
+    button(QStringLiteral("Remove the selected favourite folders"))->click();
+    EXPECT_EQ(stored(), (QList<QUrl>{folders[1], folders[2]}));
+
+    // A favourite deleted while the list is open is greyed with a tooltip.
+    ASSERT_TRUE(QDir(folders[2].toLocalFile()).removeRecursively());
+    EXPECT_TRUE(waitUntil([&] {
+        return list->count() == 2 &&
+               list->item(1)->toolTip().contains(QStringLiteral("can no longer be found"));
+    }));
+    EXPECT_EQ(list->item(0)->toolTip(), folders[1].toLocalFile());
+}
+
+TEST_F(PreferencePanesTest, CheckNowIsEnabledOnlyWithAnUpdater)
+{
+    QWidget *view = show(QStringLiteral("Updates"));
+    ASSERT_NE(view, nullptr);
+    auto *checkNow = view->findChild<QPushButton *>(QStringLiteral("checkNow"));
+    ASSERT_NE(checkNow, nullptr);
+    sController->setCheckForUpdatesHandler({});
+    EXPECT_FALSE(checkNow->isEnabled());
+    EXPECT_FALSE(checkNow->toolTip().isEmpty());
+    int checks = 0;
+    sController->setCheckForUpdatesHandler([&] { ++checks; });
+    EXPECT_TRUE(checkNow->isEnabled());
+    checkNow->click();
+    EXPECT_EQ(checks, 1);
+    sController->setCheckForUpdatesHandler({});
+
+    auto *lastCheck = view->findChild<QLabel *>(QStringLiteral("lastCheck"));
+    defaults().removeObjectForKey(QStringLiteral("SULastCheckTime"));
+    EXPECT_EQ(lastCheck->text(), QStringLiteral("Never"));
+    defaults().setObject(QDateTime(QDate(2026, 3, 5), QTime(9, 7)), QStringLiteral("SULastCheckTime"));
+    EXPECT_TRUE(lastCheck->text().contains(QStringLiteral("2026"))) << qPrintable(lastCheck->text());
+}
+
+} // namespace

@@ -1,0 +1,335 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The preferences window's controller with real pane bundles: which bundles load, the toolbar order, the pane
+// shown first, titles, the frame on a switch, keyboard switching and closing, and the alert when nothing
+// loads.
+#include "preferences/SS_PrefsController.h"
+#include "../logging/StderrCapture.h"
+#include "TestSupport.h"
+#include "core/UserDefaults.h"
+#include "preferences/PreferencePaneBundle.h"
+#include "preferences/SS_PreferencePaneProtocol.h"
+#include "widgets/QZAlert.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+
+using corvex::test::waitUntil;
+
+namespace {
+
+const QString kBundles = QStringLiteral(CORVEX_TEST_BUNDLES_DIR);
+
+// A folder holding links to the named test bundles (links keep each bundle at one real place, as the process
+// remembers a principal class together with its bundle).
+class PaneFolder
+{
+public:
+    explicit PaneFolder(const QStringList &bundles)
+    {
+        // Numbered, so that they load in the order given.
+        for (qsizetype i = 0; i < bundles.size(); ++i)
+            QFile::link(kBundles + QLatin1Char('/') + bundles.at(i) + QStringLiteral(".preferencePane"),
+                        path() + QStringLiteral("/%1-%2.preferencePane").arg(i).arg(bundles.at(i)));
+    }
+    QString path() const { return mDir.path(); }
+
+private:
+    QTemporaryDir mDir;
+};
+
+QWidget *viewOf(SS_PrefsController &controller, const QString &name)
+{
+    return controller.preferencesWindow() ? controller.preferencesWindow()->findChild<QWidget *>(name)
+                                          : nullptr;
+}
+
+class PrefsControllerTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { UserDefaults::standardUserDefaults().removeObjectForKey(lastPaneKey()); }
+    static QString lastPaneKey()
+    {
+        return QStringLiteral("com.ostrel.Corvex_Preferences_Last_Pane_Defaults_Key");
+    }
+};
+
+TEST_F(PrefsControllerTest, LoadsPaneBundlesAndSkipsFaultyOnes)
+{
+    PaneFolder folder({QStringLiteral("TestPanes"), QStringLiteral("DuplicateClass"),
+                       QStringLiteral("NoPrincipalClass"), QStringLiteral("NotAPane")});
+    // A bundle whose plugin is not a library at all, and a folder that is no bundle.
+    corvex::test::writeFile(folder.path() + QStringLiteral("/Corrupt.preferencePane/Contents/Info.plist"),
+                            R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
+<key>CFBundleExecutable</key><string>libCorrupt.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
+</dict></plist>)");
+    corvex::test::writeFile(folder.path() + QStringLiteral("/Corrupt.preferencePane/Contents/libCorrupt.so"),
+                            "not a library");
+    QDir().mkpath(folder.path() + QStringLiteral("/Empty.preferencePane"));
+
+    StderrCapture capture;
+    SS_PrefsController controller(folder.path());
+    capture.restore();
+    QStringList loaded = controller.loadedPanes();
+    loaded.sort();
+    EXPECT_EQ(loaded, (QStringList{QStringLiteral("Alpha"), QStringLiteral("Beta")}));
+    EXPECT_EQ(controller.panesOrder(), (QStringList{QStringLiteral("Alpha"), QStringLiteral("Beta")}));
+    EXPECT_EQ(controller.bundleExtension(), QStringLiteral("preferencePane"));
+    EXPECT_EQ(controller.searchPath(), folder.path());
+    // Without debug the refusals are silent.
+    EXPECT_FALSE(capture.text().contains(QStringLiteral("PREFERENCES DEBUG")));
+}
+
+TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
+{
+    QTemporaryDir corrupt;
+    corvex::test::writeFile(corrupt.path() + QStringLiteral("/Contents/Info.plist"),
+                            R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
+<key>CFBundleExecutable</key><string>lib.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
+</dict></plist>)");
+    corvex::test::writeFile(corrupt.path() + QStringLiteral("/Contents/lib.so"), "not a library");
+    QTemporaryDir empty;
+    const QString suffix = QStringLiteral(".preferencePane");
+    struct Case
+    {
+        QString path;
+        bool loads;
+        QString message;
+    };
+    const Case cases[] = {
+        {kBundles + QStringLiteral("/TestPanes") + suffix, true,
+         QStringLiteral("Did not load a pane of bundle: %1 because it does not conform")},
+        {kBundles + QStringLiteral("/DuplicateClass") + suffix, false,
+         QStringLiteral("Did not load bundle: %1 because its Principal Class was already used in another "
+                        "Preference pane.")},
+        {kBundles + QStringLiteral("/NoPrincipalClass") + suffix, false,
+         QStringLiteral("Could not obtain name of Principal Class for bundle: %1")},
+        {kBundles + QStringLiteral("/NotAPane") + suffix, false,
+         QStringLiteral(
+             "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
+             "or does not conform to the PreferencePane Protocol.")},
+        {corrupt.path(), false,
+         QStringLiteral(
+             "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
+             "or does not conform to the PreferencePane Protocol.")},
+        {empty.path(), false, QStringLiteral("Could not initialize bundle: %1")},
+    };
+    for (const Case &c : cases) {
+        QStringList messages;
+        QList<QObject *> panes;
+        EXPECT_EQ(
+            PreferencePaneBundle::activatePane(c.path, &panes, [&](const QString &m) { messages.append(m); }),
+            c.loads)
+            << qPrintable(c.path);
+        ASSERT_FALSE(messages.isEmpty()) << qPrintable(c.path);
+        EXPECT_TRUE(messages.first().startsWith(c.message.arg(c.path))) << qPrintable(messages.first());
+        EXPECT_EQ(panes.size(), c.loads ? 2 : 0);
+    }
+    // The same bundle again is no duplicate of itself.
+    QList<QObject *> again;
+    EXPECT_TRUE(PreferencePaneBundle::activatePane(cases[0].path, &again, [](const QString &) {}));
+    EXPECT_EQ(again.size(), 2);
+}
+
+TEST_F(PrefsControllerTest, PanesOrderKeepsOnlyLoadedPanesAndReportsTheRest)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    controller.setDebug(true);
+    StderrCapture capture;
+    controller.setPanesOrder({QStringLiteral("Beta"), QStringLiteral("Gamma"), QStringLiteral("Alpha")});
+    capture.restore();
+    EXPECT_EQ(controller.panesOrder(), (QStringList{QStringLiteral("Beta"), QStringLiteral("Alpha")}));
+    EXPECT_TRUE(capture.text().contains(QStringLiteral(
+        "[--- PREFERENCES DEBUG MESSAGE ---]\rDid not add preference pane \"Gamma\" to the toolbar "
+        "ordering array, because that pane does not exist.\r\r")));
+}
+
+TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneAndRemembersTheChoice)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    controller.setPanesOrder({QStringLiteral("Beta"), QStringLiteral("Alpha")});
+    controller.showPreferencesWindow();
+    ASSERT_NE(controller.preferencesWindow(), nullptr);
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+    EXPECT_EQ(UserDefaults::standardUserDefaults().stringForKey(lastPaneKey()), QStringLiteral("Beta"));
+    EXPECT_EQ(controller.preferencesWindow()->windowTitle(), QStringLiteral("Beta Label"));
+    EXPECT_EQ(controller.currentPane()->paneName(), QStringLiteral("Beta"));
+
+    ASSERT_TRUE(controller.loadPreferencePaneNamed(QStringLiteral("Alpha")));
+    controller.destroyPreferencesWindow();
+    EXPECT_EQ(controller.preferencesWindow(), nullptr);
+    controller.showPreferencesWindow();
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+}
+
+TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    struct Case
+    {
+        QString stored;
+        QString shown;
+    };
+    for (const Case &c : {Case{QStringLiteral("Gone"), QStringLiteral("Alpha")},
+                          Case{QStringLiteral("Beta"), QStringLiteral("Beta")},
+                          Case{QStringLiteral("Alpha"), QStringLiteral("Alpha")}}) {
+        UserDefaults::standardUserDefaults().setObject(c.stored, lastPaneKey());
+        SS_PrefsController controller(folder.path());
+        controller.createPreferencesWindowAndDisplay(false);
+        EXPECT_EQ(controller.currentPaneName(), c.shown) << qPrintable(c.stored);
+        EXPECT_FALSE(controller.preferencesWindow()->isVisible());
+    }
+}
+
+TEST_F(PrefsControllerTest, SwitchingKeepsTheTopEdgeAndSizesTheWindowToThePane)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    controller.showPreferencesWindow();
+    QMainWindow *window = controller.preferencesWindow();
+    ASSERT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+    const int top = window->geometry().top();
+    const int toolbar = controller.preferencesToolbar()->sizeHint().height();
+    EXPECT_EQ(window->height(), 380 + toolbar);
+    // Alpha allows no resizing; Beta grows only in height.
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
+
+    ASSERT_TRUE(controller.loadPrefsPaneNamed(QStringLiteral("Beta"), true));
+    EXPECT_EQ(window->geometry().top(), top);
+    EXPECT_EQ(window->height(), 140 + toolbar);
+    EXPECT_EQ(window->minimumHeight(), 140 + toolbar);
+    EXPECT_EQ(window->maximumHeight(), QWIDGETSIZE_MAX);
+    EXPECT_EQ(window->maximumWidth(), window->minimumWidth());
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Beta Label"));
+    EXPECT_EQ(viewOf(controller, QStringLiteral("Alpha")), nullptr); // the old view left the window
+}
+
+TEST_F(PrefsControllerTest, ToolbarClicksAndKeysSwitchPanesButNotToTheOneShown)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    controller.showPreferencesWindow();
+    QToolBar *toolbar = controller.preferencesToolbar();
+    ASSERT_NE(toolbar, nullptr);
+    EXPECT_FALSE(toolbar->isMovable());
+    EXPECT_EQ(toolbar->objectName(), QStringLiteral("com.ostrel.Corvex_Preferences_Toolbar_Identifier"));
+    ASSERT_EQ(toolbar->actions().size(), 2);
+    QAction *alpha = toolbar->actions().at(0);
+    EXPECT_EQ(alpha->text(), QStringLiteral("Alpha Label"));
+    EXPECT_EQ(alpha->toolTip(), QStringLiteral("Alpha tip"));
+    EXPECT_TRUE(alpha->isChecked());
+
+    QWidget *alphaView = viewOf(controller, QStringLiteral("Alpha"));
+    ASSERT_NE(alphaView, nullptr);
+    const int loads = alphaView->property("didLoad").toInt();
+    alpha->trigger();
+    EXPECT_EQ(alphaView->property("didLoad").toInt(), loads);
+    EXPECT_EQ(alphaView->property("willUnload").toInt(), 0);
+
+    QSignalSpy shown(&controller, &SS_PrefsController::paneShown);
+    // Window shortcuts reach the active window only.
+    controller.preferencesWindow()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(controller.preferencesWindow()));
+    QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageDown, Qt::ControlModifier);
+    ASSERT_EQ(shown.size(), 1);
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+    EXPECT_EQ(alphaView->property("willUnload").toInt(), 1);
+    EXPECT_TRUE(toolbar->actions().at(1)->isChecked());
+    QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageUp, Qt::ControlModifier);
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+}
+
+TEST_F(PrefsControllerTest, EscapeAndCtrlWHideTheWindowAndSayItClosed)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    QSignalSpy closed(&controller, &SS_PrefsController::windowClosed);
+    for (const QKeySequence &keys : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)}) {
+        controller.showPreferencesWindow();
+        QMainWindow *window = controller.preferencesWindow();
+        ASSERT_TRUE(window->isVisible());
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::keySequence(window, keys);
+        EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); })) << qPrintable(keys.toString());
+        EXPECT_EQ(controller.preferencesWindow(), window); // kept for the next display
+    }
+    EXPECT_TRUE(waitUntil([&] { return closed.size() == 2; }));
+}
+
+TEST_F(PrefsControllerTest, SinglePaneHasNoToolbarUnlessAlwaysShown)
+{
+    PaneFolder folder({QStringLiteral("Solo")});
+    for (const bool always : {false, true}) {
+        SS_PrefsController controller(folder.path());
+        controller.setAlwaysShowsToolbar(always);
+        controller.showPreferencesWindow();
+        ASSERT_EQ(controller.currentPaneName(), QStringLiteral("Solo"));
+        EXPECT_EQ(controller.preferencesToolbar()->isVisibleTo(controller.preferencesWindow()), always);
+        EXPECT_EQ(controller.preferencesWindow()->windowTitle(),
+                  always ? QStringLiteral("Solo Label") : QStringLiteral("Preferences"));
+        EXPECT_EQ(controller.preferencesWindow()->height(),
+                  200 + (always ? controller.preferencesToolbar()->sizeHint().height() : 0));
+    }
+}
+
+TEST_F(PrefsControllerTest, UnknownPanesAndAMissingWindowFail)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(QStringLiteral("Alpha"), true)); // no window yet
+    EXPECT_FALSE(controller.showPane(QStringLiteral("Nothing")));
+    EXPECT_EQ(controller.preferencesWindow(), nullptr);
+    EXPECT_TRUE(controller.showPane(QStringLiteral("Beta")));
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(QStringLiteral("Nothing"), true));
+    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+}
+
+TEST_F(PrefsControllerTest, NoPaneAtAllShowsTheAlertAndNoWindow)
+{
+    QTemporaryDir empty;
+    SS_PrefsController controller(empty.path());
+    QString informative;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [&] {
+        if (auto *alert = qobject_cast<QZAlert *>(QApplication::activeModalWidget())) {
+            informative = alert->informativeText();
+            alert->buttons().first()->click();
+        }
+    });
+    answer.start(20);
+    controller.showPreferencesWindow();
+    answer.stop();
+    EXPECT_EQ(informative, QStringLiteral("Preferences are not available for Corvex."));
+    EXPECT_EQ(controller.preferencesWindow(), nullptr);
+    EXPECT_TRUE(controller.loadedPanes().isEmpty());
+}
+
+TEST_F(PrefsControllerTest, CheckNowActionFollowsItsHandler)
+{
+    PaneFolder folder({QStringLiteral("TestPanes")});
+    SS_PrefsController controller(folder.path());
+    controller.showPreferencesWindow();
+    auto *action =
+        controller.preferencesWindow()->findChild<QAction *>(QStringLiteral("checkForUpdatesAction"));
+    ASSERT_NE(action, nullptr);
+    EXPECT_FALSE(action->isEnabled());
+    int checks = 0;
+    controller.setCheckForUpdatesHandler([&] { ++checks; });
+    EXPECT_TRUE(action->isEnabled());
+    action->trigger();
+    EXPECT_EQ(checks, 1);
+}
+
+} // namespace
