@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "TestSupport.h"
+
+#include "app/TransparentBox.h"
+#include "app/WelcomeWindowController.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QImage>
+#include <QLabel>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBrowser>
+
+namespace {
+
+// The welcome document as the build puts it into the bundle.
+QString bundledDocument()
+{
+    return QStringLiteral(CORVEX_BUNDLE_DIR "/Contents/Resources/Welcome.rtfd");
+}
+
+// Records the web addresses the desktop is asked to open.
+class LinkRecorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    LinkRecorder() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "record"); }
+    ~LinkRecorder() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+    QList<QUrl> urls;
+
+public Q_SLOTS:
+    void record(const QUrl &url) { urls.append(url); }
+};
+
+} // namespace
+
+TEST(WelcomeWindowControllerTest, ShowsTheBundledDocument)
+{
+    EXPECT_EQ(WelcomeWindowController::welcomeDocumentPath(), bundledDocument());
+    WelcomeWindowController controller;
+    QDialog *window = controller.window();
+    EXPECT_EQ(window->objectName(), QStringLiteral("WelcomeWindow"));
+    ASSERT_TRUE(controller.documentLoaded());
+    QTextBrowser *view = controller.welcomeTextView();
+    EXPECT_TRUE(view->toPlainText().contains(QStringLiteral("How a screenshot reaches Corvex")));
+    EXPECT_EQ(view->document()->documentMargin(), 20);
+    EXPECT_TRUE(controller.tagLine()->font().bold());
+    EXPECT_EQ(controller.tagLine()->font().pointSize(), 16);
+    // No backgrounds between the document and the translucent box.
+    EXPECT_FALSE(view->viewport()->autoFillBackground());
+    EXPECT_EQ(view->palette().color(QPalette::Base).alpha(), 0);
+    EXPECT_EQ(view->parentWidget(), controller.box());
+}
+
+TEST(WelcomeWindowControllerTest, UnreadableDocumentShowsTheErrorText)
+{
+    QTemporaryDir dir;
+    const QString empty = dir.filePath("Empty.rtfd");
+    corvex::test::writeFile(empty + "/index.html", "  \n");
+    const QString unreadable = dir.filePath("Unreadable.rtfd");
+    QDir().mkpath(unreadable + "/index.html"); // a folder where the page should be
+    for (const QString &path : {dir.filePath("Missing.rtfd"), empty, unreadable}) {
+        WelcomeWindowController controller(path);
+        controller.window();
+        EXPECT_FALSE(controller.documentLoaded()) << qPrintable(path);
+        EXPECT_EQ(controller.welcomeTextView()->toPlainText(), QStringLiteral("error reading rtfd"));
+    }
+}
+
+TEST(WelcomeWindowControllerTest, ShowWelcomeCentresActivatesAndReleasesOnClose)
+{
+    QPointer<WelcomeWindowController> controller = WelcomeWindowController::showWelcome();
+    ASSERT_TRUE(controller);
+    QDialog *window = controller->window();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    QTRY_VERIFY(window->isActiveWindow());
+    const QPoint screenCentre = window->screen()->availableGeometry().center();
+    EXPECT_LE((window->frameGeometry().center() - screenCentre).manhattanLength(), 2);
+    // A second request brings the same window forward.
+    EXPECT_EQ(WelcomeWindowController::showWelcome(), controller.data());
+
+    QSignalSpy willClose(controller.data(), &WelcomeWindowController::windowWillClose);
+    window->close();
+    QTRY_VERIFY(!controller);
+    EXPECT_EQ(willClose.count(), 1);
+    // The next request builds a fresh window.
+    QPointer<WelcomeWindowController> next = WelcomeWindowController::showWelcome();
+    ASSERT_TRUE(next);
+    QTest::keyClick(next->window(), Qt::Key_Escape);
+    QTRY_VERIFY(!next);
+}
+
+TEST(WelcomeWindowControllerTest, HeldControllerReportsEveryWayOfClosing)
+{
+    WelcomeWindowController controller(bundledDocument());
+    QSignalSpy willClose(&controller, &WelcomeWindowController::windowWillClose);
+    const std::function<void(QDialog *)> ways[] = {
+        [](QDialog *w) { w->close(); },
+        [](QDialog *w) { QTest::keyClick(w, Qt::Key_Escape); },
+        [&](QDialog *w) { w->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Close)->click(); },
+    };
+    int expected = 0;
+    for (const auto &close : ways) {
+        controller.showWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.window()));
+        close(controller.window());
+        QTRY_VERIFY(!controller.window()->isVisible());
+        EXPECT_EQ(willClose.count(), ++expected);
+    }
+    // Held controllers are not released by closing.
+    EXPECT_NE(controller.windowIfLoaded(), nullptr);
+}
+
+TEST(WelcomeWindowControllerTest, LinksOpenInTheBrowser)
+{
+    LinkRecorder browser;
+    WelcomeWindowController controller(bundledDocument());
+    controller.showWindow();
+    QTextBrowser *view = controller.welcomeTextView();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.window()));
+    view->setFocus();
+    // Tab reaches the first link, Return follows it.
+    QTest::keyClick(view, Qt::Key_Tab);
+    QTRY_VERIFY(view->textCursor().hasSelection());
+    QTest::keyClick(view, Qt::Key_Return);
+    QTRY_COMPARE(browser.urls.size(), 1);
+    EXPECT_EQ(browser.urls.first().host(), QStringLiteral("www.gnu.org"));
+}
+
+TEST(WelcomeWindowControllerTest, TransparentBoxIsTranslucentWhiteWithAFrame)
+{
+    QWidget background;
+    background.setAutoFillBackground(true);
+    QPalette palette = background.palette();
+    palette.setColor(QPalette::Window, Qt::black);
+    palette.setColor(QPalette::Shadow, QColor(10, 200, 30));
+    background.setPalette(palette);
+    background.resize(60, 40);
+    auto *box = new TransparentBox(&background);
+    box->setGeometry(10, 10, 40, 20);
+    EXPECT_FALSE(box->isOpaque());
+
+    QImage image(background.size(), QImage::Format_RGB32);
+    image.fill(Qt::red);
+    background.render(&image);
+    EXPECT_EQ(image.pixelColor(5, 5), QColor(Qt::black));       // outside the box
+    EXPECT_EQ(image.pixelColor(10, 10), QColor(10, 200, 30));   // the frame's corner
+    EXPECT_EQ(image.pixelColor(49, 29), QColor(10, 200, 30));   // the opposite corner
+    EXPECT_EQ(image.pixelColor(30, 10), QColor(10, 200, 30));   // the top edge
+    EXPECT_EQ(image.pixelColor(11, 20), QColor(204, 204, 204)); // inside: 80 % white over black
+    EXPECT_EQ(image.pixelColor(30, 20), QColor(204, 204, 204));
+    EXPECT_EQ(image.pixelColor(50, 20),
+              QColor(Qt::black)); // just past the right edge
+}
+
+#include "WelcomeWindowControllerTest.moc"
