@@ -1,0 +1,391 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "utilities/PFMoveApplication.h"
+#include "TestSupport.h"
+#include "utilities/PFMoveApplicationEnvironment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+namespace {
+
+using corvex::test::writeFile;
+
+QString infoPlist(const QString &version)
+{
+    return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+                          "<key>CFBundleIdentifier</key><string>com.ostrel.Corvex</string>"
+                          "<key>CFBundleExecutable</key><string>Corvex</string>"
+                          "<key>CFBundleVersion</key><string>%1</string></dict></plist>\n")
+        .arg(version);
+}
+
+// A bundle whose program records that it ran in <bundle>/../ran-<name>.
+QString makeBundle(const QString &path, const QString &version)
+{
+    writeFile(path + QStringLiteral("/Contents/Info.plist"), infoPlist(version).toUtf8());
+    const QString program = writeFile(path + QStringLiteral("/Contents/MacOS/Corvex"),
+                                      "#!/bin/sh\ntouch \"$(dirname \"$0\")/../../../ran\"\n");
+    QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
+    writeFile(path + QStringLiteral("/Contents/Resources/desktop/com.ostrel.Corvex.desktop.in"),
+              "[Desktop Entry]\nType=Application\nName=Corvex\nIcon=com.ostrel.Corvex\n"
+              "Exec=\"@CORVEX_BUNDLE_PATH@/Contents/MacOS/Corvex\" %u\n");
+    return path;
+}
+
+QString makeScript(const QString &path, const QByteArray &body)
+{
+    writeFile(path, "#!/bin/sh\n" + body);
+    QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
+    return path;
+}
+
+struct Started
+{
+    QString program;
+    QStringList arguments;
+};
+
+class PFMoveApplicationTest : public ::testing::Test
+{
+public:
+    void SetUp() override
+    {
+        // A test that runs several cases calls this again for each: everything starts afresh.
+        static int run = 0;
+        mRoot = QFileInfo(corvex::test::home()).canonicalFilePath() + QStringLiteral("/move-%1").arg(++run);
+        suppressed = false;
+        answer = {};
+        alerts.clear();
+        failureAlerts.clear();
+        running.clear();
+        started.clear();
+        agentQuits = otherQuits = 0;
+        exits.clear();
+        log.clear();
+        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/Downloads")));
+        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/local")));
+        mSource = makeBundle(mRoot + QStringLiteral("/Downloads/Corvex.app"), QStringLiteral("2.0.5"));
+
+        env = PFMoveApplicationEnvironment::systemEnvironment();
+        env.bundlePath = mSource;
+        env.userApplicationsDirectory = mRoot + QStringLiteral("/home/Applications");
+        env.localApplicationsDirectories = {mRoot + QStringLiteral("/local")};
+        env.otherApplicationsDirectories = {};
+        env.downloadsDirectories = {mRoot + QStringLiteral("/Downloads")};
+        env.diskImageMountRoots = {mRoot + QStringLiteral("/media/")};
+        env.launcherDirectory = mRoot + QStringLiteral("/launchers");
+        env.autostartDirectory = mRoot + QStringLiteral("/autostart");
+        env.privilegeProgram = mRoot + QStringLiteral("/no-pkexec");
+        env.processId = 999999;
+        env.isAlertSuppressed = [this] { return suppressed; };
+        env.suppressAlert = [this] { suppressed = true; };
+        env.runAlert = [this](const PFMoveApplicationAlertRequest &request) {
+            alerts.append(request);
+            return answer;
+        };
+        env.runFailureAlert = [this](const QString &title) { failureAlerts.append(title); };
+        env.runningApplications = [this] { return running; };
+        env.startDetached = [this](const QString &program, const QStringList &arguments) {
+            started.append({program, arguments});
+            return true;
+        };
+        env.quitCorvexAgent = [this] { ++agentQuits; };
+        env.quitOtherCorvexs = [this] { ++otherQuits; };
+        env.exitProcess = [this](int status) { exits.append(status); };
+        env.log = [this](const QString &line) { log.append(line); };
+    }
+
+    QString homeApps() const { return env.userApplicationsDirectory; }
+    QString local() const { return env.localApplicationsDirectories.last(); }
+    void putAppIntoHomeApplications()
+    {
+        ASSERT_TRUE(QDir().mkpath(homeApps() + QStringLiteral("/Other.app")));
+    }
+    bool moved(const QString &destination) const
+    {
+        return exits == QList<int>{0} &&
+               QFileInfo::exists(destination + QStringLiteral("/Contents/Info.plist"));
+    }
+
+    PFMoveApplicationEnvironment env;
+    QString mRoot;
+    QString mSource;
+    bool suppressed = false;
+    PFMoveApplicationAlertAnswer answer;
+    QList<PFMoveApplicationAlertRequest> alerts;
+    QStringList failureAlerts;
+    QList<RunningApplication> running;
+    QList<Started> started;
+    int agentQuits = 0;
+    int otherQuits = 0;
+    QList<int> exits;
+    QStringList log;
+};
+
+TEST_F(PFMoveApplicationTest, NeverAsksWhenSuppressedOrAlreadyInAnApplicationsFolder)
+{
+    struct Case
+    {
+        const char *name;
+        std::function<void(PFMoveApplicationTest &)> arrange;
+    };
+    const Case cases[] = {
+        {"suppressed", [](PFMoveApplicationTest &t) { t.suppressed = true; }},
+        {"in ~/Applications",
+         [](PFMoveApplicationTest &t) {
+             t.env.bundlePath = makeBundle(t.homeApps() + QStringLiteral("/Corvex.app"), QStringLiteral("1"));
+         }},
+        {"in a subfolder of the local folder",
+         [](PFMoveApplicationTest &t) {
+             t.env.bundlePath =
+                 makeBundle(t.local() + QStringLiteral("/Utilities/Corvex.app"), QStringLiteral("1"));
+         }},
+        {"a component named Applications",
+         [](PFMoveApplicationTest &t) {
+             t.env.bundlePath = makeBundle(t.mRoot + QStringLiteral("/x/Applications/Tools/Corvex.app"),
+                                           QStringLiteral("1"));
+         }},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        SetUp();
+        c.arrange(*this);
+        PFMoveToApplicationsFolderIfNecessary(env);
+        EXPECT_TRUE(alerts.isEmpty());
+        EXPECT_TRUE(exits.isEmpty());
+        EXPECT_TRUE(QFileInfo::exists(env.bundlePath));
+    }
+}
+
+TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
+{
+    const QString body = QStringLiteral("I can move myself to the Applications folder if you'd like.");
+    const QString password = body + QStringLiteral(" Note that this will require an administrator password.");
+    const QString downloads = body + QStringLiteral(" This will keep your Downloads folder uncluttered.");
+    const QString system = QStringLiteral("Move to Applications folder?");
+    const QString home = QStringLiteral("Move to Applications folder in your Home folder?");
+    struct Case
+    {
+        const char *name;
+        bool appInHome;    // ~/Applications holds an application
+        bool emptyHome;    // ~/Applications exists but holds none
+        bool localMissing; // the local folder cannot be written (it does not exist)
+        bool fromDownloads;
+        QString title, text;
+    };
+    const Case cases[] = {
+        {"home target from Downloads", true, false, false, true, home, downloads},
+        {"home target elsewhere", true, false, false, false, home, body},
+        {"empty ~/Applications: system target", false, true, false, true, system, downloads},
+        {"no ~/Applications: system target", false, false, false, false, system, body},
+        {"password needed: no downloads note", false, false, true, true, system, password},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        SetUp();
+        if (c.appInHome)
+            putAppIntoHomeApplications();
+        if (c.emptyHome) {
+            ASSERT_TRUE(QDir().mkpath(homeApps()));
+        }
+        if (c.localMissing)
+            env.localApplicationsDirectories = {mRoot + QStringLiteral("/missing/Applications")};
+        if (!c.fromDownloads)
+            env.downloadsDirectories = {mRoot + QStringLiteral("/elsewhere")};
+        PFMoveToApplicationsFolderIfNecessary(env);
+        ASSERT_EQ(alerts.size(), 1);
+        EXPECT_EQ(alerts[0].title, c.title);
+        EXPECT_EQ(alerts[0].informativeText, c.text);
+        EXPECT_TRUE(alerts[0].showsSuppressionButton);
+        EXPECT_TRUE(exits.isEmpty()); // "Do Not Move"
+        EXPECT_EQ(agentQuits, 0);
+    }
+}
+
+TEST_F(PFMoveApplicationTest, DoNotMoveSuppressesOnlyWhenTheBoxIsTicked)
+{
+    for (const bool ticked : {false, true}) {
+        SetUp();
+        answer = {false, ticked};
+        PFMoveToApplicationsFolderIfNecessary(env);
+        EXPECT_EQ(suppressed, ticked);
+        PFMoveToApplicationsFolderIfNecessary(env);
+        EXPECT_EQ(alerts.size(), ticked ? 1 : 2) << "asks again at the next launch unless suppressed";
+    }
+}
+
+TEST_F(PFMoveApplicationTest, MovesIntoHomeApplicationsRetargetsEntriesAndRelaunchesAfterExit)
+{
+    putAppIntoHomeApplications();
+    const QString agent = QStringLiteral("/Contents/Helpers/CorvexAgent.app/Contents/MacOS/CorvexAgent");
+    writeFile(
+        env.autostartDirectory + QStringLiteral("/com.ostrel.CorvexAgent.desktop"),
+        ("[Desktop Entry]\nType=Application\nName=CorvexAgent\nExec=" + mSource + agent + "\n").toUtf8());
+    writeFile(env.autostartDirectory + QStringLiteral("/other.desktop"),
+              "[Desktop Entry]\nExec=/usr/bin/other\n");
+    answer.move = true;
+
+    PFMoveToApplicationsFolderIfNecessary(env);
+
+    const QString destination = homeApps() + QStringLiteral("/Corvex.app");
+    ASSERT_TRUE(moved(destination));
+    EXPECT_EQ(log, QStringList{QStringLiteral("INFO -- Moving myself to the Applications folder")});
+    EXPECT_EQ(agentQuits, 1);
+    EXPECT_FALSE(QFileInfo::exists(mSource)) << "the old copy goes to the Trash";
+    const QString trashed = QDir::home().filePath(QStringLiteral(".local/share/Trash/files"));
+    EXPECT_FALSE(QDir(trashed).entryList({QStringLiteral("Corvex*.app")}, QDir::Dirs).isEmpty());
+
+    QFile autostart(env.autostartDirectory + QStringLiteral("/com.ostrel.CorvexAgent.desktop"));
+    ASSERT_TRUE(autostart.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(autostart.readAll().contains(("Exec=" + destination + agent).toUtf8()));
+    QFile launcher(env.launcherDirectory + QStringLiteral("/com.ostrel.Corvex.desktop"));
+    ASSERT_TRUE(launcher.open(QIODevice::ReadOnly)) << "a launcher made from the bundle's template";
+    const QByteArray launcherText = launcher.readAll();
+    EXPECT_TRUE(launcherText.contains(("Exec=\"" + destination + "/Contents/MacOS/Corvex\" %u").toUtf8()));
+    EXPECT_TRUE(
+        launcherText.contains(QByteArray("Icon=" + destination.toUtf8() + "/Contents/Resources/icons/")));
+
+    // The relaunch waits for this process (here a stand-in) to end, then starts the moved copy.
+    ASSERT_EQ(started.size(), 1);
+    ASSERT_EQ(started[0].arguments.size(), 2);
+    QProcess stillRunning;
+    stillRunning.start(QStringLiteral("sleep"), {QStringLiteral("60")});
+    ASSERT_TRUE(stillRunning.waitForStarted());
+    QString command = started[0].arguments[1];
+    EXPECT_TRUE(command.contains(QStringLiteral("ps -p 999999 ")));
+    command.replace(QStringLiteral("999999"), QString::number(stillRunning.processId()));
+    ASSERT_EQ(QProcess::execute(started[0].program, {started[0].arguments[0], command}), 0);
+    const QString ran = homeApps() + QStringLiteral("/ran");
+    EXPECT_FALSE(QFileInfo::exists(ran));
+    stillRunning.kill();
+    stillRunning.waitForFinished();
+    EXPECT_TRUE(corvex::test::waitUntil([&] { return QFileInfo::exists(ran); }));
+}
+
+TEST_F(PFMoveApplicationTest, RunningCopyInTheTargetIsSwitchedToUnlessThisOneIsNewer)
+{
+    struct Case
+    {
+        const char *own, *runningVersion;
+        bool switches;
+    };
+    const Case cases[] = {{"2.0.5", "2.0.5", true}, {"2.0.5", "2.1", true}, {"2.1", "2.0.5", false}};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(std::string(c.own) + " vs running " + c.runningVersion);
+        SetUp();
+        makeBundle(mSource, QString::fromLatin1(c.own));
+        putAppIntoHomeApplications();
+        const QString destination = makeBundle(homeApps() + QStringLiteral("/Corvex.app"), c.runningVersion);
+        running = {{4242, destination, destination + QStringLiteral("/Contents/MacOS/Corvex"),
+                    QStringLiteral("com.ostrel.Corvex")}};
+        answer.move = true;
+        PFMoveToApplicationsFolderIfNecessary(env);
+        EXPECT_EQ(exits, QList<int>{0});
+        if (c.switches) {
+            EXPECT_TRUE(log.contains(QStringLiteral("INFO -- Switching to an already running version")));
+            ASSERT_EQ(started.size(), 1);
+            EXPECT_EQ(started[0].program, destination + QStringLiteral("/Contents/MacOS/Corvex"));
+            EXPECT_EQ(otherQuits, 0);
+            EXPECT_TRUE(QFileInfo::exists(mSource)) << "nothing moved";
+        } else {
+            EXPECT_EQ(otherQuits, 1);
+            EXPECT_TRUE(
+                QFile(destination + QStringLiteral("/Contents/Info.plist")).open(QIODevice::ReadOnly));
+            QFile info(destination + QStringLiteral("/Contents/Info.plist"));
+            ASSERT_TRUE(info.open(QIODevice::ReadOnly));
+            EXPECT_TRUE(info.readAll().contains("<string>2.1</string>")) << "replaced by this copy";
+        }
+    }
+}
+
+TEST_F(PFMoveApplicationTest, FailuresLeaveTheOldCopyAndSayWhy)
+{
+    putAppIntoHomeApplications();
+    QString destination = homeApps() + QStringLiteral("/Corvex.app");
+    answer.move = true;
+
+    // The copy in the way cannot be trashed.
+    makeBundle(destination, QStringLiteral("1.0"));
+    env.moveToTrash = [](const QString &) { return false; };
+    PFMoveToApplicationsFolderIfNecessary(env);
+    EXPECT_EQ(log.last(), QStringLiteral("ERROR -- Could not trash '%1'").arg(destination));
+    EXPECT_EQ(failureAlerts, QStringList{QStringLiteral("Could not move to Applications folder")});
+    EXPECT_TRUE(exits.isEmpty());
+
+    // The copy fails: a file stays where the bundle should go.
+    SetUp();
+    putAppIntoHomeApplications();
+    destination = homeApps() + QStringLiteral("/Corvex.app");
+    writeFile(destination, "not a bundle");
+    env.moveToTrash = [](const QString &) { return true; };
+    answer.move = true;
+    PFMoveToApplicationsFolderIfNecessary(env);
+    ASSERT_EQ(log.size(), 3);
+    EXPECT_TRUE(log[1].startsWith(
+        QStringLiteral("ERROR -- Could not copy '%1' to '%2' (").arg(mSource, destination)));
+    EXPECT_EQ(log[2], QStringLiteral("ERROR -- Could not copy myself to %1").arg(destination));
+    EXPECT_EQ(failureAlerts.size(), 1);
+    EXPECT_TRUE(exits.isEmpty());
+    EXPECT_TRUE(QFileInfo::exists(mSource + QStringLiteral("/Contents/MacOS/Corvex")));
+    EXPECT_TRUE(QFileInfo(destination).isFile()) << "what stood in the way is left alone";
+
+    // The old copy cannot be trashed after the move: a warning, and the move goes on.
+    SetUp();
+    putAppIntoHomeApplications();
+    destination = homeApps() + QStringLiteral("/Corvex.app");
+    env.moveToTrash = [](const QString &) { return false; };
+    answer.move = true;
+    PFMoveToApplicationsFolderIfNecessary(env);
+    EXPECT_TRUE(moved(destination));
+    EXPECT_EQ(
+        log.last(),
+        QStringLiteral("WARNING -- Could not delete application after moving it to Applications folder"));
+    EXPECT_TRUE(failureAlerts.isEmpty());
+}
+
+TEST_F(PFMoveApplicationTest, PrivilegedCopyThroughPkexec)
+{
+    struct Case
+    {
+        const char *name;
+        QByteArray script; // the pkexec stand-in; empty: there is none
+        bool copies;
+        const char *logLine;
+        bool failureAlert;
+    };
+    const char *authorizationError = "ERROR -- Could not copy myself to /Applications with authorization";
+    const Case cases[] = {
+        {"authorised", "exec \"$@\"\n", true, nullptr, false},
+        {"dialog dismissed", "exit 126\n", false, "INFO -- Not moving because user canceled authorization",
+         false},
+        {"not authorised", "exit 127\n", false, "INFO -- Not moving because user canceled authorization",
+         false},
+        {"copy failed", "exit 1\n", false, authorizationError, true},
+        {"no pkexec", "", false, authorizationError, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        SetUp();
+        // A folder that does not exist yet cannot be written without administrator rights.
+        const QString target = mRoot + QStringLiteral("/system/Applications");
+        env.localApplicationsDirectories = {target};
+        if (!c.script.isEmpty())
+            env.privilegeProgram = makeScript(mRoot + QStringLiteral("/pkexec"), c.script);
+        answer.move = true;
+        PFMoveToApplicationsFolderIfNecessary(env);
+        ASSERT_EQ(alerts.size(), 1);
+        EXPECT_TRUE(alerts[0].informativeText.endsWith(QStringLiteral("administrator password.")));
+        EXPECT_EQ(moved(target + QStringLiteral("/Corvex.app")), c.copies);
+        if (c.logLine) {
+            EXPECT_EQ(log.last(), QString::fromLatin1(c.logLine));
+        }
+        EXPECT_EQ(failureAlerts.size(), c.failureAlert ? 1 : 0);
+        EXPECT_EQ(QFileInfo::exists(mSource), !c.copies);
+    }
+}
+
+} // namespace
