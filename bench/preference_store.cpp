@@ -5,7 +5,7 @@
 // Corvex's own (30 keys): a cached read, a synchronisation with nothing new, one with another process's
 // change to adopt, and a write (temporary file, flush, rename under the lock). FOLDER defaults to a temporary
 // folder; give one on the disk you care about, since the write's flush depends on it.
-#include "PreferenceStore.h"
+#include "platform/PreferenceStore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -3,7 +3,7 @@
 //
 // bench_psnr REFERENCE IMAGE: prints the peak signal-to-noise ratio of IMAGE against REFERENCE in decibels
 // (RGB over white, 99 for identical pixels). Both are read with Corvex's own readers (page 1 of a PDF).
-#include "ImageIOSource.h"
+#include "core/ImageIOSource.h"
 
 #include <QGuiApplication>
 #include <QPainter>

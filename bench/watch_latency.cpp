@@ -4,8 +4,8 @@
 // bench_watch_latency [RENAMES]: how long a rename of a watched file takes to reach an observer of the shared
 // watcher (median and 99th percentile), then a burst of 10,000 writes over 1,000 watched files, three times,
 // with the resident memory before and after each burst.
-#include "NotificationCenter.h"
-#include "UKKQueue.h"
+#include "watching/NotificationCenter.h"
+#include "watching/UKKQueue.h"
 
 #include <QFile>
 #include <QTemporaryDir>

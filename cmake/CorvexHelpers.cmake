@@ -1,27 +1,25 @@
 # SPDX-FileCopyrightText: 2026 The Corvex developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# corvex_library(NAME DIR... [LINK libs...]): a static library of every source file found in the folders.
-# A folder without sources yet gives an interface library, so the tree builds while it grows.
-function(corvex_library name)
-  cmake_parse_arguments(ARG "" "" "DIRS;LINK;EXCLUDE" ${ARGN})
-  set(sources)
-  foreach(dir IN LISTS ARG_DIRS)
-    file(GLOB found CONFIGURE_DEPENDS "${dir}/*.cpp" "${dir}/*.h")
-    list(APPEND sources ${found})
-  endforeach()
+# corvex_layer(NAME FOLDER folder [EXCLUDE regex...] [LINK libs...]): a static library of the sources in
+# src/<folder>. Its headers are reached as "<folder>/Name.h" through an include root that holds only this folder,
+# so a library sees the headers of the layers it links and no others: an include that runs upwards does not build.
+function(corvex_layer name)
+  cmake_parse_arguments(ARG "" "FOLDER" "LINK;EXCLUDE" ${ARGN})
+  set(dir ${PROJECT_SOURCE_DIR}/src/${ARG_FOLDER})
+  file(GLOB sources CONFIGURE_DEPENDS "${dir}/*.cpp" "${dir}/*.h")
   foreach(ex IN LISTS ARG_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "${ex}")
   endforeach()
-  set(cpp ${sources})
-  list(FILTER cpp INCLUDE REGEX "\\.cpp$")
-  if(cpp)
-    add_library(${name} STATIC ${sources})
-    target_include_directories(${name} PUBLIC ${ARG_DIRS})
-    target_link_libraries(${name} PUBLIC ${ARG_LINK})
-  else()
-    add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${ARG_DIRS})
-    target_link_libraries(${name} INTERFACE ${ARG_LINK})
+  set(root ${CMAKE_BINARY_DIR}/include/${ARG_FOLDER})
+  file(MAKE_DIRECTORY ${root})
+  if(NOT EXISTS ${root}/${ARG_FOLDER})
+    file(CREATE_LINK ${dir} ${root}/${ARG_FOLDER} SYMBOLIC)
   endif()
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${root})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK})
+  # The common Qt and standard headers, precompiled once per library.
+  target_precompile_headers(${name} PRIVATE <QByteArray> <QDateTime> <QDir> <QFileInfo> <QHash> <QList> <QObject>
+                            <QString> <QStringList> <QVariant> <memory> <functional> <vector>)
 endfunction()

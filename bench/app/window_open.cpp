@@ -10,11 +10,11 @@
 //   bench_app_window_open [RUNS] [WIDTH HEIGHT]     (needs a session bus and a display, or
 //   QT_QPA_PLATFORM=offscreen)
 
-#include "CorvexWindowController.h"
-#include "DistributedNotificationCenter.h"
-#include "ImageView.h"
-#include "Notifications.h"
-#include "ScreenshotInfo.h"
+#include "app/CorvexWindowController.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "app/ImageView.h"
+#include "foundation/Notifications.h"
+#include "core/ScreenshotInfo.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

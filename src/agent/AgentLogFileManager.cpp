@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AgentLogFileManager.h"
+#include "agent/AgentLogFileManager.h"
 
-#include "DDLogFileInfo.h"
-#include "DistributedNotificationCenter.h"
-#include "Notifications.h"
+#include "logging/DDLogFileInfo.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "foundation/Notifications.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "DDLogFileManagerDefault.h"
+#include "logging/DDLogFileManagerDefault.h"
 
 // The files of the shared log that the agent keeps and the log window shows: the file in use is always
 // "Corvex log.txt" in $XDG_DATA_HOME/Corvex/Logs; when it is archived (by size, by age, or because it was

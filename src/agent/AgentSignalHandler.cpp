@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AgentSignalHandler.h"
+#include "agent/AgentSignalHandler.h"
 
 #include <QSocketNotifier>
 #include <csignal>

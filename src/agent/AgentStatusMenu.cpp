@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AgentStatusMenu.h"
+#include "agent/AgentStatusMenu.h"
 
-#include "Log.h"
+#include "logging/Log.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
@@ -91,9 +92,17 @@ bool AgentStatusMenu::setVisible(bool visible)
         mTrayIcon = new QSystemTrayIcon(makeIcon(mGrayscale));
         mTrayIcon->setToolTip(QStringLiteral("Corvex"));
         mTrayIcon->setContextMenu(menu());
+        connect(mTrayIcon, &QSystemTrayIcon::activated, this, &AgentStatusMenu::trayIconActivated);
     }
     mTrayIcon->show();
     return mTrayIcon->isVisible();
+}
+
+void AgentStatusMenu::trayIconActivated(QSystemTrayIcon::ActivationReason reason)
+{
+    // A left click opens the menu too, as panels of GNOME and KDE do; the right click is the tray's own.
+    if (reason == QSystemTrayIcon::Trigger && !menu()->isVisible())
+        menu()->popup(QCursor::pos());
 }
 
 bool AgentStatusMenu::isVisible() const

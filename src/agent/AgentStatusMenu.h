@@ -4,10 +4,10 @@
 
 #include <QIcon>
 #include <QObject>
+#include <QSystemTrayIcon>
 
 class QAction;
 class QMenu;
-class QSystemTrayIcon;
 
 // The agent's icon in the desktop's tray (its menu-bar icon) and its menu: Corvex's preferences, the log
 // window, pausing the automatic steps, quitting the agent. Where the desktop has no tray, showing it does
@@ -33,6 +33,8 @@ public:
 
     // The menu (made on first use); its actions in order: preferences, log, pause, quit.
     QMenu *menu();
+    // The tray icon was clicked: a left click (Trigger) opens the menu at the pointer.
+    void trayIconActivated(QSystemTrayIcon::ActivationReason reason);
 
     // The icon as drawn, in colour or grey.
     static QIcon makeIcon(bool grayscale);

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppLogRelay.h"
+#include "agent/AppLogRelay.h"
 
-#include "DDLog.h"
-#include "DDLogMessage.h"
-#include "DistributedNotificationCenter.h"
-#include "Notifications.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogMessage.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "foundation/Notifications.h"
 
 #include <QDateTime>
 

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ApplicationHandOff.h"
+#include "agent/ApplicationHandOff.h"
 
-#include "AppUserDefaults.h"
-#include "Bundle.h"
-#include "DistributedNotificationCenter.h"
-#include "Log.h"
-#include "Notifications.h"
-#include "RunningApplications.h"
-#include "ScreenshotInfo.h"
+#include "core/AppUserDefaults.h"
+#include "core/ScreenshotInfo.h"
+#include "foundation/Notifications.h"
+#include "logging/Log.h"
+#include "platform/Bundle.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "platform/RunningApplications.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -60,7 +60,7 @@ bool ApplicationHandOff::applicationOwnsBusName()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface())
         return false;
-    return bus.interface()->isServiceRegistered(ApplicationBusName).value();
+    return bus.interface()->isServiceRegistered(kCorvexDomain).value();
 }
 
 bool ApplicationHandOff::isApplicationRunning() const
@@ -69,8 +69,7 @@ bool ApplicationHandOff::isApplicationRunning() const
         return true;
     if (!qEnvironmentVariableIsEmpty("CORVEX_APP_EXECUTABLE"))
         return false; // a stand-in program is known only by the bus name
-    return !RunningApplications::runningApplicationsWithBundleIdentifier(ApplicationBundleIdentifier)
-                .isEmpty();
+    return !RunningApplications::runningApplicationsWithBundleIdentifier(kCorvexDomain).isEmpty();
 }
 
 bool ApplicationHandOff::launchApplication(const QStringList &arguments, qint64 *pid)

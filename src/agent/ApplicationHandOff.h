@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "foundation/PreferenceKeys.h"
 #include <QString>
 #include <QStringList>
 #include <chrono>
@@ -23,9 +24,6 @@ class ScreenshotInfo;
 class ApplicationHandOff
 {
 public:
-    static inline const QString ApplicationBusName = QStringLiteral("com.ostrel.Corvex");
-    static inline const QString ApplicationBundleIdentifier = QStringLiteral("com.ostrel.Corvex");
-
     ApplicationHandOff();
 
     // Posts the screenshot to the running application, or starts the application for it. Returns false

@@ -1,22 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CorvexAgent.h"
+#include "agent/CorvexAgent.h"
+#include "foundation/PreferenceKeys.h"
 
-#include "AgentLogFileManager.h"
-#include "AgentStatusMenu.h"
-#include "AppLogRelay.h"
-#include "AppUserDefaults.h"
-#include "ApplicationHandOff.h"
-#include "DDFileLogger.h"
-#include "DDLog.h"
-#include "DistributedNotificationCenter.h"
-#include "FactoryDefaults.h"
-#include "Log.h"
-#include "LogWindowController.h"
-#include "Notifications.h"
-#include "ScreenshotFolderWatcher.h"
-#include "ScreenshotLocation.h"
-#include "ScreenshotQueue.h"
+#include "agent/AgentLogFileManager.h"
+#include "agent/AgentStatusMenu.h"
+#include "agent/AppLogRelay.h"
+#include "agent/ApplicationHandOff.h"
+#include "agent/ScreenshotFolderWatcher.h"
+#include "agent/ScreenshotLocation.h"
+#include "agent/ScreenshotQueue.h"
+#include "core/AppUserDefaults.h"
+#include "core/FactoryDefaults.h"
+#include "foundation/Notifications.h"
+#include "foundation/Version.h"
+#include "logging/DDFileLogger.h"
+#include "logging/DDLog.h"
+#include "logging/Log.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "widgets/LogWindowController.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -60,7 +62,7 @@ bool CorvexAgent::claimBusName(bool *busAvailable)
     if (!bus.isConnected() || !bus.interface())
         return true;
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        bus.interface()->registerService(AgentBusName, QDBusConnectionInterface::DontQueueService,
+        bus.interface()->registerService(kCorvexAgentDomain, QDBusConnectionInterface::DontQueueService,
                                          QDBusConnectionInterface::DontAllowReplacement);
     return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
@@ -104,7 +106,7 @@ void CorvexAgent::start()
     });
     connect(mStatusMenu, &AgentStatusMenu::quitRequested, this, &CorvexAgent::terminate);
     AppUserDefaults::sharedCorvexDefaults().synchronize();
-    applyMenuIconPreferences(storedOrFactoryBool(QStringLiteral("showMenuIcon")));
+    applyMenuIconPreferences(storedOrFactoryBool(kShowMenuIconKey));
 }
 
 void CorvexAgent::screenshotFolderChanged(const ScreenshotMatcher &matcher)
@@ -124,14 +126,14 @@ void CorvexAgent::defaultsChanged()
 {
     AppUserDefaults::sharedCorvexDefaults().synchronize();
     mLocation->reload();
-    applyMenuIconPreferences(storedOrFactoryBool(QStringLiteral("showMenuIcon")));
+    applyMenuIconPreferences(storedOrFactoryBool(kShowMenuIconKey));
 }
 
 void CorvexAgent::applyMenuIconPreferences(bool show)
 {
     if (!mStatusMenu)
         return;
-    mStatusMenu->setGrayscale(storedOrFactoryBool(QStringLiteral("grayscaleMenuIcon")));
+    mStatusMenu->setGrayscale(storedOrFactoryBool(kGrayscaleMenuIconKey));
     mStatusMenu->setVisible(show);
 }
 

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ScreenshotMatcher.h"
+#include "agent/ScreenshotMatcher.h"
+#include "foundation/PreferenceKeys.h"
 
 #include <QObject>
 #include <QPointer>
@@ -27,8 +28,6 @@ class CorvexAgent : public QObject
     Q_OBJECT
 
 public:
-    static inline const QString AgentBusName = QStringLiteral("com.ostrel.CorvexAgent");
-
     explicit CorvexAgent(QObject *parent = nullptr);
     ~CorvexAgent() override;
 

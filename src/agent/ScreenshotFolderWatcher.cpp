@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ScreenshotFolderWatcher.h"
-#include "InotifyEvents.h"
+#include "agent/ScreenshotFolderWatcher.h"
+#include "watching/InotifyEvents.h"
 
-#include "Log.h"
+#include "logging/Log.h"
 
 #include <QDateTime>
 #include <QDir>

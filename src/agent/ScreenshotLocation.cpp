@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ScreenshotLocation.h"
-#include "InotifyEvents.h"
+#include "agent/ScreenshotLocation.h"
+#include "foundation/PreferenceKeys.h"
+#include "watching/InotifyEvents.h"
 
-#include "AppUserDefaults.h"
-#include "DesktopScreenshotSettings.h"
-#include "Log.h"
-#include "PreferenceStore.h"
+#include "core/AppUserDefaults.h"
+#include "logging/Log.h"
+#include "platform/DesktopScreenshotSettings.h"
+#include "platform/PreferenceStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,12 +21,10 @@ namespace {
 // The configuration files (by name) whose change can move the screenshot folder or rename screenshots.
 const QStringList &relevantNames()
 {
-    static const QStringList names{QStringLiteral("user-dirs.dirs"),
-                                   QStringLiteral("spectaclerc"),
-                                   QStringLiteral("flameshot.ini"),
-                                   QStringLiteral("flameshot"),
-                                   QStringLiteral("corvex"),
-                                   AppUserDefaults::ScreencaptureBundleIdentifier + QStringLiteral(".plist")};
+    static const QStringList names{
+        QStringLiteral("user-dirs.dirs"), QStringLiteral("spectaclerc"),
+        QStringLiteral("flameshot.ini"),  QStringLiteral("flameshot"),
+        QStringLiteral("corvex"),         kScreencaptureDomain + QStringLiteral(".plist")};
     return names;
 }
 
@@ -52,11 +51,11 @@ ScreenshotMatcher ScreenshotLocation::readSettings()
 {
     AppUserDefaults &screencapture = AppUserDefaults::sharedScreencaptureDefaults();
     screencapture.synchronize();
-    QString folder = expandTilde(screencapture.stringForKey(QStringLiteral("location")).trimmed());
+    QString folder = expandTilde(screencapture.stringForKey(kScreencaptureLocationKey).trimmed());
     if (folder.isEmpty())
         folder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
     const DesktopScreenshotSettings desktop = DesktopScreenshotSettings::current();
-    QString name = screencapture.stringForKey(QStringLiteral("name"));
+    QString name = screencapture.stringForKey(kScreencaptureNameKey);
     if (name.isNull()) {
         // A tool that names by date alone has no name: every image of its folder is a screenshot. Without any
         // known tool, the usual name of screenshots is looked for.

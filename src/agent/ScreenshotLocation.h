@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ScreenshotMatcher.h"
+#include "agent/ScreenshotMatcher.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ScreenshotQueue.h"
+#include "agent/ScreenshotQueue.h"
 
-#include "ApplicationHandOff.h"
-#include "AutomaticSteps.h"
-#include "DispatchQueue.h"
-#include "ExtendedAttributes.h"
-#include "Log.h"
-#include "Processor.h"
-#include "ScreenshotInfo.h"
+#include "agent/ApplicationHandOff.h"
+#include "core/AutomaticSteps.h"
+#include "foundation/DispatchQueue.h"
+#include "platform/ExtendedAttributes.h"
+#include "logging/Log.h"
+#include "core/Processor.h"
+#include "core/ScreenshotInfo.h"
 
 #include <QFileInfo>
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ExtendedAttributes.h"
+#include "platform/ExtendedAttributes.h"
 
-#include "FileIdentity.h"
+#include "agent/FileIdentity.h"
 
 #include <QString>
 #include <atomic>

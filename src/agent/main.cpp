@@ -2,12 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // CorvexAgent: the background agent. A second start in the same session finds the first and exits.
-#include "AgentSignalHandler.h"
-#include "CorvexAgent.h"
-#include "FactoryDefaults.h"
-#include "UserDefaults.h"
+#include "agent/AgentSignalHandler.h"
+#include "agent/CorvexAgent.h"
+#include "core/FactoryDefaults.h"
+#include "core/UserDefaults.h"
+#include "foundation/PreferenceKeys.h"
+#include "foundation/Version.h"
+#include "platform/Bundle.h"
+#include "widgets/ApplicationResources.h"
 
 #include <QApplication>
+#include <QDir>
 #include <cstdio>
 
 int main(int argc, char **argv)
@@ -15,8 +20,12 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("CorvexAgent"));
     QApplication::setOrganizationDomain(QStringLiteral("ostrel.com"));
     QApplication::setApplicationVersion(QStringLiteral(CORVEX_MARKETING_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("com.ostrel.CorvexAgent"));
+    QApplication::setDesktopFileName(kCorvexAgentDomain);
     QApplication application(argc, argv);
+    // The user's language from translations of the application bundle the agent lies in; the application icon
+    // on every window.
+    installApplicationResources(
+        application, QDir::cleanPath(Bundle::mainBundle().bundlePath() + QStringLiteral("/../../Resources")));
     application.setQuitOnLastWindowClosed(false);
     // From here on a request to terminate waits for the event loop, which ends the agent in order.
     AgentSignalHandler signals;

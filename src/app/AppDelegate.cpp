@@ -4,21 +4,25 @@
 // The delegate's lifecycle: start-up, shut-down, observers, the preference change handler, new screenshots
 // and closing windows.
 
-#include "AppDelegate.h"
+#include "app/AppDelegate.h"
 
-#include "AppEventHandler.h"
-#include "ClientProcessLogger.h"
-#include "CorvexWindowController.h"
-#include "DDLog.h"
-#include "DistributedNotificationCenter.h"
-#include "DropboxCheck.h"
-#include "FactoryDefaults.h"
-#include "Log.h"
-#include "LogWindowController.h"
-#include "Notifications.h"
-#include "ScreenshotInfo.h"
-#include "UserConsentPanelController.h"
-#include "UserDefaults.h"
+#include "app/AppEventHandler.h"
+#include "app/CorvexWindowController.h"
+#include "app/UserConsentPanelController.h"
+#include "core/DropboxCheck.h"
+#include "core/FactoryDefaults.h"
+#include "core/SUUpdater.h"
+#include "core/ScreenshotInfo.h"
+#include "core/UserDefaults.h"
+#include "foundation/Notifications.h"
+#include "foundation/PreferenceKeys.h"
+#include "logging/ClientProcessLogger.h"
+#include "logging/DDLog.h"
+#include "logging/Log.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "utilities/PFMoveApplication.h"
+#include "utilities/PFMoveApplicationEnvironment.h"
+#include "widgets/LogWindowController.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -29,21 +33,6 @@
 namespace {
 
 AppDelegate *sSharedDelegate = nullptr;
-
-// The preference keys the agent must hear about, in the order they are observed.
-const QStringList &observedKeys()
-{
-    static const QStringList keys{
-        QStringLiteral("startAtLogIn"),     QStringLiteral("showMenuIcon"),
-        QStringLiteral("checkForUpdates"),  QStringLiteral("autoRename"),
-        QStringLiteral("autoRenameFormat"), QStringLiteral("autoRenameCount"),
-        QStringLiteral("autoReformat"),     QStringLiteral("autoReformatExtension"),
-        QStringLiteral("autoMove"),         QStringLiteral("autoMoveFolder"),
-        QStringLiteral("openWith"),         QStringLiteral("openWithBundleIdentifier"),
-        QStringLiteral("showCorvexWindow"),
-    };
-    return keys;
-}
 
 bool isOrdinaryWindow(const QWidget *widget)
 {
@@ -59,17 +48,14 @@ AppDelegate::AppDelegate(QObject *parent) : QObject(parent)
     initialize();
     sSharedDelegate = this;
     QApplication::setQuitOnLastWindowClosed(false);
+    mMenus = new ApplicationMenus(this);
     createActions();
-    CorvexWindowController::setMenuBarFactory([this](CorvexWindowController *controller, QWidget *window) {
-        return makeMenuBar(controller, window);
-    });
     qApp->installEventFilter(this);
 }
 
 AppDelegate::~AppDelegate()
 {
     qApp->removeEventFilter(this);
-    CorvexWindowController::setMenuBarFactory({});
     if (mObserving)
         removeNotificationObservers();
     if (mDropboxThread) {
@@ -121,12 +107,14 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     DDLogInfo(
         QStringLiteral("Corvex %1 has finished launching on %2").arg(appVersionString(), osVersionString()));
-    // Moving the application into the Applications folder comes here once it is part of the application.
-    cleanMenuForMacAppStore();
-    // The welcome window opens here on a first run ("firstRunVers2") once it is part of the application.
+    PFMoveApplicationEnvironment::setDelegateActions([this] { quitCorvexAgent(); },
+                                                     [this] { quitOtherCorvexs(); });
+    PFMoveToApplicationsFolderIfNecessary();
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (defaults.boolForKey(QStringLiteral("hasAskedToStartAtLogIn"))) {
-        if (defaults.boolForKey(QStringLiteral("startAtLogIn")))
+    if (defaults.boolForKey(kFirstRunVers2Key))
+        showWelcomeWindow();
+    if (defaults.boolForKey(kHasAskedToStartAtLogInKey)) {
+        if (defaults.boolForKey(kStartAtLogInKey))
             ensureAgentIsInLoginItems();
     } else {
         runStartAtLogInQuestionAndApply();
@@ -134,20 +122,20 @@ void AppDelegate::applicationDidFinishLaunching()
     addNotificationObservers();
     processCommandLineArguments();
     launchCorvexAgent();
-    // The updater takes the delegate here once update checks are part of the application.
-    mDropboxThread = QThread::create([this] { checkDropbox(); });
+    SUUpdater::sharedUpdater().setDelegate(this);
+    mDropboxThread = QThread::create([] { DropboxCheck::checkDropbox(); });
     mDropboxThread->start();
 }
 
 void AppDelegate::applicationWillTerminate()
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (!defaults.boolForKey(QStringLiteral("hasAskedToStartAtLogIn")))
+    if (!defaults.boolForKey(kHasAskedToStartAtLogInKey))
         runStartAtLogInQuestionAndApply();
-    if (!defaults.boolForKey(QStringLiteral("allowAgentToRunInBackground")))
+    if (!defaults.boolForKey(kAllowAgentToRunInBackgroundKey))
         quitCorvexAgent();
     removeNotificationObservers();
-    defaults.setBool(false, QStringLiteral("firstRunVers2"));
+    defaults.setBool(false, kFirstRunVers2Key);
     defaults.synchronize();
 }
 
@@ -159,7 +147,7 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
 
 bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed()
 {
-    if (!UserDefaults::standardUserDefaults().boolForKey(QStringLiteral("quitAppAfterLastWindowClosed")))
+    if (!UserDefaults::standardUserDefaults().boolForKey(kQuitAppAfterLastWindowClosedKey))
         return false;
     if (!mShouldTerminateAfterLastWindowClosed)
         DDLogInfo(QStringLiteral("Not quitting because the last window closed was not a renaming window."));
@@ -185,11 +173,11 @@ void AppDelegate::runStartAtLogInQuestionAndApply()
 {
     askToStartAtLogIn();
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (defaults.boolForKey(QStringLiteral("startAtLogIn")))
+    if (defaults.boolForKey(kStartAtLogInKey))
         addAgentToLoginItems();
     else
         removeAgentFromLoginItems();
-    defaults.setBool(true, QStringLiteral("hasAskedToStartAtLogIn"));
+    defaults.setBool(true, kHasAskedToStartAtLogInKey);
 }
 
 void AppDelegate::addNotificationObservers()
@@ -210,7 +198,7 @@ void AppDelegate::addNotificationObservers()
     // The standard preferences announce every changed key; the handler looks only at the observed ones.
     mObserverConnections.append(connect(&UserDefaults::standardUserDefaults(), &UserDefaults::valueChanged,
                                         this, [this](const QString &key) {
-                                            if (observedKeys().contains(key))
+                                            if (kObservedPreferenceKeys.contains(key))
                                                 observeValueForKeyPath(key);
                                         }));
 }
@@ -231,17 +219,17 @@ void AppDelegate::observeValueForKeyPath(const QString &keyPath)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
-    if (keyPath == u"startAtLogIn") {
+    if (keyPath == kStartAtLogInKey) {
         if (defaults.boolForKey(keyPath))
             addAgentToLoginItems();
         else
             removeAgentFromLoginItems();
         return;
     }
-    if (keyPath == u"showMenuIcon") {
+    if (keyPath == kShowMenuIconKey) {
         center.postNotificationName(defaults.boolForKey(keyPath) ? CorvexShowStatusMenuNotification
                                                                  : CorvexHideStatusMenuNotification);
-    } else if (!observedKeys().contains(keyPath)) {
+    } else if (!kObservedPreferenceKeys.contains(keyPath)) {
         return;
     }
     // The new values must be on disk before the agent is told to look at them.
@@ -252,7 +240,9 @@ void AppDelegate::observeValueForKeyPath(const QString &keyPath)
 void AppDelegate::screenshotTaken(const QVariantMap &userInfo)
 {
     const ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary(userInfo);
-    auto *controller = new CorvexWindowController(info);
+    auto *controller = new CorvexWindowController(info, mMenus);
+    connect(controller, &CorvexWindowController::favoritesEditingRequested, this,
+            [this] { showPreferencesPane(QStringLiteral("General")); });
     mWindowControllers.insert(controller);
     QWidget *window = controller->window();
     CorvexWindowController *main = mainWindowController();
@@ -276,7 +266,8 @@ void AppDelegate::windowWillClose(QWidget *window)
     CorvexWindowController *controller = CorvexWindowController::controllerForWindow(window);
     if (controller && mWindowControllers.remove(controller))
         controller->deleteLater();
-    mShouldTerminateAfterLastWindowClosed = controller != nullptr;
+    mShouldTerminateAfterLastWindowClosed =
+        controller != nullptr || (mBareLaunchWindow && window == mBareLaunchWindow.data());
     if (mLogWindowController && mLogWindowController->windowIfLoaded() == window) {
         mLogWindowController->deleteLater();
         mLogWindowController = nullptr;
@@ -326,14 +317,4 @@ void AppDelegate::checkLastWindowClosed()
     }
     if (applicationShouldTerminateAfterLastWindowClosed())
         quit();
-}
-
-void AppDelegate::cleanMenuForMacAppStore()
-{
-    // Nothing to adjust in this build.
-}
-
-void AppDelegate::checkDropbox()
-{
-    DropboxCheck::checkDropbox();
 }

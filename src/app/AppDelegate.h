@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QList>
-#include <QMap>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -12,39 +11,28 @@
 #include <QVariantMap>
 #include <functional>
 
+#include "app/ApplicationMenus.h"
+#include "core/SUUpdaterDelegate.h"
+
 class CorvexWindowController;
 class LogWindowController;
+class SS_PrefsController;
 class AppEventHandler;
-class QAction;
 class QThread;
-class QMenuBar;
 class QWidget;
 
 // The application's delegate and the hub of the foreground application: start-up and shut-down, one renaming
 // window per announced screenshot, the preference change handler that keeps the agent informed, the menus and
 // the application-level actions, and the hand-off from the command line, the "qzcv" URLs and the D-Bus event
 // interface. There is one, made by main() (or by a test) and reachable through sharedDelegate().
-class AppDelegate : public QObject
+class AppDelegate : public QObject, public SUUpdaterDelegate
 {
     Q_OBJECT
 
 public:
     // The application-level actions that menus and URLs reach. An action whose window or service is not part
     // of this build stays disabled: triggering it does nothing.
-    enum class Action {
-        About,
-        Preferences,
-        ResetPreferences,
-        ResetAutoRenameCounter,
-        WelcomeToCorvex,
-        LogWindow,
-        RevealLogInFinder,
-        Help,
-        SendFeedback,
-        CheckForUpdates,
-        Quit,
-    };
-    Q_ENUM(Action)
+    using Action = ApplicationMenus::Action;
 
     explicit AppDelegate(QObject *parent = nullptr);
     ~AppDelegate() override;
@@ -105,12 +93,27 @@ public:
     void resetAutoRenameCounter();
     void quit();
     // The menu action for an application-level action (owned by the delegate).
-    QAction *action(Action which) const;
+    QAction *action(Action which) const { return mMenus->action(which); }
     // Triggers the action if it is enabled; answers whether it ran.
-    bool perform(Action which);
-    // A menu bar holding every application-level action, and the commands of the renaming window when one is
-    // given. Each renaming window gets one.
-    QMenuBar *makeMenuBar(CorvexWindowController *controller, QWidget *parent) const;
+    bool perform(Action which) { return mMenus->perform(which); }
+    // The application's menus; also the services (menu bar, printing) of every renaming window.
+    ApplicationMenus *menus() const { return mMenus; }
+    // Shows the preferences window at the named pane (the favourite folders' pane for "Edit Favourites…").
+    void showPreferencesPane(const QString &paneName);
+    // A launch with neither a screenshot nor a URL (from the launcher): the preferences window is shown, and
+    // closing it ends the application like closing the last renaming window.
+    void showPreferencesForBareLaunch();
+    // Opens the welcome window (from the menu, and at launch while "firstRunVers2" is set).
+    void showWelcomeWindow();
+
+    // Update checks: the menu action only calls checkForUpdates, which makes this delegate the shared
+    // updater's delegate again and starts a check the user asked for, with the updater's windows.
+    void checkForUpdates();
+    void checkForUpdatesAction();
+    QList<QVariantMap> feedParametersForUpdater(SUUpdater *updater, bool sendingSystemProfile) override;
+    void updaterWillInstallUpdate(SUUpdater *updater, const SUAppcastItem &item) override;
+    // Quits the agent, so that no agent of the old version keeps running.
+    void updaterWillRelaunchApplication(SUUpdater *updater) override;
 
     // The start-at-login question; tests replace it (the default runs the modal panel).
     void setStartAtLogInQuestion(std::function<void()> question);
@@ -120,7 +123,7 @@ public:
     // The renaming window controller whose window is the active (main) window, if any.
     CorvexWindowController *mainWindowController() const;
 
-    // Agent, login items and the log window (implemented in AppDelegateAgent.cpp).
+    // Agent, login items and the log window.
     void launchCorvexAgent();
     void quitCorvexAgent();
     void quitOtherCorvexs();
@@ -130,8 +133,6 @@ public:
     void logWindowAction();
     void revealLogInFinderAction();
     QUrl corvexAgentApplicationURL() const;
-
-    LogWindowController *mLogWindowController = nullptr;
 
 Q_SIGNALS:
     // A renaming window was opened for a screenshot.
@@ -144,11 +145,10 @@ protected:
 
 private:
     void createActions();
-    void createMenus();
+    // The preferences window's controller, its "Check Now" reaching this delegate.
+    SS_PrefsController &preferencesController();
     void askToStartAtLogIn();
     void runStartAtLogInQuestionAndApply();
-    void checkDropbox();
-    void cleanMenuForMacAppStore();
     void handleClosedWindow(const QPointer<QWidget> &window);
     void checkLastWindowClosed();
     void onDistributedNotification(const QString &name, const QVariantMap &userInfo);
@@ -156,7 +156,8 @@ private:
     QSet<CorvexWindowController *> mWindowControllers;
     bool mShouldTerminateAfterLastWindowClosed = false;
     bool mObserving = false;
-    QMap<Action, QAction *> mActions;
+    ApplicationMenus *mMenus = nullptr;
+    LogWindowController *mLogWindowController = nullptr;
     QList<QMetaObject::Connection> mObserverConnections;
     int mScreenshotObserver = 0;
     // Screenshots announced while launching (a question may be on screen): opened once launching is done.
@@ -165,4 +166,7 @@ private:
     AppEventHandler *mEventHandler = nullptr;
     QThread *mDropboxThread = nullptr;
     std::function<void()> mStartAtLogInQuestion;
+    // The preferences window of a bare launch: closing it may end the application.
+    QPointer<QWidget> mBareLaunchWindow;
+    QPointer<QWidget> mWelcomeWindow;
 };

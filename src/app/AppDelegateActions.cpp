@@ -1,94 +1,70 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The delegate's application-level actions and the menus that reach them.
+// The delegate's application-level actions, and its side of the agent, the login items and the log window.
 
-#include "AppDelegate.h"
+#include "app/AppDelegate.h"
 
-#include "CorvexWindowController.h"
-#include "FactoryDefaults.h"
-#include "QZAlert.h"
-#include "UserDefaults.h"
+#include "app/AgentControl.h"
+#include "app/WelcomeWindowController.h"
+#include "core/FactoryDefaults.h"
+#include "core/FeedbackReport.h"
+#include "core/UserDefaults.h"
+#include "foundation/PreferenceKeys.h"
+#include "logging/Log.h"
+#include "platform/FileManagerReveal.h"
+#include "preferences/SS_PrefsController.h"
+#include "widgets/LogWindowController.h"
+#include "widgets/QZAlert.h"
 
-#include <QAction>
 #include <QApplication>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 
 void AppDelegate::createActions()
 {
-    const auto add = [this](Action which, const QString &title, const QKeySequence &keys, bool enabled,
-                            auto slot) {
-        auto *action = new QAction(title, this);
-        action->setShortcut(keys);
-        action->setEnabled(enabled);
-        action->setMenuRole(QAction::NoRole);
-        connect(action, &QAction::triggered, this, slot);
-        mActions.insert(which, action);
-    };
-    // Preferences, welcome, help, feedback and update checks have no window or service in this build: their
-    // actions stay disabled until they have.
-    const auto nothing = [] {};
-    add(Action::About, tr("About Corvex"), QKeySequence(), true, &AppDelegate::about);
-    add(Action::Preferences, tr("Preferences…"), QKeySequence::Preferences, false, nothing);
-    add(Action::ResetPreferences, tr("Reset Preferences…"), QKeySequence(), true,
-        &AppDelegate::resetPreferences);
-    add(Action::ResetAutoRenameCounter, tr("Reset Counter"), QKeySequence(), true,
-        &AppDelegate::resetAutoRenameCounter);
-    add(Action::WelcomeToCorvex, tr("Welcome to Corvex"), QKeySequence(), false, nothing);
-    add(Action::LogWindow, tr("Log"), QKeySequence(Qt::CTRL | Qt::Key_L), true,
-        &AppDelegate::logWindowAction);
-    add(Action::RevealLogInFinder, tr("Show Log File"), QKeySequence(), true,
-        &AppDelegate::revealLogInFinderAction);
-    add(Action::Help, tr("Corvex Help"), QKeySequence::HelpContents, false, nothing);
-    add(Action::SendFeedback, tr("Send Feedback…"), QKeySequence(), false, nothing);
-    add(Action::CheckForUpdates, tr("Check for Updates…"), QKeySequence(), false, nothing);
-    add(Action::Quit, tr("Quit Corvex"), QKeySequence::Quit, true, &AppDelegate::quit);
-    for (QAction *action : std::as_const(mActions))
-        action->setShortcutContext(Qt::ApplicationShortcut);
+    mMenus->setHandler(Action::About, [this] { about(); });
+    mMenus->setHandler(Action::Preferences, [this] { preferencesController().showPreferencesWindow(); });
+    mMenus->setHandler(Action::WelcomeToCorvex, [this] { showWelcomeWindow(); });
+    mMenus->setHandler(Action::Help, [] { FeedbackReport::openHelp(); });
+    mMenus->setHandler(Action::SendFeedback, [] { FeedbackReport::openFeedbackMail(); });
+    mMenus->setHandler(Action::CheckForUpdates, [this] { checkForUpdatesAction(); });
+    mMenus->setHandler(Action::ResetPreferences, [this] { resetPreferences(); });
+    mMenus->setHandler(Action::ResetAutoRenameCounter, [this] { resetAutoRenameCounter(); });
+    mMenus->setHandler(Action::LogWindow, [this] { logWindowAction(); });
+    mMenus->setHandler(Action::RevealLogInFinder, [this] { revealLogInFinderAction(); });
+    mMenus->setHandler(Action::Quit, [this] { quit(); });
 }
 
-QAction *AppDelegate::action(Action which) const
+SS_PrefsController &AppDelegate::preferencesController()
 {
-    return mActions.value(which);
+    SS_PrefsController &prefs = SS_PrefsController::sharedPrefsController();
+    prefs.setCheckForUpdatesHandler([this] { checkForUpdates(); });
+    return prefs;
 }
 
-bool AppDelegate::perform(Action which)
+void AppDelegate::showPreferencesPane(const QString &paneName)
 {
-    QAction *act = action(which);
-    if (!act || !act->isEnabled())
-        return false;
-    act->trigger();
-    return true;
+    SS_PrefsController &prefs = preferencesController();
+    if (!prefs.showPane(paneName))
+        prefs.showPreferencesWindow();
 }
 
-QMenuBar *AppDelegate::makeMenuBar(CorvexWindowController *controller, QWidget *parent) const
+void AppDelegate::showPreferencesForBareLaunch()
 {
-    auto *bar = new QMenuBar(parent);
-    bar->setNativeMenuBar(false);
-    QMenu *file = bar->addMenu(tr("&File"));
-    if (controller) {
-        file->addActions(controller->windowActions());
-        file->addSeparator();
+    // On a first run the welcome window is already there to greet the user; it stands in for the preferences.
+    if (mWelcomeWindow && mWelcomeWindow->isVisible()) {
+        mBareLaunchWindow = mWelcomeWindow;
+        return;
     }
-    file->addAction(action(Action::Quit));
-    QMenu *edit = bar->addMenu(tr("&Edit"));
-    edit->addAction(action(Action::Preferences));
-    edit->addSeparator();
-    edit->addAction(action(Action::ResetPreferences));
-    edit->addAction(action(Action::ResetAutoRenameCounter));
-    QMenu *window = bar->addMenu(tr("&Window"));
-    window->addAction(action(Action::WelcomeToCorvex));
-    window->addAction(action(Action::LogWindow));
-    window->addAction(action(Action::RevealLogInFinder));
-    QMenu *help = bar->addMenu(tr("&Help"));
-    help->addAction(action(Action::Help));
-    help->addAction(action(Action::SendFeedback));
-    help->addAction(action(Action::CheckForUpdates));
-    help->addSeparator();
-    help->addAction(action(Action::About));
-    return bar;
+    SS_PrefsController &prefs = preferencesController();
+    prefs.showPreferencesWindow();
+    mBareLaunchWindow = prefs.preferencesWindow();
+}
+
+void AppDelegate::showWelcomeWindow()
+{
+    if (WelcomeWindowController *controller = WelcomeWindowController::showWelcome())
+        mWelcomeWindow = controller->window();
 }
 
 void AppDelegate::about()
@@ -115,17 +91,16 @@ void AppDelegate::resetPreferences()
     const QVariantMap factory = factoryDefaults();
     for (auto it = factory.cbegin(); it != factory.cend(); ++it)
         defaults.setObject(it.value(), it.key());
-    defaults.setBool(false, QStringLiteral("moveToApplicationsFolderAlertSuppress"));
-    for (const char *key :
-         {"SUEnableAutomaticChecks", "SUEnableSystemProfiling", "SUHasLaunchedBefore", "SUSendProfileInfo"})
-        defaults.removeObjectForKey(QString::fromLatin1(key));
+    defaults.setBool(false, kMoveToApplicationsFolderAlertSuppressKey);
+    for (const QString &key : kUpdaterPreferenceKeys)
+        defaults.removeObjectForKey(key);
     defaults.synchronize();
 }
 
 void AppDelegate::resetAutoRenameCounter()
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setInteger(0, QStringLiteral("autoRenameCount"));
+    defaults.setInteger(0, kAutoRenameCountKey);
     defaults.synchronize();
 }
 
@@ -135,4 +110,51 @@ void AppDelegate::quit()
     QApplication::closeAllWindows();
     Q_EMIT terminationRequested();
     QApplication::quit();
+}
+
+QUrl AppDelegate::corvexAgentApplicationURL() const
+{
+    return AgentControl::agentApplicationURL();
+}
+
+void AppDelegate::launchCorvexAgent()
+{
+    AgentControl::launchAgent();
+}
+
+void AppDelegate::quitCorvexAgent()
+{
+    AgentControl::quitAgent();
+}
+
+void AppDelegate::quitOtherCorvexs()
+{
+    AgentControl::quitOtherCopies();
+}
+
+void AppDelegate::addAgentToLoginItems()
+{
+    AgentControl::addAgentToLoginItems();
+}
+
+void AppDelegate::ensureAgentIsInLoginItems()
+{
+    AgentControl::ensureAgentIsInLoginItems();
+}
+
+void AppDelegate::removeAgentFromLoginItems()
+{
+    AgentControl::removeAgentFromLoginItems();
+}
+
+void AppDelegate::logWindowAction()
+{
+    if (!mLogWindowController)
+        mLogWindowController = new LogWindowController(this);
+    mLogWindowController->showWindow();
+}
+
+void AppDelegate::revealLogInFinderAction()
+{
+    FileManagerReveal::selectFile(LogWindowController::logFilePath(), QString());
 }

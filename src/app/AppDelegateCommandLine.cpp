@@ -4,13 +4,16 @@
 // The delegate's outside interfaces: the screenshot on the command line, the "qzcv" URLs, the events of the
 // D-Bus interface, and the strings that name the build and the system.
 
-#include "AppDelegate.h"
+#include "app/AppDelegate.h"
 
-#include "AppUserDefaults.h"
-#include "DistributedNotificationCenter.h"
-#include "FileAttributes.h"
-#include "Notifications.h"
-#include "UserDefaults.h"
+#include "app/URLDispatch.h"
+
+#include "core/AppUserDefaults.h"
+#include "core/UserDefaults.h"
+#include "foundation/Notifications.h"
+#include "foundation/Version.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "platform/FileAttributes.h"
 
 #include <QSysInfo>
 
@@ -61,26 +64,16 @@ void AppDelegate::handleCheckForUpdatesEvent()
 
 void AppDelegate::handleGetURLEvent(const QString &urlString)
 {
-    // The scheme is the text before the first colon, compared exactly ("QZCV:" is another scheme).
-    const qsizetype colon = urlString.indexOf(u':');
-    if (colon <= 0 || urlString.left(colon) != u"qzcv")
-        return;
-    handleCorvexURL(urlString);
+    if (URLDispatch::isCorvexURL(urlString))
+        handleCorvexURL(urlString);
 }
 
 void AppDelegate::handleCorvexURL(const QString &url)
 {
+    // The command is named after the scheme's colon; only the text after it matters here.
     const QString specifier = url.mid(url.indexOf(u':') + 1);
-    if (specifier == u"//about")
-        perform(Action::About);
-    else if (specifier == u"//prefs")
-        perform(Action::Preferences);
-    else if (specifier == u"//prefs/reset")
-        perform(Action::ResetPreferences);
-    else if (specifier == u"//feedback")
-        perform(Action::SendFeedback);
-    else if (specifier == u"//checkForUpdate")
-        perform(Action::CheckForUpdates);
+    if (const std::optional<Action> action = URLDispatch::actionForURL(QStringLiteral("qzcv:") + specifier))
+        perform(*action);
 }
 
 QString AppDelegate::appVersionString()

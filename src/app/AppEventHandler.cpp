@@ -1,14 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppEventHandler.h"
+#include "app/AppEventHandler.h"
 
-#include "AppDelegate.h"
 #include "ApplicationAdaptor.h"
-#include "Log.h"
+#include "app/AppDelegate.h"
+#include "logging/Log.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QPointer>
 
 AppEventHandler::AppEventHandler(AppDelegate *delegate, QObject *parent)
     : QObject(parent), mDelegate(delegate)
@@ -64,22 +65,32 @@ bool AppEventHandler::sendURLToRunningInstance(const QString &url)
     return reply.type() == QDBusMessage::ReplyMessage;
 }
 
+// Every event is answered at once and runs afterwards from the event loop: a command that opens a modal
+// window (About, Reset Preferences) must not keep the caller waiting for the window to close.
+
 void AppEventHandler::About()
 {
-    mDelegate->handleAboutEvent();
+    QMetaObject::invokeMethod(mDelegate, &AppDelegate::handleAboutEvent, Qt::QueuedConnection);
 }
 
 void AppEventHandler::Preferences()
 {
-    mDelegate->handlePreferencesEvent();
+    QMetaObject::invokeMethod(mDelegate, &AppDelegate::handlePreferencesEvent, Qt::QueuedConnection);
 }
 
 void AppEventHandler::CheckForUpdates()
 {
-    mDelegate->handleCheckForUpdatesEvent();
+    QMetaObject::invokeMethod(mDelegate, &AppDelegate::handleCheckForUpdatesEvent, Qt::QueuedConnection);
 }
 
 void AppEventHandler::GetURL(const QString &url)
 {
-    mDelegate->handleGetURLEvent(url);
+    const QPointer<AppDelegate> delegate(mDelegate);
+    QMetaObject::invokeMethod(
+        mDelegate,
+        [delegate, url] {
+            if (delegate)
+                delegate->handleGetURLEvent(url);
+        },
+        Qt::QueuedConnection);
 }

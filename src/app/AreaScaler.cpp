@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AreaScaler.h"
+#include "app/AreaScaler.h"
 
 #include <QtEndian>
 #include <algorithm>

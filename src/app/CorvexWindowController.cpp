@@ -1,48 +1,66 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CorvexWindowController.h"
 
-#include "CorvexWindowController_p.h"
-#include "FileFormat.h"
-#include "FileNameStringFormatter.h"
-#include "ImageLoader.h"
-#include "ImageView.h"
-#include "Log.h"
-#include "ResizingControlsView.h"
-#include "UserDefaults.h"
-#include "WhereProxyView.h"
+// The renaming window: its construction, its set-up, the where popup and the folder keys, and its size.
+
+#include "app/CorvexWindowController.h"
+
+#include "app/FileFollowing.h"
+#include "app/FileNameStringFormatter.h"
+#include "app/FolderShortcuts.h"
+#include "app/ImageLoader.h"
+#include "app/ImageView.h"
+#include "app/PathNames.h"
+#include "app/PictureLoading.h"
+#include "app/RenamingWindowActions.h"
+#include "app/RenamingWindowServices.h"
+#include "app/ResizingControlsView.h"
+#include "app/WhereMenu.h"
+#include "app/WhereProxyView.h"
+#include "app/WindowPlacement.h"
+#include "core/FileFormat.h"
+#include "core/UserDefaults.h"
+#include "foundation/PreferenceKeys.h"
+#include "logging/Log.h"
 
 #include <QAction>
 #include <QComboBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenuBar>
+#include <QPageSize>
 #include <QPushButton>
-#include <QScreen>
-#include <QStandardItemModel>
 #include <QVBoxLayout>
-
-using namespace CorvexWindow;
 
 namespace {
 
-CorvexWindowController::MenuBarFactory &menuBarFactory()
+// The picture's place in the window as designed: the window never gets smaller than this.
+constexpr int DesignedImageWidth = 480;
+constexpr int DesignedImageHeight = 300;
+// The border around the picture (half of the 16 points the frame rule adds).
+constexpr int ImageMargin = 8;
+// The window's dynamic property that names its controller.
+constexpr char ControllerProperty[] = "corvexWindowController";
+
+// Page set-up for printing: margins 18 left and right, 30 top and bottom (points), portrait.
+QPageLayout defaultPrintInfo()
 {
-    static CorvexWindowController::MenuBarFactory factory;
-    return factory;
+    const bool letter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
+    return QPageLayout(QPageSize(letter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait,
+                       QMarginsF(18, 30, 18, 30), QPageLayout::Point);
 }
 
 } // namespace
 
-CorvexWindowController::CorvexWindowController(const ScreenshotInfo &screenshotInfo, QObject *parent)
-    : QObject(parent), _screenshotInfo(screenshotInfo)
+CorvexWindowController::CorvexWindowController(const ScreenshotInfo &screenshotInfo,
+                                               RenamingWindowServices *services, QObject *parent)
+    : QObject(parent), _screenshotInfo(screenshotInfo),
+      mServices(services ? services : &RenamingWindowServices::defaultServices())
 {
     // A record without a bookmark (a screenshot named by hand) gets one now, so that the window can follow
     // the file when it is renamed or moved behind its back.
@@ -53,25 +71,15 @@ CorvexWindowController::CorvexWindowController(const ScreenshotInfo &screenshotI
             _screenshotInfo = withBookmark;
     }
     mPrintInfo = defaultPrintInfo();
-    observeWatcher(this, mDeleteObserver, mRenameObserver);
+    mFileFollowing = new FileFollowing(this);
+    connect(mFileFollowing, &FileFollowing::fileDeleted, this, &CorvexWindowController::fileWatcherDelete);
+    connect(mFileFollowing, &FileFollowing::fileRenamed, this, &CorvexWindowController::fileWatcherRename);
     startWatchingFile(_screenshotInfo.filePath());
-}
-
-void CorvexWindowController::setMenuBarFactory(MenuBarFactory factory)
-{
-    menuBarFactory() = std::move(factory);
 }
 
 CorvexWindowController::~CorvexWindowController()
 {
-    stopWatchingFile(mWatchedPath);
-    unobserveWatcher(mDeleteObserver, mRenameObserver);
     delete mWindow.data();
-}
-
-ScreenshotInfo CorvexWindowController::screenshotInfo() const
-{
-    return _screenshotInfo;
 }
 
 QWidget *CorvexWindowController::window()
@@ -87,8 +95,7 @@ CorvexWindowController *CorvexWindowController::controllerForWindow(const QWidge
 {
     if (!window)
         return nullptr;
-    const auto *link = window->findChild<CorvexWindowControllerLink *>(QString(), Qt::FindDirectChildrenOnly);
-    return link ? link->controller() : nullptr;
+    return qobject_cast<CorvexWindowController *>(window->property(ControllerProperty).value<QObject *>());
 }
 
 const QList<const FileFormat *> &CorvexWindowController::fileFormats()
@@ -108,7 +115,7 @@ void CorvexWindowController::buildWindow()
     mWindow = window;
     window->setObjectName(windowNibName());
     window->setAttribute(Qt::WA_DeleteOnClose, false);
-    new CorvexWindowControllerLink(this, window);
+    window->setProperty(ControllerProperty, QVariant::fromValue<QObject *>(this));
 
     mImageView = new ImageView(window);
     mImageView->setObjectName(QStringLiteral("mImageView"));
@@ -117,8 +124,6 @@ void CorvexWindowController::buildWindow()
     mNameTextField->setObjectName(QStringLiteral("mNameTextField"));
     mWherePopupButton = new QComboBox(window);
     mWherePopupButton->setObjectName(QStringLiteral("mWherePopupButton"));
-    mWherePopupButton->setIconSize(QSize(16, 16));
-    mWherePopupButton->setItemDelegate(new WhereItemDelegate(mWherePopupButton));
     mFormatPopupButton = new QComboBox(window);
     mFormatPopupButton->setObjectName(QStringLiteral("mFormatPopupButton"));
 
@@ -158,28 +163,23 @@ void CorvexWindowController::buildWindow()
     layout->addLayout(imageBox, 1);
     layout->addWidget(controlsArea);
     window->setMinimumWidth(DesignedImageWidth + 2 * ImageMargin);
-    mWindowActions = makeWindowActions(this, window);
-    if (menuBarFactory())
-        layout->setMenuBar(menuBarFactory()(this, window));
+    mWindowActions = RenamingWindowActions::create(this, window);
+    if (QMenuBar *bar = mServices->makeMenuBar(this, window))
+        layout->setMenuBar(bar);
 
-    // The where popup's fixed items: the chosen folder (rewritten by setWhere), the screenshot's own folder,
-    // another folder. The favourites follow.
-    mWherePopupButton->addItem(QString());
-    mWherePopupButton->insertSeparator(1);
-    mWherePopupButton->addItem(tr("Screenshot’s Folder"), QVariant());
-    mWherePopupButton->setItemData(2, ScreenshotFolderTag, TagRole);
-    mWherePopupButton->addItem(tr("Other…"));
-    mWherePopupButton->setItemData(3, OtherFolderTag, TagRole);
+    mWhereMenu = new WhereMenu(mWherePopupButton, this);
     for (const FileFormat *format : fileFormats())
         mFormatPopupButton->addItem(format->description());
+    mPictureLoading = new PictureLoading(
+        mImageView, [this] { return _screenshotInfo.filePath(); }, this);
+    connect(mPictureLoading, &PictureLoading::loaded, this, &CorvexWindowController::imageLoaded);
 
     connect(mNameTextField, &QLineEdit::textChanged, this, &CorvexWindowController::controlTextDidChange);
     connect(mNameTextField, &QLineEdit::returnPressed, this, [this] {
         if (mRenameButton->isEnabled())
             mRenameButton->click();
     });
-    connect(mWherePopupButton, &QComboBox::activated, this,
-            [this](int index) { whereAction(mWherePopupButton->itemData(index, TagRole).toInt()); });
+    connect(mWhereMenu, &WhereMenu::tagActivated, this, &CorvexWindowController::whereAction);
     connect(mFormatPopupButton, &QComboBox::activated, this, &CorvexWindowController::formatAction);
     connect(mRenameButton, &QPushButton::clicked, this, &CorvexWindowController::rename);
     connect(mCancelButton, &QPushButton::clicked, this, &CorvexWindowController::cancel);
@@ -198,22 +198,22 @@ void CorvexWindowController::windowDidLoad()
 
     const std::optional<QString> target = _screenshotInfo.targetFilePath();
     const QString proposedPath = target && !target->isEmpty() ? *target : currentPath;
-    mWindow->setWindowTitle(displayFileName(currentPath, _screenshotInfo.fileAttributes()));
+    mWindow->setWindowTitle(PathNames::displayFileName(currentPath, _screenshotInfo.fileAttributes()));
     QString proposedName = QFileInfo(proposedPath).fileName();
 
-    mFavoriteFolderURLs = readFavoriteFolderURLs();
+    mFavoriteFolderURLs = WhereMenu::readFavoriteFolderURLs();
     addWhereFavorites();
 
     QString proposedFolder = QFileInfo(proposedPath).path();
     QString proposedExtension = QFileInfo(proposedName).suffix();
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (defaults.boolForKey(QStringLiteral("useLastDirectoryAndExtensionValues"))) {
-        const QString lastDirectory = defaults.stringForKey(QStringLiteral("lastSaveDirectory"));
+    if (defaults.boolForKey(kUseLastDirectoryAndExtensionValuesKey)) {
+        const QString lastDirectory = defaults.stringForKey(kLastSaveDirectoryKey);
         if (!lastDirectory.isEmpty() && QFileInfo(lastDirectory).isDir())
             proposedFolder = lastDirectory;
-        const QString lastExtension = defaults.stringForKey(QStringLiteral("lastFileFormatExtension"));
+        const QString lastExtension = defaults.stringForKey(kLastFileFormatExtensionKey);
         if (!lastExtension.isEmpty() && FileFormat::allKnownExtensions().contains(lastExtension.toLower())) {
-            proposedName = replacingExtension(proposedName, lastExtension);
+            proposedName = PathNames::replacingExtension(proposedName, lastExtension);
             proposedExtension = lastExtension;
         }
     }
@@ -232,140 +232,105 @@ void CorvexWindowController::windowDidLoad()
         imageSize = QSizeF(128, 128);
     const QRect frame = calculateWindowFrameWithImageSize(imageSize.width(), imageSize.height());
     mWindow->resize(frame.size());
-    centerOnScreen(mWindow, screenForNumber(_screenshotInfo.screenNumber()));
-    loadImage();
+    // Several renaming windows do not stack exactly: each new one is cascaded from the last.
+    WindowPlacement::cascadeWindow(mWindow, WindowPlacement::screenForNumber(_screenshotInfo.screenNumber()));
+    const QSize bound = mWindow->size() - (mWindow->sizeHint() - mImageView->sizeHint());
+    mPictureLoading->load(bound * mWindow->devicePixelRatioF());
     updateUI();
 }
 
 void CorvexWindowController::selectBaseName()
 {
     const QString name = mNameTextField->text();
-    mNameTextField->setSelection(0, int(baseNameLength(name)));
+    mNameTextField->setSelection(0, int(PathNames::baseNameLength(name)));
 }
 
 void CorvexWindowController::updateUI()
 {
     if (!mRenameButton)
         return;
-    const QString destination = joinedPath(mWhereFolderPath, mNameTextField->text());
+    const QString destination = PathNames::joinedPath(mWhereFolderPath, mNameTextField->text());
     mRenameButton->setEnabled(destination != _screenshotInfo.filePath());
-}
-
-void CorvexWindowController::controlTextDidChange()
-{
-    updateUI();
 }
 
 void CorvexWindowController::setWhere(const QString &folderPath)
 {
     mWhereFolderPath = folderPath;
-    if (!mWherePopupButton)
-        return;
-    if (mWherePopupButton->count() == 0)
-        mWherePopupButton->addItem(QString());
-    mWherePopupButton->setItemText(0, displayNameAtPath(folderPath));
-    mWherePopupButton->setItemIcon(0, folderIcon(folderPath));
-    mWherePopupButton->setItemData(0, folderPath, Qt::ToolTipRole);
-    mWherePopupButton->setCurrentIndex(0);
+    if (mWhereMenu)
+        mWhereMenu->showFolder(folderPath);
 }
 
 void CorvexWindowController::addWhereFavorites()
 {
-    if (!mFavoriteFolderURLs.isEmpty()) {
-        mWherePopupButton->insertSeparator(mWherePopupButton->count());
-        mWherePopupButton->addItem(tr("Favorites"));
-        auto *model = qobject_cast<QStandardItemModel *>(mWherePopupButton->model());
-        if (QStandardItem *heading = model ? model->item(mWherePopupButton->count() - 1) : nullptr)
-            heading->setEnabled(false);
-    }
-    for (qsizetype i = 0; i < mFavoriteFolderURLs.size(); ++i) {
-        const QString path = mFavoriteFolderURLs.at(i).toLocalFile();
-        mWherePopupButton->addItem(folderIcon(path), displayNameAtPath(path));
-        const int index = mWherePopupButton->count() - 1;
-        mWherePopupButton->setItemData(index, FirstFavoriteTag + int(i), TagRole);
-        mWherePopupButton->setItemData(index, 1, IndentationRole);
-        mWherePopupButton->setItemData(index, path, Qt::ToolTipRole);
-        if (i < 9)
-            mWherePopupButton->setItemData(index, QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + i)),
-                                           KeyEquivalentRole);
-    }
+    mWhereMenu->appendFavorites(mFavoriteFolderURLs);
 }
 
 void CorvexWindowController::whereAction(int tag)
 {
-    if (tag == ScreenshotFolderTag) {
+    if (tag == WhereMenu::ScreenshotFolderTag) {
         setWhere(QFileInfo(_screenshotInfo.filePath()).path());
-        mWherePopupButton->setCurrentIndex(0);
-        updateUI();
-    } else if (tag == OtherFolderTag) {
-        auto *panel = new QFileDialog(mWindow);
-        panel->setFileMode(QFileDialog::Directory);
-        panel->setOption(QFileDialog::ShowDirsOnly, true);
-        panel->setDirectory(mWhereFolderPath);
-        panel->setAcceptMode(QFileDialog::AcceptOpen);
-        panel->setAttribute(Qt::WA_DeleteOnClose);
-        connect(panel, &QFileDialog::finished, this, [this, panel](int result) {
-            const QList<QUrl> urls = panel->selectedUrls();
-            if (result == QDialog::Accepted && urls.size() == 1 && urls.first().isLocalFile())
-                setWhere(QFileInfo(urls.first().toLocalFile()).canonicalFilePath());
-            mWherePopupButton->setCurrentIndex(0);
-            updateUI();
-        });
-        panel->open();
-        updateUI();
-    } else if (tag >= FirstFavoriteTag) {
-        const qsizetype index = tag - FirstFavoriteTag;
+    } else if (tag == WhereMenu::OtherFolderTag) {
+        chooseOtherFolder();
+    } else if (tag == WhereMenu::AddToFavoritesTag) {
+        addShownFolderToFavorites();
+    } else if (tag == WhereMenu::EditFavoritesTag) {
+        Q_EMIT favoritesEditingRequested();
+    } else if (tag >= WhereMenu::FirstFavoriteTag) {
+        const qsizetype index = tag - WhereMenu::FirstFavoriteTag;
         if (index < mFavoriteFolderURLs.size())
             setWhere(mFavoriteFolderURLs.at(index).toLocalFile());
-        mWherePopupButton->setCurrentIndex(0);
-        updateUI();
-    } else {
-        mWherePopupButton->setCurrentIndex(0);
-        updateUI();
     }
+    mWherePopupButton->setCurrentIndex(0);
+    updateUI();
+}
+
+void CorvexWindowController::chooseOtherFolder()
+{
+    auto *panel = new QFileDialog(mWindow);
+    panel->setFileMode(QFileDialog::Directory);
+    panel->setOption(QFileDialog::ShowDirsOnly, true);
+    panel->setDirectory(mWhereFolderPath);
+    panel->setAcceptMode(QFileDialog::AcceptOpen);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &QFileDialog::finished, this, [this, panel](int result) {
+        const QList<QUrl> urls = panel->selectedUrls();
+        if (result == QDialog::Accepted && urls.size() == 1 && urls.first().isLocalFile())
+            setWhere(QFileInfo(urls.first().toLocalFile()).canonicalFilePath());
+        mWherePopupButton->setCurrentIndex(0);
+        updateUI();
+    });
+    panel->open();
+}
+
+void CorvexWindowController::addShownFolderToFavorites()
+{
+    if (!QFileInfo(mWhereFolderPath).isDir() || !WhereMenu::addFavoriteFolder(mWhereFolderPath))
+        return;
+    const QUrl url = QUrl::fromLocalFile(mWhereFolderPath);
+    mWhereMenu->appendFavorites({url}, mFavoriteFolderURLs.size());
+    mFavoriteFolderURLs.append(url);
 }
 
 bool CorvexWindowController::performKeyEquivalent(QKeyEvent *event)
 {
-    const Qt::KeyboardModifiers modifiers = WhereProxyView::deviceIndependentModifiers(event);
+    if (RenamingWindowActions::isPopupOpen())
+        return false;
+    if (QKeySequence(event->keyCombination()) == WhereMenu::addToFavoritesShortcut()) {
+        whereAction(WhereMenu::AddToFavoritesTag);
+        return true;
+    }
+    const Qt::KeyboardModifiers modifiers = KeyEquivalentView::deviceIndependentModifiers(event);
     const int key = event->key();
-    QString folder;
-    if (modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
-        switch (key) {
-        case Qt::Key_C:
-            folder = rootFolder();
-            break;
-        case Qt::Key_H:
-            folder = homeFolder();
-            break;
-        case Qt::Key_D:
-            folder = desktopFolder();
-            break;
-        case Qt::Key_A:
-            folder = applicationsFolder();
-            break;
-        case Qt::Key_O:
-            folder = documentsFolder();
-            break;
-        case Qt::Key_U:
-            folder = utilitiesFolder();
-            break;
-        default:
-            return false;
-        }
-    } else if (modifiers == Qt::ControlModifier && key == Qt::Key_D) {
-        folder = desktopFolder();
-    } else if (modifiers == Qt::ControlModifier && key >= Qt::Key_1 && key <= Qt::Key_9) {
+    if (modifiers == Qt::ControlModifier && key >= Qt::Key_1 && key <= Qt::Key_9) {
         // The favourites' own key equivalents, as their popup items show them.
         const int index = key - Qt::Key_1;
         if (index >= mFavoriteFolderURLs.size())
             return false;
-        whereAction(FirstFavoriteTag + index);
+        whereAction(WhereMenu::FirstFavoriteTag + index);
         return true;
-    } else {
-        return false;
     }
-    if (folder.isEmpty())
+    QString folder;
+    if (!FolderShortcuts::folderForKey(event, &folder) || folder.isEmpty())
         return false;
     setWhere(folder);
     return true;
@@ -388,6 +353,7 @@ QRect CorvexWindowController::calculateWindowFrameWithImageSize(double width, do
         frame.setWidth(frame.width() + int(dw));
     if (dh > 0)
         frame.setHeight(frame.height() + int(dh));
-    return constrainFrameRect(frame, screenForNumber(_screenshotInfo.screenNumber()),
-                              decorationMargins(mWindow));
+    return WindowPlacement::constrainFrameRect(
+        frame, WindowPlacement::screenForNumber(_screenshotInfo.screenNumber()),
+        WindowPlacement::decorationMargins(mWindow));
 }

@@ -4,43 +4,35 @@
 // The renaming window's actions that change the file: Rename (move and convert), Move to Trash, the extension
 // checks that keep the name and the format in agreement, and what follows an error.
 
-#include "AppUserDefaults.h"
-#include "CorvexError.h"
-#include "CorvexErrors.h"
-#include "CorvexWindowController.h"
-#include "CorvexWindowController_p.h"
-#include "DefaultCancelProxyView.h"
-#include "DropboxCheck.h"
-#include "FileFormat.h"
-#include "Log.h"
-#include "Processor.h"
-#include "QZAlert.h"
-#include "UserDefaults.h"
-#include "WhereProxyView.h"
+#include "app/CorvexWindowController.h"
+
+#include "app/FileFollowing.h"
+#include "app/FileOperations.h"
+#include "app/FolderShortcuts.h"
+#include "app/PathNames.h"
+#include "app/RenameFlow.h"
+#include "core/AppUserDefaults.h"
+#include "core/CorvexErrors.h"
+#include "core/DropboxCheck.h"
+#include "core/FileFormat.h"
+#include "core/Processor.h"
+#include "core/UserDefaults.h"
+#include "foundation/CorvexError.h"
+#include "foundation/PreferenceKeys.h"
+#include "logging/Log.h"
+#include "platform/DesktopApplications.h"
+#include "widgets/QZAlert.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QFileInfo>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
-
-using namespace CorvexWindow;
 
 namespace {
 
 // The context of every error this window presents, so that its end is recognised as this window's own.
 const char ErrorContextMarker = 0;
-
-QString errorLogText(const CorvexError &error)
-{
-    return QStringLiteral("domain:%1 code:%2 userInfo:%3 description:%4")
-        .arg(error.domain())
-        .arg(error.code())
-        .arg(userInfoDescription(error.userInfo()))
-        .arg(error.localizedDescription());
-}
 
 } // namespace
 
@@ -49,8 +41,7 @@ bool CorvexWindowController::ensureExtensionMatchesCurrentFormatExcludingOthers(
     const QString name = mNameTextField->text();
     if (name.isEmpty())
         return false;
-    const QString nameExtension = name.mid(baseNameLength(name) + 1);
-    const QString extension = nameExtension.toLower();
+    const QString extension = name.mid(PathNames::baseNameLength(name) + 1).toLower();
     const FileFormat *format = selectedFileFormat();
     if (!format)
         return false;
@@ -59,26 +50,14 @@ bool CorvexWindowController::ensureExtensionMatchesCurrentFormatExcludingOthers(
         return true;
     if (!extension.isEmpty() && FileFormat::allKnownExtensions().contains(extension)) {
         if (excludingOthers) {
-            auto *alert = new QZAlert(mWindow);
-            alert->setAlertStyle(QZAlert::WarningAlertStyle);
-            alert->setMessageText(
-                tr("You cannot save this document with extension “.%1” at the end of the name.  "
-                   "The required extension is “.%2”.")
-                    .arg(extension, required));
-            alert->setInformativeText(
-                tr("You can choose to use both, so that your file name ends in “.%1.%2”.")
-                    .arg(extension, required));
-            alert->addButtonWithTitle(tr("Use .%1").arg(required));
-            alert->addButtonWithTitle(tr("Cancel"));
-            alert->addButtonWithTitle(tr("Use both"));
-            alert->qzBeginSheetModalForWindow(mWindow,
-                                              [self = QPointer<CorvexWindowController>(this)](qint64 code) {
-                                                  if (self)
-                                                      self->extensionMismatchAlertDidEnd(code);
-                                              });
+            RenameFlow::askAboutExtensionMismatch(
+                mWindow, extension, required, [self = QPointer<CorvexWindowController>(this)](qint64 code) {
+                    if (self)
+                        self->extensionMismatchAlertDidEnd(code);
+                });
             return false;
         }
-        mNameTextField->setText(deletingExtension(name) + u'.' + required);
+        mNameTextField->setText(PathNames::deletingExtension(name) + u'.' + required);
         return true;
     }
     mNameTextField->setText(name + u'.' + required);
@@ -91,7 +70,7 @@ void CorvexWindowController::extensionMismatchAlertDidEnd(qint64 returnCode)
     const FileFormat *format = selectedFileFormat();
     const QString required = format ? format->extensions().value(0) : QString();
     if (returnCode == QZAlert::NSAlertFirstButtonReturn) {
-        mNameTextField->setText(deletingExtension(name) + u'.' + required);
+        mNameTextField->setText(PathNames::deletingExtension(name) + u'.' + required);
         renameLater();
     } else if (returnCode == QZAlert::NSAlertThirdButtonReturn) {
         mNameTextField->setText(name + u'.' + required);
@@ -128,7 +107,7 @@ void CorvexWindowController::rename()
     const bool folderIsDirectory = folderInfo.isDir();
     if (!folderInfo.exists() && !folderInfo.isSymLink()) {
         QString reason;
-        if (!createFolder(folder, &reason))
+        if (!FileOperations::createFolder(folder, &reason))
             DDLogError(QStringLiteral("Can't create destination folder \"%1\": %2").arg(folder, reason));
         folder = sourceFolder;
     }
@@ -137,10 +116,9 @@ void CorvexWindowController::rename()
         folder = sourceFolder;
     }
 
-    const QString destination = joinedPath(folder, name);
+    const QString destination = PathNames::joinedPath(folder, name);
     if (destination == source)
         DDLogError(QStringLiteral(" *** can't rename a file to the same name ***"));
-    const QUrl destinationURL = QUrl::fromLocalFile(destination);
     const FileFormat *sourceFormat =
         qzFileFormatForExtension(FileFormat::allFileFormats(), QFileInfo(source).suffix());
     const FileFormat *destinationFormat =
@@ -154,90 +132,65 @@ void CorvexWindowController::rename()
     stopWatchingFile(source);
     CorvexError error;
     const bool renamed = Processor::sharedProcessor().renameItemAtURL(
-        QUrl::fromLocalFile(source), sourceFormat, destinationURL, destinationFormat, &error);
+        QUrl::fromLocalFile(source), sourceFormat, QUrl::fromLocalFile(destination), destinationFormat,
+        &error);
     if (renamed && error.domain().isEmpty()) {
         CorvexError attributeError;
-        const bool hide = UserDefaults::standardUserDefaults().boolForKey(QStringLiteral("hideExtension"));
-        const bool attributeSet = setExtensionHidden(destination, hide, &attributeError);
+        const bool hide = UserDefaults::standardUserDefaults().boolForKey(kHideExtensionKey);
+        const bool attributeSet = FileOperations::setExtensionHidden(destination, hide, &attributeError);
         if (!attributeSet || !attributeError.domain().isEmpty())
             DDLogError(QStringLiteral("Could not set extension hidden file attribute.  %1")
-                           .arg(errorLogText(attributeError)));
+                           .arg(RenameFlow::errorLogText(attributeError)));
         if (!attributeSet)
             return;
         saveLastDirectoryAndExtension(destination);
         closeWindow();
-        Processor &processor = Processor::sharedProcessor();
-        if (processor.appHandlesOpenWith()) {
-            const QString identifier = AppUserDefaults::sharedCorvexDefaults().stringForKey(
-                QStringLiteral("openWithBundleIdentifier"));
-            processor.openURL(destinationURL, identifier);
-        }
+        if (Processor::sharedProcessor().appHandlesOpenWith())
+            openRenamedFile(destination);
         return;
     }
 
     startWatchingFile(source);
-    DDLogError(QStringLiteral("Could not rename/reformat item.  %1").arg(errorLogText(error)));
+    DDLogError(QStringLiteral("Could not rename/reformat item.  %1").arg(RenameFlow::errorLogText(error)));
     if (QFileInfo::exists(destination))
-        showNameTakenAlert(name);
+        RenameFlow::showNameTaken(mWindow, name);
     else
         presentError(error);
+}
+
+void CorvexWindowController::openRenamedFile(const QString &path)
+{
+    // The application chosen in the shared settings; when none was ever stored, the desktop's default
+    // application for the file's type.
+    QString identifier = AppUserDefaults::sharedCorvexDefaults().stringForKey(kOpenWithBundleIdentifierKey);
+    if (identifier.isEmpty())
+        identifier =
+            DesktopApplications::defaultApplicationForMimeType(DesktopApplications::mimeTypeOfFile(path));
+    Processor::sharedProcessor().openURL(QUrl::fromLocalFile(path), identifier);
 }
 
 void CorvexWindowController::confirmReplace(const QString &name, const QString &destination)
 {
     const QString destinationFolder = QFileInfo(destination).path();
-    auto *alert = new QZAlert(mWindow);
-    alert->setAlertStyle(QZAlert::CriticalAlertStyle);
-    alert->setMessageText(tr("“%1” already exists. Do you want to replace it?").arg(name));
-    if (destinationFolder == desktopFolder())
-        alert->setInformativeText(
-            tr("A file or folder with the same name already exists on the %1. Replacing it "
-               "will overwrite its current contents.")
-                .arg(displayNameAtPath(destinationFolder)));
-    else
-        alert->setInformativeText(tr("A file or folder with the same name already exists in the folder %1. "
-                                     "Replacing it will overwrite its current contents.")
-                                      .arg(displayNameAtPath(destinationFolder)));
-    QPushButton *replace = alert->addButtonWithTitle(tr("Replace"));
-    QPushButton *cancel = alert->addButtonWithTitle(tr("Cancel"));
-    // Return cancels: replacing destroys the other file, so it takes Ctrl+R or a click.
-    alert->setDefaultButton(cancel);
-    replace->setAutoDefault(false);
-    new DefaultCancelProxyView(cancel, alert);
-    new WhereProxyView(
-        [replace](QKeyEvent *event) {
-            if (WhereProxyView::deviceIndependentModifiers(event) != Qt::ControlModifier ||
-                event->key() != Qt::Key_R)
-                return false;
-            replace->click();
-            return true;
-        },
-        alert);
     const QPointer<CorvexWindowController> self(this);
-    alert->qzBeginSheetModalForWindow(mWindow, [self, destination](qint64 code) {
-        if (!self || code != QZAlert::NSAlertFirstButtonReturn)
-            return;
-        if (destination == self->_screenshotInfo.filePath()) {
-            // The file already has the name: replacing it with itself would only delete it.
-            self->saveLastDirectoryAndExtension(destination);
-            self->closeWindow();
-            return;
-        }
-        CorvexError error;
-        if (removeItemAtPath(destination, &error))
-            self->renameLater();
-        else
-            self->presentError(error);
-    });
-}
-
-void CorvexWindowController::showNameTakenAlert(const QString &name)
-{
-    auto *alert = new QZAlert(mWindow);
-    alert->setAlertStyle(QZAlert::WarningAlertStyle);
-    alert->setMessageText(tr("The name “%1” is already taken. Please choose a different name.").arg(name));
-    alert->addButtonWithTitle(tr("OK"));
-    alert->qzBeginSheetModalForWindow(mWindow, {});
+    RenameFlow::confirmReplace(mWindow, name, destinationFolder,
+                               destinationFolder == FolderShortcuts::desktopFolder(),
+                               [self, destination](qint64 code) {
+                                   if (!self || code != QZAlert::NSAlertFirstButtonReturn)
+                                       return;
+                                   if (destination == self->_screenshotInfo.filePath()) {
+                                       // The file already has the name: replacing it with itself would only
+                                       // delete it.
+                                       self->saveLastDirectoryAndExtension(destination);
+                                       self->closeWindow();
+                                       return;
+                                   }
+                                   CorvexError error;
+                                   if (FileOperations::removeItemAtPath(destination, &error))
+                                       self->renameLater();
+                                   else
+                                       self->presentError(error);
+                               });
 }
 
 void CorvexWindowController::presentError(const CorvexError &error)
@@ -263,17 +216,17 @@ void CorvexWindowController::saveLastDirectoryAndExtension(const QString &path)
     AppUserDefaults &screencapture = AppUserDefaults::sharedScreencaptureDefaults();
     const QFileInfo info(path);
     const QString directory = info.path();
-    const QString location = screencapture.stringForKey(QStringLiteral("location"));
+    const QString location = screencapture.stringForKey(kScreencaptureLocationKey);
     if (!location.isNull() && location == directory)
-        defaults.removeObjectForKey(QStringLiteral("lastSaveDirectory"));
+        defaults.removeObjectForKey(kLastSaveDirectoryKey);
     else
-        defaults.setObject(directory, QStringLiteral("lastSaveDirectory"));
+        defaults.setObject(directory, kLastSaveDirectoryKey);
     const QString extension = info.suffix();
-    const QString type = screencapture.stringForKey(QStringLiteral("type"));
+    const QString type = screencapture.stringForKey(kScreencaptureTypeKey);
     if (!type.isNull() && type == extension)
-        defaults.removeObjectForKey(QStringLiteral("lastFileFormatExtension"));
+        defaults.removeObjectForKey(kLastFileFormatExtensionKey);
     else
-        defaults.setObject(extension, QStringLiteral("lastFileFormatExtension"));
+        defaults.setObject(extension, kLastFileFormatExtensionKey);
 }
 
 void CorvexWindowController::moveToTrash()
@@ -281,7 +234,7 @@ void CorvexWindowController::moveToTrash()
     const QString path = _screenshotInfo.filePath();
     stopWatchingFile(path);
     CorvexError error;
-    if (recycleFile(path, &error)) {
+    if (FileOperations::recycleFile(path, &error)) {
         closeWindow();
         return;
     }

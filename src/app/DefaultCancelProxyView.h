@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "KeyEquivalentView.h"
+#include "app/KeyEquivalentView.h"
 
 #include <QAbstractButton>
 #include <QPointer>

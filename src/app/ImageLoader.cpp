@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageLoader.h"
+#include "app/ImageLoader.h"
 
-#include "AreaScaler.h"
-#include "ImageIOPNG.h"
-#include "ImageIOResolution.h"
-#include "ImageIOSource.h"
-#include "PNGRowReader.h"
+#include "app/AreaScaler.h"
+#include "core/ImageIOPNG.h"
+#include "core/ImageIOResolution.h"
+#include "core/ImageIOSource.h"
+#include "core/PNGRowReader.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageView.h"
+#include "app/ImageView.h"
 
-#include "ImageLoader.h"
+#include "app/ImageLoader.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "KeyEquivalentView.h"
+#include "app/KeyEquivalentView.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -43,6 +43,9 @@ bool KeyEquivalentView::eventFilter(QObject *watched, QEvent *event)
     // The application delivers a key press to the focused widget first and then, while it is not taken, to
     // its parents: a key the view handles is taken at its first delivery, and one it does not handle is only
     // looked at again, without effect.
+    // An open popup (a list, a menu) takes its own keys: Escape closes it and nothing else.
+    if (QApplication::activePopupWidget())
+        return false;
     auto *widget = qobject_cast<QWidget *>(watched);
     if (!widget || widget->window() != window() || !window()->isVisible())
         return false;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserConsentPanelController.h"
+#include "app/UserConsentPanelController.h"
 
-#include "UserDefaults.h"
+#include "core/UserDefaults.h"
 
 #include <QCheckBox>
 #include <QDialog>

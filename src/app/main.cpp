@@ -4,9 +4,12 @@
 // Corvex, the application: one renaming window per screenshot. One instance per session: a second launch
 // hands its "qzcv:" URLs and its command-line screenshot to the running one and exits.
 
-#include "AppDelegate.h"
-#include "AppEventHandler.h"
-#include "DDLog.h"
+#include "app/AppDelegate.h"
+#include "app/AppEventHandler.h"
+#include "foundation/Version.h"
+#include "logging/DDLog.h"
+#include "platform/Bundle.h"
+#include "widgets/ApplicationResources.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -61,6 +64,8 @@ QStringList corvexURLArguments(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    // The user's language from the bundle's translations; the application icon on every window.
+    installApplicationResources(application, Bundle::mainBundle().resourcePath());
     QApplication::setApplicationName(QStringLiteral("Corvex"));
     QApplication::setApplicationVersion(QStringLiteral(CORVEX_MARKETING_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("com.ostrel.Corvex"));
@@ -82,10 +87,15 @@ int main(int argc, char *argv[])
 
     installTerminationHandler(delegate);
     delegate.applicationWillFinishLaunching();
-    QTimer::singleShot(0, &delegate, [&delegate, urls] {
+    // A launch from the launcher names neither a screenshot nor a URL: it shows the preferences window.
+    const bool bareLaunch =
+        urls.isEmpty() && !QApplication::arguments().contains(QStringLiteral("-filePath"));
+    QTimer::singleShot(0, &delegate, [&delegate, urls, bareLaunch] {
         delegate.applicationDidFinishLaunching();
         for (const QString &url : urls)
             delegate.handleGetURLEvent(url);
+        if (bareLaunch)
+            delegate.showPreferencesForBareLaunch();
     });
     const int code = QApplication::exec();
     delegate.applicationWillTerminate();

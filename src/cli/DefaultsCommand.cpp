@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex defaults: reads, writes and deletes preference domains.
-#include "Command.h"
-#include "CorvexError.h"
-#include "PreferenceStore.h"
-#include "PropertyList.h"
+#include "cli/Command.h"
+#include "foundation/CorvexError.h"
+#include "platform/PreferenceStore.h"
+#include "platform/PropertyList.h"
 
 #include <QDateTime>
 #include <QTimeZone>

@@ -3,11 +3,12 @@
 //
 // corvex name FILE [FORMAT-EXTENSION]: prints the name the stored renaming pattern gives the file, advancing
 // the stored counter exactly as an automatic rename does.
-#include "AppUserDefaults.h"
-#include "Command.h"
-#include "FileFormat.h"
-#include "Processor.h"
-#include "ScreenshotInfo.h"
+#include "cli/Command.h"
+#include "core/AppUserDefaults.h"
+#include "core/FileFormat.h"
+#include "core/Processor.h"
+#include "core/ScreenshotInfo.h"
+#include "foundation/PreferenceKeys.h"
 
 #include <QFileInfo>
 
@@ -33,7 +34,7 @@ int runName(const QStringList &arguments)
 
     AppUserDefaults &defaults = AppUserDefaults::sharedCorvexDefaults();
     defaults.synchronize();
-    if (defaults.stringForKey(QStringLiteral("autoRenameFormat")).isEmpty())
+    if (defaults.stringForKey(kAutoRenameFormatKey).isEmpty())
         return cli::fail(QStringLiteral("no renaming pattern is stored (set \"autoRenameFormat\" in the "
                                         "com.ostrel.Corvex domain)"));
 

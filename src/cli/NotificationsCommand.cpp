@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex notifications listen [NAME...] | post NAME [KEY=VALUE | KEY:=JSON ...]
-#include "Command.h"
-#include "DistributedNotificationCenter.h"
-#include "PropertyList.h"
+#include "cli/Command.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -3,9 +3,9 @@
 //
 // corvex process FILE: applies the automatic steps the shared preferences switch on, as the agent does, and
 // prints where the file ended up.
-#include "AutomaticSteps.h"
-#include "Command.h"
-#include "ScreenshotInfo.h"
+#include "core/AutomaticSteps.h"
+#include "cli/Command.h"
+#include "core/ScreenshotInfo.h"
 
 #include <QFileInfo>
 

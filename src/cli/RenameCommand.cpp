@@ -3,10 +3,10 @@
 //
 // corvex rename SOURCE DESTINATION: moves the file, or converts it to the destination's format (the source
 // then goes to the Trash), exactly as the renaming window does.
-#include "Command.h"
-#include "CorvexError.h"
-#include "FileFormat.h"
-#include "Processor.h"
+#include "cli/Command.h"
+#include "foundation/CorvexError.h"
+#include "core/FileFormat.h"
+#include "core/Processor.h"
 
 #include <QFileInfo>
 #include <QStringList>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex version-compare A B: prints -1 when A is older than B, 1 when it is newer, 0 otherwise.
-#include "Command.h"
-#include "QZSUStandardVersionComparator.h"
+#include "cli/Command.h"
+#include "core/QZSUStandardVersionComparator.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 //
 // corvex watch PATH...: prints one line per change of the watched paths ("<notification>\t<path>") until
 // interrupted.
-#include "Command.h"
-#include "NotificationCenter.h"
-#include "UKKQueue.h"
+#include "cli/Command.h"
+#include "watching/NotificationCenter.h"
+#include "watching/UKKQueue.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

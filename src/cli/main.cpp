@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex: the command-line tool over the Corvex core.
-#include "Command.h"
-#include "ImageIOSource.h"
-#include "StderrLogger.h"
+#include "cli/Command.h"
+#include "core/ImageIOSource.h"
+#include "cli/StderrLogger.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppUserDefaults.h"
+#include "core/AppUserDefaults.h"
 
-#include "DesktopScreenshotSettings.h"
-#include "PreferenceStore.h"
+#include "platform/DesktopScreenshotSettings.h"
+#include "platform/PreferenceStore.h"
 
 AppUserDefaults::AppUserDefaults(const QString &bundleIdentifier)
     : AppUserDefaults(bundleIdentifier, PreferenceStore::shared())
@@ -19,14 +19,14 @@ AppUserDefaults::~AppUserDefaults() = default;
 
 AppUserDefaults &AppUserDefaults::sharedCorvexDefaults()
 {
-    static AppUserDefaults *defaults = new AppUserDefaults(CorvexBundleIdentifier);
+    static AppUserDefaults *defaults = new AppUserDefaults(kCorvexDomain);
     return *defaults;
 }
 
 AppUserDefaults &AppUserDefaults::sharedScreencaptureDefaults()
 {
     static AppUserDefaults *defaults = [] {
-        auto *created = new AppUserDefaults(ScreencaptureBundleIdentifier);
+        auto *created = new AppUserDefaults(kScreencaptureDomain);
         created->mFallback = [](const QString &key) {
             return DesktopScreenshotSettings::current().valueForKey(key);
         };
@@ -65,7 +65,7 @@ void AppUserDefaults::setObject(const QVariant &value, const QString &key)
 
 QByteArray AppUserDefaults::screenshotBookmarkDataForKey(const QString &key) const
 {
-    const std::optional<QVariantMap> bookmarks = dictionaryForKey(ScreenshotBookmarksKey);
+    const std::optional<QVariantMap> bookmarks = dictionaryForKey(kScreenshotBookmarksKey);
     if (!bookmarks)
         return QByteArray();
     const QVariant data = bookmarks->value(key);
@@ -79,12 +79,12 @@ void AppUserDefaults::setScreenshotBookmarkData(const QByteArray &data, const QS
 {
     // Start from what other processes stored last, so that their bookmarks are kept.
     mStore.synchronize(mBundleIdentifier);
-    QVariantMap bookmarks = dictionaryForKey(ScreenshotBookmarksKey).value_or(QVariantMap());
+    QVariantMap bookmarks = dictionaryForKey(kScreenshotBookmarksKey).value_or(QVariantMap());
     if (data.isNull())
         bookmarks.remove(key);
     else
         bookmarks.insert(key, data);
-    setObject(bookmarks, ScreenshotBookmarksKey);
+    setObject(bookmarks, kScreenshotBookmarksKey);
 }
 
 bool AppUserDefaults::synchronize()

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "TypedPreferences.h"
+#include "core/TypedPreferences.h"
+#include "foundation/PreferenceKeys.h"
 
 #include <QMutex>
 #include <QString>
@@ -59,10 +60,6 @@ public:
 
     // Replaces the registration dictionary with a copy of the argument.
     void registerDefaults(const QVariantMap &dictionary);
-
-    static inline const QString CorvexBundleIdentifier = QStringLiteral("com.ostrel.Corvex");
-    static inline const QString ScreencaptureBundleIdentifier = QStringLiteral("com.apple.screencapture");
-    static inline const QString ScreenshotBookmarksKey = QStringLiteral("screenshotBookmarks");
 
 private:
     QString mBundleIdentifier;

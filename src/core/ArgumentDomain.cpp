@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ArgumentDomain.h"
+#include "core/ArgumentDomain.h"
 
-#include "PropertyList.h"
+#include "platform/PropertyList.h"
 
 #include <optional>
 

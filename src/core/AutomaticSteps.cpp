@@ -1,15 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AutomaticSteps.h"
+#include "core/AutomaticSteps.h"
+#include "foundation/PreferenceKeys.h"
 
-#include "AppUserDefaults.h"
-#include "CorvexError.h"
-#include "FactoryDefaults.h"
-#include "FileFormat.h"
-#include "FileMove.h"
-#include "Log.h"
-#include "Processor.h"
-#include "ScreenshotInfo.h"
+#include "core/AppUserDefaults.h"
+#include "core/FactoryDefaults.h"
+#include "core/FileFormat.h"
+#include "core/Processor.h"
+#include "core/ScreenshotInfo.h"
+#include "foundation/CorvexError.h"
+#include "logging/Log.h"
+#include "platform/FileMove.h"
 
 #include <QDir>
 #include <QFile>
@@ -155,7 +156,7 @@ AutomaticStepsReport AutomaticSteps::applyToScreenshotInfo(ScreenshotInfo &info)
     Processor &processor = Processor::sharedProcessor();
     defaults.synchronize();
 
-    if (defaults.boolForKey(QStringLiteral("autoRename"))) {
+    if (defaults.boolForKey(kAutoRenameKey)) {
         const PathParts parts = partsOf(path);
         const FileFormat *format = formatOfPath(path);
         const QString name = processor.fileNameByAutomaticRenamingFromInfo(info, format);
@@ -177,8 +178,8 @@ AutomaticStepsReport AutomaticSteps::applyToScreenshotInfo(ScreenshotInfo &info)
         }
     }
 
-    if (defaults.boolForKey(QStringLiteral("autoReformat"))) {
-        const QString extension = storedOrFactoryString(QStringLiteral("autoReformatExtension")).toLower();
+    if (defaults.boolForKey(kAutoReformatKey)) {
+        const QString extension = storedOrFactoryString(kAutoReformatExtensionKey).toLower();
         const FileFormat *target = qzFileFormatForExtension(FileFormat::allFileFormats(), extension);
         const FileFormat *source = formatOfPath(path);
         if (!target) {
@@ -198,8 +199,8 @@ AutomaticStepsReport AutomaticSteps::applyToScreenshotInfo(ScreenshotInfo &info)
         }
     }
 
-    if (defaults.boolForKey(QStringLiteral("autoMove"))) {
-        const QString stored = defaults.stringForKey(QStringLiteral("autoMoveFolder"));
+    if (defaults.boolForKey(kAutoMoveKey)) {
+        const QString stored = defaults.stringForKey(kAutoMoveFolderKey);
         const QString folder = stored.isEmpty() ? QString() : expandedFolder(stored);
         const PathParts parts = partsOf(path);
         QString newPath;
@@ -222,7 +223,7 @@ AutomaticStepsReport AutomaticSteps::applyToScreenshotInfo(ScreenshotInfo &info)
 
     if (processor.agentHandlesOpenWith()) {
         // Never stored: the application's factory choice, the desktop's image viewer.
-        const QString identifier = storedOrFactoryString(QStringLiteral("openWithBundleIdentifier"));
+        const QString identifier = storedOrFactoryString(kOpenWithBundleIdentifierKey);
         report.opened = processor.openURL(QUrl::fromLocalFile(path), identifier);
         if (!report.opened)
             report.failedSteps.append(QStringLiteral("open"));

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "BookmarkException.h"
+#include "core/BookmarkException.h"
 
 BookmarkException::BookmarkException(Kind kind, const QString &reason) : mKind(kind), mReason(reason)
 {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "BookmarkItem.h"
+#include "core/BookmarkItem.h"
 
-#include "Bookmark.h"
-#include "BookmarkException.h"
+#include "platform/Bookmark.h"
+#include "core/BookmarkException.h"
 
 BookmarkItem::BookmarkItem(const QByteArray &bookmarkData) : mBookmarkData(bookmarkData) {}
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CorvexErrors.h"
+#include "core/CorvexErrors.h"
 
-#include "FileFormat.h"
+#include "core/FileFormat.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,15 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DropboxCheck.h"
+#include "core/DropboxCheck.h"
 
-#include "Bundle.h"
-#include "Log.h"
-#include "QZSUStandardVersionComparator.h"
-#include "RunningApplications.h"
+#include "core/QZSUStandardVersionComparator.h"
+#include "logging/Log.h"
+#include "platform/Bundle.h"
+#include "platform/RunningApplications.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonParseError>
 #include <QMutex>
 #include <QRegularExpression>
 #include <QStringConverter>
@@ -69,10 +72,41 @@ bool DropboxCheck::screenshotFolderTest()
 {
     if (!runningClientTest())
         return false;
-    const std::optional<QString> folder = dropboxFolder();
-    if (!folder)
-        return false;
-    return QFileInfo(*folder + QStringLiteral("/Screenshots")).isDir();
+    QStringList folders = accountFolders();
+    if (const std::optional<QString> folder = dropboxFolder())
+        folders.prepend(*folder);
+    for (const QString &folder : std::as_const(folders)) {
+        if (QFileInfo(folder + QStringLiteral("/Screenshots")).isDir())
+            return true;
+    }
+    return false;
+}
+
+QStringList DropboxCheck::accountFolders()
+{
+    const QString path = homeFolder() + QStringLiteral("/.dropbox/info.json");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject()) {
+        DDLogWarn(QStringLiteral("Ignoring the Dropbox settings file %1: %2")
+                      .arg(path, error.error != QJsonParseError::NoError ? error.errorString()
+                                                                         : QStringLiteral("not an object")));
+        return {};
+    }
+    QStringList folders;
+    for (const char *account : {"personal", "business"}) {
+        const QString folder = document.object()
+                                   .value(QLatin1StringView(account))
+                                   .toObject()
+                                   .value(QStringLiteral("path"))
+                                   .toString();
+        if (QDir::isAbsolutePath(folder))
+            folders.append(folder);
+    }
+    return folders;
 }
 
 void DropboxCheck::checkDropbox()

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -34,8 +35,8 @@ public:
     // The warning checkDropbox() logs.
     static QString incompatibilityWarning();
 
-    // True when the running client has the feature (both of its versions at least 2.4.0) and the Dropbox
-    // folder holds a "Screenshots" directory.
+    // True when the running client has the feature (both of its versions at least 2.4.0) and a Dropbox
+    // folder (from "host.db" or "info.json") holds a "Screenshots" directory.
     static bool screenshotFolderTest();
 
     // Logs the warning at warning level when screenshotFolderTest() is true; otherwise does nothing. Run once
@@ -49,6 +50,11 @@ public:
     // The Dropbox folder named in "~/.dropbox/host.db" (second line, base64 of the UTF-8 path), or nothing
     // when the file is missing, too short or its line does not decode.
     static std::optional<QString> dropboxFolder();
+
+    // The folders named in "~/.dropbox/info.json", where current clients record them: the "path" of its
+    // "personal" and "business" accounts, in that order. A missing file gives none; a malformed one gives
+    // none and a warning in the log.
+    static QStringList accountFolders();
 
     // Decodes base64 the way the client's settings need: the text plus a newline through OpenSSL's base64
     // filter, read in 256-byte chunks. Nothing when the filter fails, yields no bytes or fewer than the text

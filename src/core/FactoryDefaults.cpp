@@ -1,31 +1,32 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FactoryDefaults.h"
+#include "core/FactoryDefaults.h"
+#include "foundation/PreferenceKeys.h"
 
 #include <QString>
 
 QVariantMap factoryDefaults()
 {
     return QVariantMap{
-        {QStringLiteral("firstRunVers2"), true},
-        {QStringLiteral("hasAskedToStartAtLogIn"), false},
-        {QStringLiteral("startAtLogIn"), true},
-        {QStringLiteral("allowAgentToRunInBackground"), true},
-        {QStringLiteral("showMenuIcon"), true},
-        {QStringLiteral("grayscaleMenuIcon"), false},
-        {QStringLiteral("useLenientTimeParser"), false},
-        {QStringLiteral("useLastDirectoryAndExtensionValues"), false},
-        {QStringLiteral("quitAppAfterLastWindowClosed"), true},
-        {QStringLiteral("hideExtension"), true},
-        {QStringLiteral("autoRename"), false},
-        {QStringLiteral("autoRenameCount"), qint64(0)},
-        {QStringLiteral("autoReformat"), false},
-        {QStringLiteral("autoReformatExtension"), QStringLiteral("jpg")},
-        {QStringLiteral("autoMove"), false},
-        {QStringLiteral("openWith"), false},
-        {QStringLiteral("openWithBundleIdentifier"), QStringLiteral("com.apple.Preview")},
-        {QStringLiteral("showCorvexWindow"), true},
-        {QStringLiteral("logFontName"), QStringLiteral("Monaco")},
-        {QStringLiteral("logFontSize"), qint64(9)},
+        {kFirstRunVers2Key, true},
+        {kHasAskedToStartAtLogInKey, false},
+        {kStartAtLogInKey, true},
+        {kAllowAgentToRunInBackgroundKey, true},
+        {kShowMenuIconKey, true},
+        {kGrayscaleMenuIconKey, false},
+        {kUseLenientTimeParserKey, false},
+        {kUseLastDirectoryAndExtensionValuesKey, false},
+        {kQuitAppAfterLastWindowClosedKey, true},
+        {kHideExtensionKey, true},
+        {kAutoRenameKey, false},
+        {kAutoRenameCountKey, qint64(0)},
+        {kAutoReformatKey, false},
+        {kAutoReformatExtensionKey, QStringLiteral("jpg")},
+        {kAutoMoveKey, false},
+        {kOpenWithKey, false},
+        {kOpenWithBundleIdentifierKey, QStringLiteral("com.apple.Preview")},
+        {kShowCorvexWindowKey, true},
+        {kLogFontNameKey, QStringLiteral("Monaco")},
+        {kLogFontSizeKey, qint64(9)},
     };
 }

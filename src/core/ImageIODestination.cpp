@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIODestination.h"
+#include "core/ImageIODestination.h"
 
-#include "ExtendedAttributes.h"
+#include "platform/ExtendedAttributes.h"
 
-#include "FileFormat.h"
-#include "ImageIOGIFEncoder.h"
-#include "ImageIOJPEG.h"
-#include "ImageIOPDF.h"
-#include "ImageIOPNG.h"
-#include "ImageIORowPipeline.h"
-#include "ImageIOSource.h"
-#include "ImageIOTIFF.h"
+#include "core/FileFormat.h"
+#include "core/ImageIOGIFEncoder.h"
+#include "core/ImageIOJPEG.h"
+#include "core/ImageIOPDF.h"
+#include "core/ImageIOPNG.h"
+#include "core/ImageIORowPipeline.h"
+#include "core/ImageIOSource.h"
+#include "core/ImageIOTIFF.h"
 
 #include <QImageWriter>
 #include <QPainter>

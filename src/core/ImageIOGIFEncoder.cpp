@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOGIFEncoder.h"
+#include "core/ImageIOGIFEncoder.h"
 
 #include <QIODevice>
 #include <array>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ImageRowWriter.h"
+#include "core/ImageRowWriter.h"
 
 #include <memory>
 

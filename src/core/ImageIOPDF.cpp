@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOPDF.h"
+#include "core/ImageIOPDF.h"
 
-#include "Log.h"
+#include "logging/Log.h"
 
 #include <QIODevice>
 #include <QPageSize>
@@ -10,6 +10,7 @@
 #include <QPdfWriter>
 #include <cmath>
 #include <memory>
+#include <mutex>
 #include <poppler-qt6.h>
 
 namespace {
@@ -23,8 +24,24 @@ struct FirstPage
     ImageIOPDF::PageStatus status = ImageIOPDF::PageStatus::NotOpened;
 };
 
+// poppler's own complaints about a document ("Error (123): Illegal character") join the log as warnings
+// instead of going straight to stderr: most are repaired on the way, and a failure to read is reported as
+// an error by the caller anyway.
+void logPopplerMessage(const QString &message, const QVariant &closure)
+{
+    Q_UNUSED(closure);
+    DDLogWarn(QStringLiteral("PDF reader: %1").arg(message));
+}
+
+void routePopplerMessages()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { Poppler::setDebugErrorFunction(logPopplerMessage, QVariant()); });
+}
+
 FirstPage openFirstPage(const QString &path, bool logging)
 {
+    routePopplerMessages();
     FirstPage first;
     first.document = Poppler::Document::load(path);
     if (!first.document || first.document->isLocked()) {
@@ -47,9 +64,35 @@ FirstPage openFirstPage(const QString &path, bool logging)
     return first;
 }
 
+// The rotation that undoes the page's own /Rotate: the page is measured and drawn as it lies in its box.
+Poppler::Page::Rotation unrotation(const Poppler::Page &page)
+{
+    switch (page.orientation()) {
+    case Poppler::Page::Landscape:
+        return Poppler::Page::Rotate270;
+    case Poppler::Page::UpsideDown:
+        return Poppler::Page::Rotate180;
+    case Poppler::Page::Seascape:
+        return Poppler::Page::Rotate90;
+    case Poppler::Page::Portrait:
+        break;
+    }
+    return Poppler::Page::Rotate0;
+}
+
+// The page's size in points without its rotation.
+QSizeF unrotatedSize(const Poppler::Page &page)
+{
+    const QSizeF rotated = page.pageSizeF();
+    const Poppler::Page::Orientation orientation = page.orientation();
+    return orientation == Poppler::Page::Landscape || orientation == Poppler::Page::Seascape
+               ? rotated.transposed()
+               : rotated;
+}
+
 QImage render(FirstPage &first, qint64 maximumBytes, QString *reason)
 {
-    const QSizeF points = first.page->pageSizeF();
+    const QSizeF points = unrotatedSize(*first.page);
     const double width = std::ceil(points.width()), height = std::ceil(points.height());
     if (width < 1 || height < 1 || width * height * 4 > double(maximumBytes)) {
         if (reason)
@@ -67,12 +110,13 @@ QImage render(FirstPage &first, qint64 maximumBytes, QString *reason)
     first.document->setRenderHint(Poppler::Document::TextAntialiasing, true);
     // Drawn into premultiplied pixels, the raster engine's own format: about a fifth quicker than the
     // straight-alpha image the renderer would make itself.
-    const QSize size = first.page->pageSize();
+    const QSize size = points.toSize();
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     if (!image.isNull()) {
         image.fill(Qt::transparent);
         QPainter painter(&image);
-        if (!first.page->renderToPainter(&painter, 72.0, 72.0, 0, 0, size.width(), size.height()))
+        if (!first.page->renderToPainter(&painter, 72.0, 72.0, 0, 0, size.width(), size.height(),
+                                         unrotation(*first.page)))
             image = QImage();
     }
     if (image.isNull()) {
@@ -99,7 +143,7 @@ QSizeF ImageIOPDF::firstPageSize(const QString &path, PageStatus *status, bool l
     const FirstPage first = openFirstPage(path, logging);
     if (status)
         *status = first.status;
-    return first.page ? first.page->pageSizeF() : QSizeF(0, 0);
+    return first.page ? unrotatedSize(*first.page) : QSizeF(0, 0);
 }
 
 QImage ImageIOPDF::renderFirstPage(const QString &path, qint64 maximumBytes, QString *reason)
@@ -119,14 +163,27 @@ QImage ImageIOPDF::renderFirstPageQuietly(const QString &path, qint64 maximumByt
 
 bool ImageIOPDF::write(const QImage &image, QIODevice *device, QString *reason)
 {
-    const double dpiX = image.dotsPerMeterX() > 0 ? image.dotsPerMeterX() * InchesPerMeter : 72.0;
-    const double dpiY = image.dotsPerMeterY() > 0 ? image.dotsPerMeterY() * InchesPerMeter : 72.0;
+    // Resolutions travel in whole dots per metre: 72 dpi arrives as 2835 (72.009 dpi), which would make a
+    // 5000-pixel picture a 4999.4-point page. A resolution that close to whole dots per inch is that one.
+    const auto dotsPerInch = [](int dotsPerMeter) {
+        if (dotsPerMeter <= 0)
+            return 72.0;
+        const double dpi = dotsPerMeter * InchesPerMeter;
+        return std::abs(dpi - std::round(dpi)) < 0.02 ? std::round(dpi) : dpi;
+    };
+    const double dpiX = dotsPerInch(image.dotsPerMeterX());
+    const double dpiY = dotsPerInch(image.dotsPerMeterY());
     const QSizeF points(image.width() * 72.0 / dpiX, image.height() * 72.0 / dpiY);
     QPdfWriter writer(device);
     writer.setResolution(72);
     writer.setCreator(QStringLiteral("Corvex"));
-    if (!writer.setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch)) ||
-        !writer.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point)) {
+    // A whole number of points goes in as such: the fractional constructor loses a point on many widths
+    // (5000 comes out as 4999), and the picture would be resampled into the narrower page.
+    const QSize wholePoints = points.toSize();
+    const QPageSize pageSize = QSizeF(wholePoints) == points
+                                   ? QPageSize(wholePoints, QString(), QPageSize::ExactMatch)
+                                   : QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch);
+    if (!writer.setPageSize(pageSize) || !writer.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point)) {
         if (reason)
             *reason = QStringLiteral("the page size %1 by %2 points is not possible")
                           .arg(points.width())

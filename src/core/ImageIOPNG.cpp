@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOPNG.h"
+#include "core/ImageIOPNG.h"
 
 #include <QFile>
 #include <QIODevice>

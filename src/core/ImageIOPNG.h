@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "PNGRowReader.h"
+#include "core/PNGRowReader.h"
 
 #include <QImage>
 #include <QSize>

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOResolution.h"
+#include "core/ImageIOResolution.h"
 
+#include <QBuffer>
 #include <QFile>
 
 namespace {
@@ -28,22 +29,6 @@ QSizeF plausible(double x, double y)
     return Default;
 }
 
-QSizeF jpegDensity(QFile &file)
-{
-    // The JFIF segment directly follows the start-of-image marker.
-    const QByteArray head = file.read(20);
-    if (head.size() < 18 || readUnsigned(head, 2, 2, true) != 0xffe0 ||
-        head.mid(6, 5) != QByteArray("JFIF\0", 5))
-        return Default;
-    const int units = quint8(head.at(13));
-    const double x = readUnsigned(head, 14, 2, true), y = readUnsigned(head, 16, 2, true);
-    if (units == 1)
-        return plausible(x, y);
-    if (units == 2)
-        return plausible(x * 2.54, y * 2.54);
-    return Default;
-}
-
 QSizeF bmpDensity(QFile &file)
 {
     const QByteArray head = file.read(54);
@@ -55,7 +40,7 @@ QSizeF bmpDensity(QFile &file)
     return plausible(x * 0.0254, y * 0.0254);
 }
 
-QSizeF tiffDensity(QFile &file)
+QSizeF tiffDensity(QIODevice &file)
 {
     const QByteArray header = file.read(8);
     const bool big = header.startsWith("MM");
@@ -91,6 +76,43 @@ QSizeF tiffDensity(QFile &file)
     if (unit == 3)
         return plausible(resolution[0] * 2.54, resolution[1] * 2.54);
     return Default;
+}
+
+// The density of a JPEG: its JFIF segment's when that gives one in inches or centimetres, otherwise the
+// resolution in its EXIF segment (a TIFF structure of its own), otherwise 72 dpi. Only the segments before
+// the image data are looked at.
+QSizeF jpegDensity(QFile &file)
+{
+    if (file.read(2) != QByteArray("\xff\xd8", 2))
+        return Default;
+    QByteArray exif;
+    for (int segments = 0; segments < 64; ++segments) {
+        const QByteArray marker = file.read(4);
+        if (marker.size() < 4 || quint8(marker.at(0)) != 0xff)
+            break;
+        const quint32 type = quint8(marker.at(1));
+        const qint64 length = readUnsigned(marker, 2, 2, true);
+        if (type == 0xda || type == 0xd9 || length < 2) // the image data, or the end, begins
+            break;
+        const QByteArray payload = file.read(length - 2);
+        if (payload.size() != length - 2)
+            break;
+        if (type == 0xe0 && payload.size() >= 12 && payload.startsWith(QByteArray("JFIF\0", 5))) {
+            const int units = quint8(payload.at(7));
+            const double x = readUnsigned(payload, 8, 2, true), y = readUnsigned(payload, 10, 2, true);
+            if (units == 1)
+                return plausible(x, y);
+            if (units == 2)
+                return plausible(x * 2.54, y * 2.54);
+        } else if (type == 0xe1 && exif.isEmpty() && payload.startsWith(QByteArray("Exif\0\0", 6))) {
+            exif = payload.mid(6);
+        }
+    }
+    if (exif.isEmpty())
+        return Default;
+    QBuffer buffer(&exif);
+    buffer.open(QIODevice::ReadOnly);
+    return tiffDensity(buffer);
 }
 
 } // namespace

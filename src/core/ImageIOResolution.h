@@ -5,9 +5,10 @@
 #include <QSizeF>
 #include <QString>
 
-// The resolution stored in the header of a JPEG (JFIF density), TIFF (XResolution, YResolution and
-// ResolutionUnit of the first directory) or BMP file (pixels per meter), read without decoding the image.
-// Qt's readers cannot say whether a file stores one, so they cannot tell "none stored" from 96 dpi.
+// The resolution stored in the header of a JPEG (JFIF density, else EXIF resolution), TIFF (XResolution,
+// YResolution and ResolutionUnit of the first directory) or BMP file (pixels per meter), read without
+// decoding the image. Qt's readers cannot say whether a file stores one, so they cannot tell "none stored"
+// from 96 dpi.
 class ImageIOResolution
 {
 public:

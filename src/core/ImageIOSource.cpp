@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOSource.h"
+#include "core/ImageIOSource.h"
 
 #include <cmath>
 
-#include "ImageIOPDF.h"
-#include "ImageIOPNG.h"
-#include "ImageIOResolution.h"
+#include "core/ImageIOPDF.h"
+#include "core/ImageIOPNG.h"
+#include "core/ImageIOResolution.h"
 
 #include <QFile>
 #include <QImageReader>

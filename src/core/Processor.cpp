@@ -2,35 +2,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The Processor's decisions, opening a file with another application, and automatic names.
-#include "Processor.h"
+#include "core/Processor.h"
+#include "foundation/PreferenceKeys.h"
 
-#include "AppUserDefaults.h"
-#include "DesktopApplications.h"
-#include "FileFormat.h"
-#include "Log.h"
-#include "RenamePattern.h"
-#include "ScreenshotInfo.h"
+#include "core/AppUserDefaults.h"
+#include "core/FileFormat.h"
+#include "core/RenamePattern.h"
+#include "core/ScreenshotInfo.h"
+#include "logging/Log.h"
+#include "platform/DesktopApplications.h"
 
 #include <QSet>
 #include <limits>
 
 namespace {
 
-const QString AutoRenameKey = QStringLiteral("autoRename");
-const QString AutoRenameFormatKey = QStringLiteral("autoRenameFormat");
-const QString AutoRenameCountKey = QStringLiteral("autoRenameCount");
-const QString AutoReformatKey = QStringLiteral("autoReformat");
-const QString AutoMoveKey = QStringLiteral("autoMove");
-const QString OpenWithKey = QStringLiteral("openWith");
-const QString OpenWithBundleIdentifierKey = QStringLiteral("openWithBundleIdentifier");
-const QString ShowCorvexWindowKey = QStringLiteral("showCorvexWindow");
-
 // The applications for which the agent never performs the opening step itself: Corvex and TextEdit. Exactly
 // these two, on purpose.
 const QSet<QString> &identifiersNotOpenedByTheAgent()
 {
-    static const QSet<QString> identifiers{QStringLiteral("com.ostrel.Corvex"),
-                                           QStringLiteral("com.apple.TextEdit")};
+    static const QSet<QString> identifiers{kCorvexDomain, QStringLiteral("com.apple.TextEdit")};
     return identifiers;
 }
 
@@ -44,11 +35,11 @@ qint64 nextAutoRenameCount()
 {
     AppUserDefaults &store = defaults();
     store.synchronize();
-    const qint64 stored = store.integerForKey(AutoRenameCountKey);
+    const qint64 stored = store.integerForKey(kAutoRenameCountKey);
     qint64 next = stored == std::numeric_limits<qint64>::max() ? stored : stored + 1;
     if (next < 1)
         next = 1;
-    store.setInteger(next, AutoRenameCountKey);
+    store.setInteger(next, kAutoRenameCountKey);
     store.synchronize();
     return next;
 }
@@ -75,7 +66,8 @@ bool Processor::needsAutomaticProcessing()
     AppUserDefaults &store = defaults();
     // Another process may just have changed a switch.
     store.synchronize();
-    if (store.boolForKey(AutoRenameKey) || store.boolForKey(AutoReformatKey) || store.boolForKey(AutoMoveKey))
+    if (store.boolForKey(kAutoRenameKey) || store.boolForKey(kAutoReformatKey) ||
+        store.boolForKey(kAutoMoveKey))
         return true;
     return agentHandlesOpenWith();
 }
@@ -83,9 +75,9 @@ bool Processor::needsAutomaticProcessing()
 bool Processor::shouldShowCorvexWindow()
 {
     AppUserDefaults &store = defaults();
-    if (store.boolForKey(ShowCorvexWindowKey))
+    if (store.boolForKey(kShowCorvexWindowKey))
         return true;
-    for (const QString &key : {AutoRenameKey, AutoReformatKey, AutoMoveKey, OpenWithKey}) {
+    for (const QString &key : {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey}) {
         if (store.boolForKey(key))
             return false;
     }
@@ -95,17 +87,18 @@ bool Processor::shouldShowCorvexWindow()
 
 bool Processor::appHandlesOpenWith()
 {
-    return defaults().boolForKey(OpenWithKey) && defaults().boolForKey(ShowCorvexWindowKey);
+    return defaults().boolForKey(kOpenWithKey) && defaults().boolForKey(kShowCorvexWindowKey);
 }
 
 bool Processor::agentHandlesOpenWith()
 {
     AppUserDefaults &store = defaults();
-    if (!store.boolForKey(OpenWithKey) || store.boolForKey(ShowCorvexWindowKey))
+    if (!store.boolForKey(kOpenWithKey) || store.boolForKey(kShowCorvexWindowKey))
         return false;
     // An absent identifier is not in the set.
-    const QString identifier = store.stringForKey(OpenWithBundleIdentifierKey);
-    return identifier.isNull() || !identifiersNotOpenedByTheAgent().contains(identifier);
+    const QString identifier = store.stringForKey(kOpenWithBundleIdentifierKey);
+    return identifier.isNull() ||
+           !identifiersNotOpenedByTheAgent().contains(DesktopApplications::platformIdentifier(identifier));
 }
 
 bool Processor::openURL(const QUrl &url, const QString &bundleIdentifier)
@@ -130,5 +123,5 @@ QString Processor::fileNameByAutomaticRenamingFromInfo(const ScreenshotInfo &inf
     RenamePattern::Sources sources;
     sources.nextCounterValue = &nextAutoRenameCount;
     sources.dimensions = [this, &url, isPDF] { return imageDimensionsOfURL(url, isPDF); };
-    return RenamePattern::fileName(defaults().stringForKey(AutoRenameFormatKey), date, sources);
+    return RenamePattern::fileName(defaults().stringForKey(kAutoRenameFormatKey), date, sources);
 }

@@ -2,18 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The Processor's file operations: measuring an image, and the rename, move or convert of a screenshot.
-#include "Processor.h"
+#include "core/Processor.h"
 
-#include "CorvexError.h"
-#include "CorvexErrors.h"
-#include "DropboxCheck.h"
-#include "FileFormat.h"
-#include "FileMove.h"
-#include "ImageIODestination.h"
-#include "ImageIOPDF.h"
-#include "ImageIOSource.h"
-#include "Log.h"
-#include "Trash.h"
+#include "foundation/CorvexError.h"
+#include "core/CorvexErrors.h"
+#include "core/DropboxCheck.h"
+#include "core/FileFormat.h"
+#include "platform/FileMove.h"
+#include "core/ImageIODestination.h"
+#include "core/ImageIOPDF.h"
+#include "core/ImageIOSource.h"
+#include "logging/Log.h"
+#include "platform/Trash.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "RenamePattern.h"
+#include "core/RenamePattern.h"
 
 #include <QHash>
 #include <QTimeZone>
@@ -104,6 +104,16 @@ bool isWeekday(const Piece &piece)
 bool isTimeZone(const Piece &piece)
 {
     return piece.letter == QLatin1Char('t');
+}
+
+bool isSecond(const Piece &piece)
+{
+    return piece.letter == QLatin1Char('s') || piece.letter == QLatin1Char('z');
+}
+
+bool isSpelledMonth(const Piece &piece)
+{
+    return piece.letter == QLatin1Char('M') && piece.raw.size() >= 3;
 }
 
 bool hasField(const QString &format, const std::function<bool(const Piece &)> &predicate)
@@ -284,8 +294,12 @@ QDateTime RenamePattern::dateFromFileAttributes(const std::optional<QVariantMap>
 QString RenamePattern::dateFormat(Style style, const QLocale &locale)
 {
     using namespace FormatEditing;
-    if (style == ShortStyle)
-        return locale.dateFormat(QLocale::ShortFormat);
+    if (style == ShortStyle) {
+        // The short style is all digits. Where the locale spells the month there (the C locale: "d MMM
+        // yyyy", which is the medium style), it is the POSIX locale's numeric date instead.
+        const QString shortFormat = locale.dateFormat(QLocale::ShortFormat);
+        return hasField(shortFormat, isSpelledMonth) ? QStringLiteral("MM/dd/yy") : shortFormat;
+    }
     const QString longFormat = locale.dateFormat(QLocale::LongFormat);
     if (style == FullStyle)
         return hasField(longFormat, isWeekday) ? longFormat : QStringLiteral("dddd, ") + longFormat;
@@ -304,8 +318,13 @@ QString RenamePattern::dateFormat(Style style, const QLocale &locale)
 QString RenamePattern::timeFormat(Style style, const QDateTime &date, const QLocale &locale)
 {
     using namespace FormatEditing;
-    if (style == ShortStyle)
-        return locale.timeFormat(QLocale::ShortFormat);
+    if (style == ShortStyle) {
+        // The short style has no seconds, even where the locale's has (the C locale: "HH:mm:ss").
+        QString shortFormat = removeFields(locale.timeFormat(QLocale::ShortFormat), isSecond);
+        while (shortFormat.endsWith(QLatin1Char(':')) || shortFormat.endsWith(QLatin1Char('.')))
+            shortFormat.chop(1);
+        return shortFormat;
+    }
     QString longFormat = locale.timeFormat(QLocale::LongFormat);
     if (style == MediumStyle)
         return removeFields(longFormat, isTimeZone);

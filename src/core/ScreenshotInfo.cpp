@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ScreenshotInfo.h"
+#include "core/ScreenshotInfo.h"
 
-#include "Bookmark.h"
-#include "FileAttributes.h"
-#include "Log.h"
-#include "Notifications.h"
-#include "PropertyList.h"
+#include "platform/Bookmark.h"
+#include "platform/FileAttributes.h"
+#include "logging/Log.h"
+#include "foundation/Notifications.h"
+#include "platform/PropertyList.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserDefaultBookmarks.h"
+#include "core/UserDefaultBookmarks.h"
 
-#include "BookmarkException.h"
-#include "UserDefaults.h"
+#include "core/BookmarkException.h"
+#include "core/UserDefaults.h"
 
 #include <QVariantList>
 

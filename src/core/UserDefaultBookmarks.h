@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "BookmarkItem.h"
+#include "core/BookmarkItem.h"
 
 #include <QList>
 #include <QString>

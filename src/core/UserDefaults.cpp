@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserDefaults.h"
+#include "core/UserDefaults.h"
 
-#include "AppUserDefaults.h"
-#include "ArgumentDomain.h"
-#include "PreferenceStore.h"
-#include "PropertyList.h"
+#include "core/AppUserDefaults.h"
+#include "core/ArgumentDomain.h"
+#include "platform/PreferenceStore.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,7 +24,7 @@ QMutex &standardDomainMutex()
 
 QString &standardDomainName()
 {
-    static QString name = AppUserDefaults::CorvexBundleIdentifier;
+    static QString name = kCorvexDomain;
     return name;
 }
 

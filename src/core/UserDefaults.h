@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "TypedPreferences.h"
+#include "core/TypedPreferences.h"
 
 #include <QMutex>
 #include <QObject>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ClientProcessLogger.h"
+#include "logging/ClientProcessLogger.h"
 
-#include "DDLogMessage.h"
-#include "DistributedNotificationCenter.h"
-#include "Notifications.h"
+#include "logging/DDLogMessage.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "foundation/Notifications.h"
 
 std::shared_ptr<ClientProcessLogger> ClientProcessLogger::sharedInstance()
 {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDAbstractLogger.h"
+#include "logging/DDAbstractLogger.h"
 
-#include "DDLog.h"
-#include "platform/DispatchQueue.h"
+#include "logging/DDLog.h"
+#include "foundation/DispatchQueue.h"
 
 DDAbstractLogger::DDAbstractLogger() = default;
 

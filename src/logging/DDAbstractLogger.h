@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "DDLogger.h"
+#include "logging/DDLogger.h"
 
 #include <functional>
 #include <mutex>

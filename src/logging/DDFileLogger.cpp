@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDFileLogger.h"
+#include "logging/DDFileLogger.h"
 
-#include "DDLog.h"
-#include "DDLogFileFormatterDefault.h"
-#include "DDLogFileInfo.h"
-#include "DDLogFileManagerDefault.h"
-#include "DDLogMessage.h"
-#include "DDLog_p.h"
-#include "SystemLog_p.h"
-#include "platform/DispatchQueue.h"
+#include "foundation/DispatchQueue.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFileFormatterDefault.h"
+#include "logging/DDLogFileInfo.h"
+#include "logging/DDLogFileManagerDefault.h"
+#include "logging/DDLogMessage.h"
+#include "logging/DDLog_p.h"
+#include "logging/SystemLog_p.h"
 
 #include <QFile>
 #include <cerrno>
@@ -170,7 +170,7 @@ void DDFileLogger::logMessage(const DDLogMessage &logMessage)
         mPendingBytes.append('\n');
     // Gather lines only in a delivery that more deliveries follow: the last of them writes them all.
     if (mPendingBytes.size() >= kGatherLimit || (quint32(logMessage.logFlag()) & DDLogFlagError) ||
-        !ddlog_private::isDelivering() || ddlog_private::messagesWaiting() == 0)
+        !ddlog_private::isDelivering() || !ddlog_private::moreDeliveriesFollow())
         writeOut();
     maybeRollLogFileDueToSize();
 }

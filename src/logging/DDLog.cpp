@@ -1,12 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDLog.h"
-#include "DDLog_p.h"
+#include "logging/DDLog.h"
+#include "logging/DDLog_p.h"
 
-#include "DDLogMessage.h"
+#include "foundation/Diagnostics.h"
+#include "logging/DDLogMessage.h"
+#include "logging/Log.h"
 
 #include <QCoreApplication>
+#include <cstdio>
 #include <cstdlib>
+#include <semaphore>
 #include <unistd.h>
 
 namespace ddlog_private {
@@ -61,11 +65,34 @@ void deliver(const DDLogMessage &logMessage)
     }
 }
 
+void forgetQueue(const DispatchQueue *queue)
+{
+    DispatcherState &s = state();
+    std::lock_guard lock(s.loggerQueuesMutex);
+    s.loggerQueues.removeOne(queue);
+}
+
 void flushAtExit()
 {
     // exit() called from the logging queue itself cannot wait for it.
     if (!state().loggingQueue.isCurrent())
         DDLog::flushLog();
+}
+
+// The platform services' messages join the log statements once there is a logger to take them.
+void receiveDiagnostic(Diagnostics::Level level, bool synchronous, const char *file, const char *function,
+                       int line, const QString &message)
+{
+    // A logger's own trouble (say, a failed post while it archives a file) never goes back through the
+    // dispatcher: with the queue full that would wait for the very delivery that reports it.
+    if (isOnLoggingQueues()) {
+        std::fprintf(stderr, "Corvex: %s\n", message.toLocal8Bit().constData());
+        return;
+    }
+    const quint32 flag = level == Diagnostics::Level::Error     ? DDLogFlagError
+                         : level == Diagnostics::Level::Warning ? DDLogFlagWarning
+                                                                : DDLogFlagInfo;
+    DDLog::log(synchronous, CORVEX_LOG_LEVEL, flag, CORVEX_LOG_CONTEXT, file, function, line, message);
 }
 
 } // namespace
@@ -116,6 +143,24 @@ long messagesWaiting()
     return state().messagesWaiting.load(std::memory_order_relaxed);
 }
 
+bool moreDeliveriesFollow()
+{
+    const DispatcherState &s = state();
+    return s.messagesWaiting.load() > 0 && s.flushesWaiting.load() == 0;
+}
+
+bool isOnLoggingQueues()
+{
+    DispatcherState &s = state();
+    const DispatchQueue *current = DispatchQueue::current();
+    if (!current)
+        return false;
+    if (current == &s.loggingQueue || tDelivering)
+        return true;
+    std::lock_guard lock(s.loggerQueuesMutex);
+    return s.loggerQueues.contains(current);
+}
+
 DispatchSemaphore &queueSizeSemaphore()
 {
     return state().queueSizeSemaphore;
@@ -135,10 +180,15 @@ void DDLog::addLogger(const std::shared_ptr<DDLogger> &logger)
     if (!logger)
         return;
     observeApplicationTermination();
+    Diagnostics::setReceiver(receiveDiagnostic);
     state().loggingQueue.async([logger] {
         std::shared_ptr<DispatchQueue> queue = logger->loggerQueue();
         if (!queue)
             queue = std::make_shared<DispatchQueue>(logger->loggerName());
+        {
+            std::lock_guard lock(state().loggerQueuesMutex);
+            state().loggerQueues.append(queue.get());
+        }
         state().loggers.push_front(LoggerNode{logger, std::move(queue)});
         logger->didAddLogger();
     });
@@ -154,6 +204,7 @@ void DDLog::removeLogger(const std::shared_ptr<DDLogger> &logger)
         auto previous = s.loggers.before_begin();
         for (auto it = s.loggers.begin(); it != s.loggers.end(); previous = it++) {
             if (it->logger == logger) {
+                forgetQueue(it->loggerQueue.get());
                 s.loggers.erase_after(previous);
                 break;
             }
@@ -165,8 +216,10 @@ void DDLog::removeAllLoggers()
 {
     state().loggingQueue.async([] {
         DispatcherState &s = state();
-        for (const LoggerNode &node : s.loggers)
+        for (const LoggerNode &node : s.loggers) {
             node.logger->willRemoveLogger();
+            forgetQueue(node.loggerQueue.get());
+        }
         s.loggers.clear();
     });
 }
@@ -187,18 +240,46 @@ void DDLog::queueLogMessage(const std::shared_ptr<const DDLogMessage> &logMessag
         return;
     DispatcherState &s = state();
     s.queueSizeSemaphore.wait();
-    s.messagesWaiting.fetch_add(1, std::memory_order_relaxed);
-    if (synchronously)
-        s.loggingQueue.sync([&logMessage] { deliver(*logMessage); });
-    else
+    if (!synchronously) {
+        std::lock_guard lock(s.enqueueMutex);
+        s.messagesWaiting.fetch_add(1);
         s.loggingQueue.async([logMessage] { deliver(*logMessage); });
+        return;
+    }
+    if (s.loggingQueue.isCurrent()) {
+        s.messagesWaiting.fetch_add(1);
+        deliver(*logMessage);
+        return;
+    }
+    std::binary_semaphore delivered(0);
+    {
+        std::lock_guard lock(s.enqueueMutex);
+        s.messagesWaiting.fetch_add(1);
+        s.loggingQueue.async([&logMessage, &delivered] {
+            deliver(*logMessage);
+            delivered.release();
+        });
+    }
+    delivered.acquire();
 }
 
 void DDLog::flushLog()
 {
-    // Deliberately empty: the logging queue is serial and each delivery waits for every logger, so running
-    // anything on it is a barrier behind every message queued before.
-    state().loggingQueue.sync([] {});
+    // The step itself is deliberately empty: the logging queue is serial and each delivery waits for every
+    // logger, so any step on it is a barrier behind every message queued before. While a flush waits, no
+    // logger holds output back for a later delivery (see moreDeliveriesFollow()), so the delivery just before
+    // the barrier writes everything out even when other threads keep logging.
+    DispatcherState &s = state();
+    if (s.loggingQueue.isCurrent())
+        return;
+    std::binary_semaphore passed(0);
+    {
+        std::lock_guard lock(s.enqueueMutex);
+        s.flushesWaiting.fetch_add(1);
+        s.loggingQueue.async([&passed] { passed.release(); });
+    }
+    passed.acquire();
+    s.flushesWaiting.fetch_sub(1);
 }
 
 void DDLog::applicationWillTerminate()

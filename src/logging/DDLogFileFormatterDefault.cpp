@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDLogFileFormatterDefault.h"
+#include "logging/DDLogFileFormatterDefault.h"
 
-#include "DDLogMessage.h"
+#include "logging/DDLogMessage.h"
 
 #include <cstdio>
 #include <ctime>

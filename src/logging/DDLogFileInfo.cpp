@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDLogFileInfo.h"
+#include "logging/DDLogFileInfo.h"
 
-#include "SystemLog_p.h"
+#include "logging/SystemLog_p.h"
 #include "platform/ExtendedAttributes.h"
 
 #include <QFile>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDLogFileManagerDefault.h"
+#include "logging/DDLogFileManagerDefault.h"
 
-#include "DDLog.h"
-#include "DDLogFileInfo.h"
-#include "SystemLog_p.h"
-#include "platform/DispatchQueue.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFileInfo.h"
+#include "logging/SystemLog_p.h"
+#include "foundation/DispatchQueue.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DDLogMessage.h"
+#include "logging/DDLogMessage.h"
 
 #include <sys/syscall.h>
 #include <sys/time.h>

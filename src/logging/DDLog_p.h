@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "DDLog.h"
-#include "DDLogger.h"
-#include "platform/DispatchGroup.h"
-#include "platform/DispatchQueue.h"
-#include "platform/DispatchSemaphore.h"
+#include "foundation/DispatchGroup.h"
+#include "foundation/DispatchQueue.h"
+#include "foundation/DispatchSemaphore.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogger.h"
 
 #include <QPointer>
 #include <atomic>
@@ -36,6 +36,13 @@ struct DispatcherState
     long unreleasedPlaces = 0;             // delivered messages whose places are not yet given back; ditto
     std::atomic<unsigned> processorCount{1};
     std::atomic<long> messagesWaiting{0}; // queued, not yet taken up for delivery
+    std::atomic<long> flushesWaiting{0};  // flushLog calls that have not yet passed the queue
+    // Held while a counter above goes up and its work joins the logging queue, so that the queue's order and
+    // the counters agree: a message counted before a flush is queued before it.
+    std::mutex enqueueMutex;
+
+    std::mutex loggerQueuesMutex;
+    QList<const DispatchQueue *> loggerQueues; // the queues of the added loggers
 
     std::mutex registryMutex;
     QList<DDLogRegisteredClass> registry;
@@ -56,9 +63,16 @@ void setProcessorCount(unsigned count);
 // True while the calling thread hands a message to a logger for the dispatcher.
 bool isDelivering();
 
-// The number of messages queued on the logging queue and not yet taken up for delivery. A logger may gather
-// its output while this is not 0: another message follows.
+// The number of messages queued on the logging queue and not yet taken up for delivery.
 long messagesWaiting();
+
+// True when another delivery follows the current one before anybody waits for the loggers' output: messages
+// are waiting and no flushLog is. A logger may gather its output only then; the last delivery writes it.
+bool moreDeliveriesFollow();
+
+// True on the logging queue or on the queue of an added logger: code running there must not log through the
+// dispatcher, which may be waiting for that very queue.
+bool isOnLoggingQueues();
 
 // The semaphore that bounds the number of waiting messages (1000).
 DispatchSemaphore &queueSizeSemaphore();

@@ -8,7 +8,7 @@
 //
 //   DDLogError(QStringLiteral("Could not move %1 to Trash.").arg(path));
 
-#include "DDLog.h"
+#include "logging/DDLog.h"
 
 #define CORVEX_LOG_CONTEXT 1
 #define CORVEX_LOG_LEVEL 7u

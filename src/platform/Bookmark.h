@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "CorvexError.h"
+#include "foundation/CorvexError.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Bundle.h"
+#include "platform/Bundle.h"
 
-#include "PropertyList.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DesktopApplications.h"
+#include "platform/DesktopApplications.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -72,6 +72,23 @@ QString DesktopApplications::desktopFileIdForApplicationIdentifier(const QString
     if (applicationIdentifier.endsWith(QLatin1String(".desktop")))
         return applicationIdentifier;
     return applicationIdentifier + QStringLiteral(".desktop");
+}
+
+QString DesktopApplications::platformIdentifier(const QString &applicationIdentifier)
+{
+    const auto sameApplication = [&applicationIdentifier](const QString &desktopFileId) {
+        if (desktopFileId.isEmpty() || applicationIdentifier.isEmpty())
+            return false;
+        const auto withSuffix = [](const QString &id) {
+            return id.endsWith(QLatin1String(".desktop")) ? id : id + QStringLiteral(".desktop");
+        };
+        return withSuffix(applicationIdentifier) == withSuffix(desktopFileId);
+    };
+    if (sameApplication(defaultApplicationForMimeType(QStringLiteral("text/plain"))))
+        return TextEditIdentifier;
+    if (sameApplication(defaultApplicationForMimeType(QStringLiteral("image/png"))))
+        return PreviewIdentifier;
+    return applicationIdentifier;
 }
 
 bool DesktopApplications::openFile(const QString &filePath, const QString &applicationIdentifier,

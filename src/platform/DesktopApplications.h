@@ -23,6 +23,11 @@ public:
     static QString desktopFileIdForApplicationIdentifier(const QString &applicationIdentifier,
                                                          const QString &filePath);
 
+    // The platform identifier an application identifier stands for: "com.apple.TextEdit" for the desktop's
+    // default text editor and "com.apple.Preview" for its default image viewer, named by their desktop-file
+    // id with or without ".desktop"; any other identifier unchanged.
+    static QString platformIdentifier(const QString &applicationIdentifier);
+
     // The desktop-file id of the default application for a MIME type; a null string when there is none.
     static QString defaultApplicationForMimeType(const QString &mimeType);
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DesktopConfigFiles_p.h"
+#include "platform/DesktopConfigFiles_p.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DesktopScreenshotSettings.h"
+#include "platform/DesktopScreenshotSettings.h"
 
-#include "DesktopConfigFiles_p.h"
-#include "PreferenceFile_p.h"
+#include "platform/DesktopConfigFiles_p.h"
+#include "platform/PreferenceFile_p.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DistributedNotificationCenter.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "foundation/Diagnostics.h"
 
-#include "Log.h"
-#include "Notifications.h"
-#include "PropertyList.h"
+#include "foundation/Notifications.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -29,8 +29,7 @@ void logPostFailure(const QString &name, const QString &message)
         std::fprintf(stderr, "Corvex: %s\n", message.toLocal8Bit().constData());
         return;
     }
-    DDLog::log(false, CORVEX_LOG_LEVEL, DDLogFlagError, CORVEX_LOG_CONTEXT, __FILE__, Q_FUNC_INFO, __LINE__,
-               message);
+    Diagnostics::report(Diagnostics::Level::Error, false, __FILE__, Q_FUNC_INFO, __LINE__, message);
 }
 
 std::atomic_bool gMissingBusLogged{false};
@@ -214,7 +213,7 @@ void DistributedNotificationCenter::deliver(const QDBusMessage &message, bool to
         QString errorText;
         const QVariant parsed = PropertyList::parse(payload, &errorText);
         if (parsed.metaType().id() != QMetaType::QVariantMap) {
-            DDLogWarn(
+            CorvexReportWarning(
                 QStringLiteral("Ignored the distributed notification %1 from %2: its user info is not a "
                                "property-list dictionary.")
                     .arg(name, message.service()));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ExtendedAttributes.h"
-#include "ExtendedAttributes_p.h"
+#include "platform/ExtendedAttributes.h"
+#include "platform/ExtendedAttributes_p.h"
 
 #include <QFile>
 #include <atomic>

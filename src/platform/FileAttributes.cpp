@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FileAttributes.h"
+#include "platform/FileAttributes.h"
 
 #include <QDateTime>
 #include <QFile>

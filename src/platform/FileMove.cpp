@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FileMove.h"
+#include "platform/FileMove.h"
 
-#include "CorvexError.h"
+#include "foundation/CorvexError.h"
 
 #include <QFile>
 #include <cerrno>

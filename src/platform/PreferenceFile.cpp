@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "PreferenceFile_p.h"
+#include "platform/PreferenceFile_p.h"
 
-#include "CorvexError.h"
-#include "PropertyList.h"
+#include "foundation/CorvexError.h"
+#include "platform/PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "PreferenceStore.h"
+#include "platform/PreferenceStore.h"
+#include "foundation/Diagnostics.h"
 
-#include "CorvexError.h"
-#include "Log.h"
-#include "PreferenceStore_p.h"
-#include "PropertyList.h"
+#include "foundation/CorvexError.h"
+#include "platform/PreferenceStore_p.h"
+#include "platform/PropertyList.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -93,7 +93,7 @@ std::shared_ptr<PreferenceDomainCache> PreferenceStore::cacheFor(const QString &
                                                                  CorvexError *error) const
 {
     if (!isValidDomainName(domain)) {
-        DDLogError(QStringLiteral("Preferences: \"%1\" is not a valid domain name.").arg(domain));
+        CorvexReportError(QStringLiteral("Preferences: \"%1\" is not a valid domain name.").arg(domain));
         if (error)
             *error = invalidDomainError(domain);
         return {};
@@ -113,7 +113,7 @@ bool PreferenceStore::synchronizeLocked(PreferenceDomainCache &cache, const QStr
 
     PreferenceFileLock lock(cache.file.lockPath());
     if (!lock.isLocked() && !cache.pending.isEmpty()) {
-        DDLogError(
+        CorvexReportError(
             QStringLiteral("Preferences: cannot save the domain %1: %2").arg(domain, lock.errorText()));
         if (error)
             *error = CorvexError(CorvexError::CocoaErrorDomain, CorvexError::FileLockingError,
@@ -134,11 +134,11 @@ bool PreferenceStore::synchronizeLocked(PreferenceDomainCache &cache, const QStr
         case PreferenceFile::ReadResult::Missing:
             break;
         case PreferenceFile::ReadResult::Quarantined:
-            DDLogError(QStringLiteral("Preferences: %1").arg(errorText));
+            CorvexReportError(QStringLiteral("Preferences: %1").arg(errorText));
             break;
         case PreferenceFile::ReadResult::Failed:
             // Keep what this process knew and every pending change; nothing is written over the file.
-            DDLogError(QStringLiteral("Preferences: %1").arg(errorText));
+            CorvexReportError(QStringLiteral("Preferences: %1").arg(errorText));
             if (error)
                 *error = CorvexError(CorvexError::CocoaErrorDomain, CorvexError::FileReadCorruptFileError,
                                      {{CorvexError::FilePathErrorKey, cache.file.path()},
@@ -161,7 +161,7 @@ bool PreferenceStore::synchronizeLocked(PreferenceDomainCache &cache, const QStr
             disk = merged;
             cache.pending.clear();
         } else {
-            DDLogError(QStringLiteral("Preferences: cannot save the domain %1 to %2: %3")
+            CorvexReportError(QStringLiteral("Preferences: cannot save the domain %1 to %2: %3")
                            .arg(domain, cache.file.path(), writeError.localizedDescription()));
             if (error)
                 *error = writeError;
@@ -216,7 +216,7 @@ bool PreferenceStore::setValue(const QString &domain, const QString &key, const 
 {
     const QVariant stored = normalized(value);
     if (value.isValid() && !stored.isValid()) {
-        DDLogError(
+        CorvexReportError(
             QStringLiteral("Preferences: refusing to store a value of type %1 under \"%2\" in %3: it is "
                            "not a property-list type.")
                 .arg(QString::fromLatin1(value.metaType().name()), key, domain));

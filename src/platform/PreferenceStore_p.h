@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "PreferenceFile_p.h"
+#include "platform/PreferenceFile_p.h"
 
 #include <QHash>
 #include <QMutex>

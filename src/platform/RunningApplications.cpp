@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "RunningApplications.h"
+#include "platform/RunningApplications.h"
 
-#include "Bundle.h"
+#include "platform/Bundle.h"
 
 #include <QCoreApplication>
 #include <QDir>

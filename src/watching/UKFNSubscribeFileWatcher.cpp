@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UKFNSubscribeFileWatcher.h"
-#include "InotifyEvents.h"
+#include "watching/UKFNSubscribeFileWatcher.h"
+#include "watching/InotifyEvents.h"
 
-#include "NotificationCenter.h"
-#include "UKFileWatcherDelegate.h"
+#include "watching/NotificationCenter.h"
+#include "watching/UKFileWatcherDelegate.h"
 
 #include <QFile>
 #include <QSocketNotifier>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UKKQueue.h"
+#include "watching/UKKQueue.h"
 
-#include "UKKQueue_p.h"
-#include "UKMainThreadProxy.h"
+#include "watching/UKKQueue_p.h"
+#include "watching/UKMainThreadProxy.h"
 
 #include <QDir>
 #include <QFile>

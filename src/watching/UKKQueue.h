@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "CorvexError.h"
-#include "UKFileWatcher.h"
+#include "foundation/CorvexError.h"
+#include "watching/UKFileWatcher.h"
 
 #include <QStringList>
 #include <memory>

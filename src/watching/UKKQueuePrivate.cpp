@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "InotifyEvents.h"
-#include "UKKQueue.h"
-#include "UKKQueue_p.h"
+#include "watching/InotifyEvents.h"
+#include "watching/UKKQueue.h"
+#include "watching/UKKQueue_p.h"
 
-#include "NotificationCenter.h"
-#include "UKMainThreadProxy.h"
+#include "watching/NotificationCenter.h"
+#include "watching/UKMainThreadProxy.h"
 
 #include <QVariantMap>
 #include <cerrno>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "UKFileWatcherDelegate.h"
-#include "UKMainThreadTargetProxy.h"
+#include "watching/UKFileWatcherDelegate.h"
+#include "watching/UKMainThreadTargetProxy.h"
 
 #include <QByteArray>
 #include <QHash>

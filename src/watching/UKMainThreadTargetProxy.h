@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "UKMainThreadProxy.h"
+#include "watching/UKMainThreadProxy.h"
 
 #include <atomic>
 #include <type_traits>

@@ -3,11 +3,11 @@
 //
 // The shared log's files in this process: the file in use is always "Corvex log.txt", archives get
 // log-XXXXXX.txt names, and a log window is told.
-#include "AgentLogFileManager.h"
+#include "agent/AgentLogFileManager.h"
 #include "AgentTestSupport.h"
-#include "DDFileLogger.h"
-#include "DDLog.h"
-#include "DDLogFileInfo.h"
+#include "logging/DDFileLogger.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogFileInfo.h"
 
 #include <QRegularExpression>
 #include <gtest/gtest.h>

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AgentStatusMenu.h"
+#include "agent/AgentStatusMenu.h"
 
 #include <QAction>
 #include <QImage>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
@@ -70,3 +71,13 @@ TEST(AgentStatusMenuTest, TheGreyIconHasNoColourAndNoTrayIsNoError)
 }
 
 } // namespace
+
+TEST(AgentStatusMenuTest, ALeftClickOnTheIconOpensTheMenu)
+{
+    AgentStatusMenu statusMenu;
+    statusMenu.trayIconActivated(QSystemTrayIcon::Context);
+    EXPECT_FALSE(statusMenu.menu()->isVisible()); // the tray opens its own context menu
+    statusMenu.trayIconActivated(QSystemTrayIcon::Trigger);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return statusMenu.menu()->isVisible(); }));
+    statusMenu.menu()->hide();
+}

@@ -6,8 +6,8 @@
 // application (its bus name and the screenshot notifications it receives), a stand-in program started instead
 // of the application, screenshot files, and the shared log file.
 
-#include "DistributedNotificationCenter.h"
-#include "Notifications.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "foundation/Notifications.h"
 #include "TestSupport.h"
 
 #include <QBuffer>

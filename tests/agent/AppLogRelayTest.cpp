@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppLogRelay.h"
-#include "DDLogMessage.h"
+#include "agent/AppLogRelay.h"
+#include "logging/DDLogMessage.h"
 
 #include <QDateTime>
 #include <gtest/gtest.h>

@@ -4,9 +4,9 @@
 // The real agent as a process: one per session, which files it takes, the hand-off to a running and to a
 // started application, following a moved screenshot folder, the shared log file, orderly termination.
 #include "AgentTestSupport.h"
-#include "AppUserDefaults.h"
-#include "Bookmark.h"
-#include "ExtendedAttributes.h"
+#include "core/AppUserDefaults.h"
+#include "platform/Bookmark.h"
+#include "platform/ExtendedAttributes.h"
 
 #include <QDateTime>
 #include <QRegularExpression>

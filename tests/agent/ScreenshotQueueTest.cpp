@@ -3,11 +3,11 @@
 //
 // What happens to each screenshot: the automatic steps one by one and together (run by the real agent), a
 // burst of screenshots, and, in this process, taking each file once and pausing the steps.
-#include "ScreenshotQueue.h"
+#include "agent/ScreenshotQueue.h"
 #include "AgentTestSupport.h"
-#include "AppUserDefaults.h"
-#include "ApplicationHandOff.h"
-#include "ExtendedAttributes.h"
+#include "core/AppUserDefaults.h"
+#include "agent/ApplicationHandOff.h"
+#include "platform/ExtendedAttributes.h"
 
 #include <QImageReader>
 #include <QRegularExpression>

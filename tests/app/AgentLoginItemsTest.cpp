@@ -4,10 +4,10 @@
 // The application delegate's agent operations: where the agent lies, launching and quitting it, quitting
 // other copies of the application, and the login items as the delegate uses them.
 #include "../core/CapturingLogger.h"
-#include "AppDelegate.h"
-#include "AutostartEntry.h"
-#include "PropertyList.h"
 #include "TestSupport.h"
+#include "app/AppDelegate.h"
+#include "platform/AutostartEntry.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

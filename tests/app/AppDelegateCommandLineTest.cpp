@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppDelegate.h"
-#include "AppEventHandler.h"
-#include "AppUserDefaults.h"
-#include "Bookmark.h"
-#include "DistributedNotificationCenter.h"
-#include "Notifications.h"
 #include "WindowTestSupport.h"
+#include "app/AppDelegate.h"
+#include "app/AppEventHandler.h"
+#include "core/AppUserDefaults.h"
+#include "foundation/Notifications.h"
+#include "platform/Bookmark.h"
+#include "platform/DistributedNotificationCenter.h"
 
 #include <QAction>
 #include <QApplication>
@@ -111,6 +111,30 @@ TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
     ASSERT_TRUE(waitUntil([&] { return recorder.triggered.size() == 4; }));
     spin(std::chrono::milliseconds(100));
     EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::CheckForUpdates, A::SendFeedback, A::Preferences}));
+    QDBusConnection::sessionBus().unregisterService(AppEventHandler::ServiceName);
+}
+
+TEST_F(AppDelegateCommandLineTest, ACommandThatOpensAWindowIsAnsweredBeforeItRuns)
+{
+    mDelegate->applicationWillFinishLaunching();
+    ASSERT_TRUE(AppEventHandler::claimServiceName());
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(AppEventHandler::ServiceName, AppEventHandler::ObjectPath,
+                                       AppEventHandler::Interface, QStringLiteral("GetURL"));
+    message.setArguments({QStringLiteral("qzcv://about")});
+    const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(message);
+    // About stands in for a modal window: it runs its own event loop until the caller has its answer.
+    bool ran = false;
+    bool answeredWhileOpen = false;
+    QAction *about = mDelegate->action(AppDelegate::Action::About);
+    QObject::disconnect(about, &QAction::triggered, nullptr, nullptr);
+    QObject::connect(about, &QAction::triggered, [&] {
+        ran = true;
+        answeredWhileOpen = waitUntil([&] { return pending.isFinished(); }, std::chrono::milliseconds(3000));
+    });
+    ASSERT_TRUE(waitUntil([&] { return ran; }));
+    EXPECT_TRUE(answeredWhileOpen);
+    EXPECT_FALSE(pending.isError());
     QDBusConnection::sessionBus().unregisterService(AppEventHandler::ServiceName);
 }
 

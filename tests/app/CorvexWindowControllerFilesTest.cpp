@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageView.h"
 #include "WindowTestSupport.h"
+#include "app/ImageView.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -13,18 +13,15 @@ class CorvexWindowControllerFilesTest : public ::testing::Test
 {
 protected:
     void SetUp() override { clearWindowPreferences(); }
-    void TearDown() override
-    {
-        CorvexWindowController::setPrintRunner({});
-        clearWindowPreferences();
-    }
+    void TearDown() override { clearWindowPreferences(); }
+    RecordingPrinter mPrinter;
 };
 
 TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInFull)
 {
     const QString path =
         writeImage(folder(QStringLiteral("Large")) + QStringLiteral("/Screenshot.png"), QSize(5120, 2880));
-    auto controller = openWindow(path);
+    auto controller = openWindow(path, &mPrinter);
     ASSERT_TRUE(controller->isImageLoaded());
     const ImageView *view = controller->imageView();
     const QImage shown = controller->image();
@@ -39,7 +36,7 @@ TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInF
 
     int prints = 0;
     QImage printed;
-    CorvexWindowController::setPrintRunner([&](QWidget *window, const QImage &image, const QPageLayout &) {
+    mPrinter.onPrint = ([&](QWidget *window, const QImage &image, const QPageLayout &) {
         EXPECT_EQ(window, controller->window());
         printed = image;
         ++prints;
@@ -58,7 +55,7 @@ TEST_F(CorvexWindowControllerFilesTest, AWindowMadeLargerGetsASharperCopy)
 {
     const QString path =
         writeImage(folder(QStringLiteral("Larger")) + QStringLiteral("/Screenshot.png"), QSize(4000, 2000));
-    auto controller = openWindow(path);
+    auto controller = openWindow(path, &mPrinter);
     const int before = controller->image().width();
     ASSERT_LT(before, 4000);
     QWidget *window = controller->window();
@@ -86,15 +83,14 @@ TEST_F(CorvexWindowControllerFilesTest, APictureGoneBeforePrintingPrintsWhatIsSh
 {
     const QString path =
         writeImage(folder(QStringLiteral("Gone")) + QStringLiteral("/Screenshot.png"), QSize(3000, 2000));
-    auto controller = openWindow(path);
+    auto controller = openWindow(path, &mPrinter);
     const QImage shown = controller->image();
     ASSERT_FALSE(shown.isNull());
     // Replaced by a picture of another size: the window's copy no longer matches, the new file is unreadable.
     ASSERT_TRUE(QFile::remove(path));
     writeFile(path, QByteArray("\x89PNG\r\n\x1a\n", 8) + QByteArray(100, 'x'));
     QImage printed;
-    CorvexWindowController::setPrintRunner(
-        [&](QWidget *, const QImage &image, const QPageLayout &) { printed = image; });
+    mPrinter.onPrint = ([&](QWidget *, const QImage &image, const QPageLayout &) { printed = image; });
     controller->printDocument();
     ASSERT_TRUE(waitUntil([&] { return !printed.isNull(); }));
     EXPECT_EQ(printed.cacheKey(), shown.cacheKey());
@@ -104,10 +100,9 @@ TEST_F(CorvexWindowControllerFilesTest, AClosedWindowPrintsNothing)
 {
     const QString path =
         writeImage(folder(QStringLiteral("Closed")) + QStringLiteral("/Screenshot.png"), QSize(4000, 3000));
-    auto controller = openWindow(path);
+    auto controller = openWindow(path, &mPrinter);
     bool printed = false;
-    CorvexWindowController::setPrintRunner(
-        [&](QWidget *, const QImage &, const QPageLayout &) { printed = true; });
+    mPrinter.onPrint = ([&](QWidget *, const QImage &, const QPageLayout &) { printed = true; });
     controller->printDocument();
     controller->cancel();
     spin(std::chrono::milliseconds(1500));

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "../core/CapturingLogger.h"
-#include "AppUserDefaults.h"
-#include "FileAttributes.h"
-#include "FileFormat.h"
 #include "WindowTestSupport.h"
+#include "app/FolderShortcuts.h"
+#include "core/AppUserDefaults.h"
+#include "core/FileFormat.h"
+#include "foundation/PreferenceKeys.h"
+#include "platform/FileAttributes.h"
 
 #include <QComboBox>
 #include <QImageReader>
@@ -215,7 +217,7 @@ TEST_F(CorvexWindowRenameTest, ReplaceConfirmationTakesCtrlRAndReturnOrEscapeCan
                   "A file or folder with the same name already exists in the folder %1. Replacing it will "
                   "overwrite its current contents.")
                   .arg(QFileInfo(mFolder).fileName()));
-    EXPECT_EQ(sheet->icon(), QMessageBox::Critical);
+    EXPECT_EQ(sheet->icon(), QMessageBox::Warning) << "a question, not an error";
     QTest::keyClick(sheet->buttons().at(0), Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return QZAlert::sheetOfWindow(controller->window()) == nullptr; }));
     EXPECT_EQ(QImageReader(existing).size(), QSize(10, 10)) << "Return cancels";
@@ -240,7 +242,7 @@ TEST_F(CorvexWindowRenameTest, ReplaceConfirmationTakesCtrlRAndReturnOrEscapeCan
 
 TEST_F(CorvexWindowRenameTest, ReplacingOnTheDesktopSaysSo)
 {
-    const QString desktop = CorvexWindowController::desktopFolder();
+    const QString desktop = FolderShortcuts::desktopFolder();
     QDir().mkpath(desktop);
     writeImage(desktop + QStringLiteral("/Taken.png"));
     auto controller = openWindow(mPath);
@@ -324,4 +326,32 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
         1);
     sheet->buttons().first()->click();
     EXPECT_TRUE(waitUntil([&] { return !other->window()->isVisible(); }));
+}
+
+TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultForTheType)
+{
+    // A desktop application that notes the file it was started with, the default for PNG pictures.
+    const QString marker = home() + QStringLiteral("/opened.txt");
+    writeFile(home() + QStringLiteral("/.local/share/applications/org.example.Noter.desktop"),
+              QStringLiteral("[Desktop Entry]\nType=Application\nName=Noter\nMimeType=image/png;\n"
+                             "Exec=sh -c 'printf %%s \"$1\" > \"%1\"' sh %f\n")
+                  .arg(marker)
+                  .toUtf8());
+    writeFile(home() + QStringLiteral("/.config/mimeapps.list"),
+              "[Default Applications]\nimage/png=org.example.Noter.desktop\n");
+    AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
+    shared.setBool(true, kOpenWithKey);
+    shared.setBool(true, kShowCorvexWindowKey);
+    shared.setObject(QVariant(), kOpenWithBundleIdentifierKey);
+    shared.synchronize();
+
+    auto controller = openWindow(mPath);
+    typeAndRename(*controller, QStringLiteral("Opened.png"));
+    const QString renamed = mFolder + QStringLiteral("/Opened.png");
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(marker) && QFileInfo(marker).size() > 0; }));
+    QFile noted(marker);
+    ASSERT_TRUE(noted.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(noted.readAll()), renamed);
+    shared.setBool(false, kOpenWithKey);
+    shared.synchronize();
 }

@@ -1,11 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "../core/CapturingLogger.h"
-#include "Bookmark.h"
-#include "FileFormat.h"
-#include "ImageView.h"
 #include "WindowTestSupport.h"
+#include "app/FolderShortcuts.h"
+#include "app/ImageView.h"
+#include "app/WhereItemDelegate.h"
+#include "app/WhereMenu.h"
+#include "core/FileFormat.h"
+#include "core/UserDefaultBookmarks.h"
+#include "foundation/PreferenceKeys.h"
+#include "platform/Bookmark.h"
 
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -160,8 +168,8 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     QList<int> tags;
     for (int i = 0; i < where->count(); ++i)
         tags.append(where->itemData(i, Qt::UserRole + 1).toInt());
-    EXPECT_TRUE(tags.contains(CorvexWindowController::ScreenshotFolderTag));
-    EXPECT_TRUE(tags.contains(CorvexWindowController::OtherFolderTag));
+    EXPECT_TRUE(tags.contains(WhereMenu::ScreenshotFolderTag));
+    EXPECT_TRUE(tags.contains(WhereMenu::OtherFolderTag));
     const int first = int(tags.indexOf(500));
     ASSERT_GE(first, 0);
     EXPECT_EQ(tags.mid(first), (QList<int>{500, 501, 502, 503, 504, 505, 506, 507, 508, 509}));
@@ -177,11 +185,11 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     EXPECT_EQ(where->itemText(0), QStringLiteral("Fav3"));
     QTest::keyClick(controller->nameTextField(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(1));
-    controller->whereAction(CorvexWindowController::ScreenshotFolderTag);
+    controller->whereAction(WhereMenu::ScreenshotFolderTag);
     EXPECT_EQ(controller->whereFolderPath(), shots);
 
     const QString other = folder(QStringLiteral("Other"));
-    controller->whereAction(CorvexWindowController::OtherFolderTag);
+    controller->whereAction(WhereMenu::OtherFolderTag);
     QFileDialog *panel = controller->window()->findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
     EXPECT_EQ(panel->windowModality(), Qt::WindowModal);
@@ -190,7 +198,7 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     QMetaObject::invokeMethod(panel, "accept");
     spin(std::chrono::milliseconds(20));
     EXPECT_EQ(controller->whereFolderPath(), other);
-    controller->whereAction(CorvexWindowController::OtherFolderTag);
+    controller->whereAction(WhereMenu::OtherFolderTag);
     panel = controller->window()->findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
     panel->reject();
@@ -213,10 +221,10 @@ TEST_F(CorvexWindowControllerTest, FolderShortcutsSetTheDestination)
     EXPECT_TRUE(press(Qt::Key_C, ctrlShift));
     EXPECT_EQ(controller->whereFolderPath(), QStringLiteral("/"));
     EXPECT_TRUE(press(Qt::Key_D, Qt::ControlModifier));
-    EXPECT_EQ(controller->whereFolderPath(), CorvexWindowController::desktopFolder());
+    EXPECT_EQ(controller->whereFolderPath(), FolderShortcuts::desktopFolder());
     EXPECT_TRUE(press(Qt::Key_O, ctrlShift));
-    EXPECT_EQ(controller->whereFolderPath(), CorvexWindowController::documentsFolder());
-    EXPECT_EQ(press(Qt::Key_U, ctrlShift), !CorvexWindowController::utilitiesFolder().isEmpty());
+    EXPECT_EQ(controller->whereFolderPath(), FolderShortcuts::documentsFolder());
+    EXPECT_EQ(press(Qt::Key_U, ctrlShift), !FolderShortcuts::utilitiesFolder().isEmpty());
     EXPECT_FALSE(press(Qt::Key_H, Qt::ControlModifier)) << "the modifiers must match exactly";
     EXPECT_FALSE(press(Qt::Key_X, ctrlShift));
     EXPECT_FALSE(press(Qt::Key_1, Qt::ControlModifier)) << "no favourites, no digit shortcuts";
@@ -279,17 +287,16 @@ TEST_F(CorvexWindowControllerTest, UnreadableFilesGetTheSubstituteImage)
 TEST_F(CorvexWindowControllerTest, PrintsThePictureAndCancelLeavesTheFile)
 {
     const QString path = writeImage(folder(QStringLiteral("Shots9")) + QStringLiteral("/Shot.png"));
-    auto controller = openWindow(path);
+    RecordingPrinter printer;
+    auto controller = openWindow(path, &printer);
     QImage printed;
     QPageLayout layout;
-    CorvexWindowController::setPrintRunner(
-        [&](QWidget *window, const QImage &image, const QPageLayout &pageLayout) {
-            EXPECT_EQ(window, controller->window());
-            printed = image;
-            layout = pageLayout;
-        });
+    printer.onPrint = ([&](QWidget *window, const QImage &image, const QPageLayout &pageLayout) {
+        EXPECT_EQ(window, controller->window());
+        printed = image;
+        layout = pageLayout;
+    });
     controller->printDocument();
-    CorvexWindowController::setPrintRunner({});
     EXPECT_EQ(printed.size(), QSize(200, 100));
     EXPECT_EQ(layout.margins(QPageLayout::Point), QMarginsF(18, 30, 18, 30));
 
@@ -299,4 +306,117 @@ TEST_F(CorvexWindowControllerTest, PrintsThePictureAndCancelLeavesTheFile)
     EXPECT_EQ(closed.count(), 1);
     EXPECT_FALSE(controller->window()->isVisible());
     EXPECT_TRUE(QFileInfo::exists(path));
+}
+
+TEST_F(CorvexWindowControllerTest, WindowShortcutsLeaveTheNameFieldsEditingKeysAlone)
+{
+    // Every key a text field edits with on this platform.
+    QList<QKeySequence> editingKeys;
+    for (int key = QKeySequence::UnknownKey + 1; key <= QKeySequence::Cancel; ++key)
+        if (key != QKeySequence::Print && key != QKeySequence::Close && key != QKeySequence::Quit)
+            editingKeys += QKeySequence::keyBindings(QKeySequence::StandardKey(key));
+    editingKeys += {QKeySequence(Qt::Key_Backspace), QKeySequence(Qt::CTRL | Qt::Key_Backspace),
+                    QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Left), QKeySequence(Qt::Key_Up)};
+    const QString path = writeImage(folder(QStringLiteral("Keys")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    QList<QKeySequence> windowKeys{WhereMenu::addToFavoritesShortcut()};
+    for (QAction *action : controller->windowActions())
+        windowKeys += action->shortcuts();
+    for (const QKeySequence &keys : std::as_const(windowKeys))
+        EXPECT_FALSE(editingKeys.contains(keys) && keys != QKeySequence(Qt::Key_Escape))
+            << keys.toString().toStdString();
+
+    // Ctrl+Backspace deletes the word before the cursor, and the file stays where it is.
+    QLineEdit *name = controller->nameTextField();
+    name->setText(QStringLiteral("My Shot.png"));
+    name->setCursorPosition(7);
+    QTest::keyClick(name, Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(name->text(), QStringLiteral("My .png"));
+    EXPECT_TRUE(QFileInfo::exists(path));
+    EXPECT_TRUE(controller->window()->isVisible());
+}
+
+TEST_F(CorvexWindowControllerTest, EscapeClosesAnOpenPopupOnlyAndWindowKeysWaitForIt)
+{
+    const QString path = writeImage(folder(QStringLiteral("Popup")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    QSignalSpy closed(controller.get(), &CorvexWindowController::windowClosedByController);
+    for (QComboBox *popup : {controller->wherePopupButton(), controller->formatPopupButton()}) {
+        popup->showPopup();
+        ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() == nullptr; }));
+        EXPECT_TRUE(controller->window()->isVisible());
+        EXPECT_EQ(closed.count(), 0);
+    }
+    // A window key pressed while a popup is open does nothing to the window.
+    const QString before = controller->whereFolderPath();
+    controller->wherePopupButton()->showPopup();
+    ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(controller->whereFolderPath(), before);
+    controller->wherePopupButton()->hidePopup();
+    ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() == nullptr; }));
+    EXPECT_EQ(closed.count(), 0);
+}
+
+TEST_F(CorvexWindowControllerTest, NewWindowsCascadeFromTheLastAndStayOnScreen)
+{
+    const QString shots = folder(QStringLiteral("Cascade"));
+    std::vector<std::unique_ptr<CorvexWindowController>> controllers;
+    for (int i = 0; i < 3; ++i)
+        controllers.push_back(openWindow(writeImage(shots + QStringLiteral("/Shot%1.png").arg(i))));
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    for (size_t i = 1; i < controllers.size(); ++i) {
+        const QWidget *previous = controllers.at(i - 1)->window();
+        const QWidget *window = controllers.at(i)->window();
+        EXPECT_NE(window->pos(), previous->pos()) << "window " << i;
+        EXPECT_TRUE(available.contains(window->geometry())) << "window " << i;
+    }
+}
+
+TEST_F(CorvexWindowControllerTest, WherePopupAddsTheShownFolderToTheFavouritesAndAsksToEditThem)
+{
+    const QString path = writeImage(folder(QStringLiteral("AddFav")) + QStringLiteral("/Shot.png"));
+    const QString chosen = folder(QStringLiteral("Chosen"));
+    auto controller = openWindow(path);
+    controller->setWhere(chosen);
+    QTest::keyClick(controller->nameTextField(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_EQ(controller->favoriteFolderURLs(), QList<QUrl>{QUrl::fromLocalFile(chosen)});
+    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.png"))
+        << "the name field is untouched";
+    const UserDefaultBookmarks stored(kFavoriteFolderBookmarksKey);
+    EXPECT_EQ(stored.count(), 1);
+    QComboBox *where = controller->wherePopupButton();
+    const int last = where->count() - 1;
+    EXPECT_EQ(where->itemData(last, WhereItemDelegate::TagRole).toInt(), WhereMenu::FirstFavoriteTag);
+    EXPECT_EQ(where->itemData(last, WhereItemDelegate::KeyEquivalentRole).value<QKeySequence>(),
+              QKeySequence(Qt::CTRL | Qt::Key_1));
+    controller->whereAction(WhereMenu::AddToFavoritesTag);
+    EXPECT_EQ(UserDefaultBookmarks(kFavoriteFolderBookmarksKey).count(), 1) << "no folder twice";
+
+    QSignalSpy edit(controller.get(), &CorvexWindowController::favoritesEditingRequested);
+    controller->whereAction(WhereMenu::EditFavoritesTag);
+    EXPECT_EQ(edit.count(), 1);
+    EXPECT_EQ(controller->whereFolderPath(), chosen);
+}
+
+TEST_F(CorvexWindowControllerTest, WherePopupRowsHaveRoomAndTheLastIsWhole)
+{
+    const QString path = writeImage(folder(QStringLiteral("Rows")) + QStringLiteral("/Shot.png"));
+    auto controller = openWindow(path);
+    QComboBox *where = controller->wherePopupButton();
+    where->showPopup();
+    ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+    QAbstractItemView *view = where->view();
+    const int textHeight = view->fontMetrics().height();
+    for (int row = 0; row < where->count(); ++row) {
+        const QModelIndex index = where->model()->index(row, 0);
+        const QRect rect = view->visualRect(index);
+        if (!WhereItemDelegate::isSeparator(index)) {
+            EXPECT_GE(rect.height(), textHeight + 2 * WhereItemDelegate::RowPadding) << "row " << row;
+        }
+        EXPECT_TRUE(view->viewport()->rect().contains(rect)) << "row " << row << " is clipped";
+    }
+    where->hidePopup();
 }

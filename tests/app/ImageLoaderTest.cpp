@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageLoader.h"
+#include "app/ImageLoader.h"
 #include "TestSupport.h"
 
 #include <QDir>

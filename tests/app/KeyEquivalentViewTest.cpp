@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DefaultCancelProxyView.h"
-#include "WhereProxyView.h"
+#include "app/DefaultCancelProxyView.h"
+#include "app/WhereProxyView.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserConsentPanelController.h"
-#include "AppDelegate.h"
-#include "UserDefaults.h"
+#include "app/UserConsentPanelController.h"
+#include "app/AppDelegate.h"
+#include "core/UserDefaults.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -4,16 +4,21 @@
 
 // Helpers for the renaming window's tests: screenshots on disk, an open window, answering its sheets.
 
-#include "CorvexWindowController.h"
-#include "QZAlert.h"
-#include "ScreenshotInfo.h"
 #include "TestSupport.h"
-#include "UserDefaults.h"
+#include "app/CorvexWindowController.h"
+#include "app/RenamingWindowServices.h"
+#include "core/ScreenshotInfo.h"
+#include "core/UserDefaults.h"
+#include "foundation/PreferenceKeys.h"
+#include "widgets/QZAlert.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QImage>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -42,10 +47,23 @@ inline QString folder(const QString &name)
     return path;
 }
 
-// Opens the renaming window of the file and waits for its picture.
-inline std::unique_ptr<CorvexWindowController> openWindow(const ScreenshotInfo &info)
+// Printing that hands each picture to a test instead of the print dialog.
+class RecordingPrinter : public RenamingWindowServices
 {
-    auto controller = std::make_unique<CorvexWindowController>(info);
+public:
+    std::function<void(QWidget *, const QImage &, const QPageLayout &)> onPrint;
+    void print(QWidget *window, const QImage &image, const QPageLayout &layout) override
+    {
+        if (onPrint)
+            onPrint(window, image, layout);
+    }
+};
+
+// Opens the renaming window of the file and waits for its picture.
+inline std::unique_ptr<CorvexWindowController> openWindow(const ScreenshotInfo &info,
+                                                          RenamingWindowServices *services = nullptr)
+{
+    auto controller = std::make_unique<CorvexWindowController>(info, services);
     QWidget *window = controller->window();
     window->show();
     window->activateWindow();
@@ -53,9 +71,10 @@ inline std::unique_ptr<CorvexWindowController> openWindow(const ScreenshotInfo &
     return controller;
 }
 
-inline std::unique_ptr<CorvexWindowController> openWindow(const QString &path)
+inline std::unique_ptr<CorvexWindowController> openWindow(const QString &path,
+                                                          RenamingWindowServices *services = nullptr)
 {
-    return openWindow(ScreenshotInfo(path, 1));
+    return openWindow(ScreenshotInfo(path, 1), services);
 }
 
 // The sheet showing on the controller's window, once there is one.
@@ -71,8 +90,10 @@ inline void answerSheet(QZAlert *sheet, const QString &title)
 {
     for (QPushButton *button : sheet->buttons()) {
         if (button->text() == title) {
+            const QPointer<QZAlert> open(sheet);
             button->click();
-            spin(std::chrono::milliseconds(50));
+            waitUntil([&] { return !open || !open->isVisible(); });
+            QCoreApplication::processEvents(); // the answers queued by the sheet's end
             return;
         }
     }
@@ -83,9 +104,9 @@ inline void answerSheet(QZAlert *sheet, const QString &title)
 inline void clearWindowPreferences()
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    for (const char *key : {"useLastDirectoryAndExtensionValues", "lastSaveDirectory",
-                            "lastFileFormatExtension", "favoriteFolderBookmarks", "hideExtension"})
-        defaults.removeObjectForKey(QString::fromLatin1(key));
+    for (const QString &key : {kUseLastDirectoryAndExtensionValuesKey, kLastSaveDirectoryKey,
+                               kLastFileFormatExtensionKey, kFavoriteFolderBookmarksKey, kHideExtensionKey})
+        defaults.removeObjectForKey(key);
 }
 
 } // namespace corvex::test

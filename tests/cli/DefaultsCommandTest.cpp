@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex defaults`, run as the real program.
-#include "PreferenceStore.h"
-#include "PropertyList.h"
+#include "platform/PreferenceStore.h"
+#include "platform/PropertyList.h"
 #include "TestSupport.h"
 
 #include <QDateTime>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex name` and `corvex version-compare`, run as the real program.
-#include "AppUserDefaults.h"
+#include "core/AppUserDefaults.h"
 #include "TestSupport.h"
 
 #include <QImage>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex process`, run as the real program over the shared preferences the test writes.
-#include "AppUserDefaults.h"
+#include "core/AppUserDefaults.h"
 #include "TestSupport.h"
 
 #include <QDir>

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AppUserDefaults.h"
+#include "core/AppUserDefaults.h"
 
-#include "FactoryDefaults.h"
-#include "PreferenceStore.h"
-#include "PropertyList.h"
+#include "core/FactoryDefaults.h"
+#include "platform/PreferenceStore.h"
+#include "platform/PropertyList.h"
 #include "TestSupport.h"
-#include "UserDefaults.h"
+#include "core/UserDefaults.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "AutomaticSteps.h"
+#include "core/AutomaticSteps.h"
 #include "../core/CapturingLogger.h"
-#include "AppUserDefaults.h"
-#include "FileFormat.h"
-#include "ScreenshotInfo.h"
+#include "core/AppUserDefaults.h"
+#include "core/FileFormat.h"
+#include "core/ScreenshotInfo.h"
 #include "TestSupport.h"
 
 #include <QDir>

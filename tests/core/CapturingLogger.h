@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "DDLog.h"
-#include "DDLogMessage.h"
-#include "DDLogger.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogMessage.h"
+#include "logging/DDLogger.h"
 
 #include <QStringList>
 #include <memory>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DropboxCheck.h"
+#include "core/DropboxCheck.h"
 #include "../core/CapturingLogger.h"
-#include "PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QDir>
 #include <QFile>
@@ -146,6 +146,37 @@ TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
     setClient(true, "2.4.0", "2.4.0");
     QFile::remove(mHome + "/.dropbox/host.db");
     EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+}
+
+TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
+{
+    LogCapture capture;
+    const struct
+    {
+        QByteArray json;
+        QStringList folders;
+        bool warned;
+    } cases[] = {
+        {R"({"personal": {"path": "/p"}, "business": {"path": "/b", "host": 1}})", {"/p", "/b"}, false},
+        {R"({"business": {"path": "/b"}})", {"/b"}, false},
+        {R"({"personal": {"path": "relative"}, "other": {"path": "/o"}})", {}, false},
+        {R"({"personal": {"path": )", {}, true},
+        {R"(["personal"])", {}, true},
+    };
+    for (const auto &c : cases) {
+        writeFile(mHome + "/.dropbox/info.json", c.json);
+        EXPECT_EQ(DropboxCheck::accountFolders(), c.folders) << c.json.constData();
+        EXPECT_EQ(capture.takeMessages().size(), c.warned ? 1 : 0) << c.json.constData();
+    }
+}
+
+TEST_F(DropboxCheckTest, FolderTestFindsTheFolderOfInfoJsonAlone)
+{
+    const QString folder = mHome + "/Dropbox (Work)";
+    QDir().mkpath(folder + "/Screenshots");
+    setClient(true, "2.4.0", "2.4.0");
+    writeFile(mHome + "/.dropbox/info.json", R"({"business": {"path": ")" + folder.toUtf8() + R"("}})");
+    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
 }
 
 TEST_F(DropboxCheckTest, CheckLogsTheWarningOnlyWhenTheFolderTestIsTrue)

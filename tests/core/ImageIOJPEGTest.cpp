@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOJPEG.h"
-#include "ImageIOResolution.h"
+#include "core/ImageIOJPEG.h"
 #include "TestSupport.h"
+#include "core/ImageIOResolution.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -153,3 +153,56 @@ TEST(ImageIOJPEGTest, RowsMustMatchTheSizeAndWriteErrorsAreReported)
 }
 
 } // namespace
+
+TEST(ImageIOJPEGTest, ResolutionComesFromEXIFWhenJFIFGivesNone)
+{
+    // An EXIF segment (little-endian TIFF) with XResolution 300/1, YResolution 600/2, unit inches.
+    const auto le = [](quint32 value, int size) -> QByteArray {
+        QByteArray bytes;
+        for (int i = 0; i < size; ++i)
+            bytes.append(char(value >> (8 * i)));
+        return bytes;
+    };
+    const auto entry = [&](int tag, int type, quint32 value) -> QByteArray {
+        return le(tag, 2) + le(type, 2) + le(1, 4) + le(value, 4);
+    };
+    QByteArray tiff = "II" + le(42, 2) + le(8, 4) + le(3, 2);
+    tiff += entry(282, 5, 50) + entry(283, 5, 58) + entry(296, 3, 2) + le(0, 4);
+    tiff += le(300, 4) + le(1, 4) + le(600, 4) + le(2, 4);
+    const QByteArray exifPayload = QByteArray("Exif\0\0", 6) + tiff;
+    QByteArray app1("\xff\xe1", 2);
+    app1.append(char((exifPayload.size() + 2) >> 8))
+        .append(char((exifPayload.size() + 2) & 0xff))
+        .append(exifPayload);
+
+    QImage image = screenshotLike();
+    image.setDotsPerMeterX(3780); // 96 dpi
+    image.setDotsPerMeterY(3780);
+    const QByteArray jpeg = encode(image);
+    ASSERT_EQ(jpeg.mid(2, 2), QByteArray("\xff\xe0", 2));
+    const qsizetype app0Length = (quint8(jpeg.at(4)) << 8 | quint8(jpeg.at(5))) + 2;
+    QByteArray app0 = jpeg.mid(2, app0Length);
+    const QByteArray rest = jpeg.mid(2 + app0Length);
+    QByteArray aspectOnly = app0;
+    aspectOnly[11] = 0; // units: none, the densities only give the aspect ratio
+    aspectOnly[12] = 0, aspectOnly[13] = 1, aspectOnly[14] = 0, aspectOnly[15] = 1;
+
+    const struct
+    {
+        const char *name;
+        QByteArray segments;
+        QSizeF dpi;
+    } cases[] = {
+        {"EXIF only", app1, QSizeF(300, 300)},
+        {"JFIF without units, then EXIF", aspectOnly + app1, QSizeF(300, 300)},
+        {"JFIF density wins", app0 + app1, QSizeF(96, 96)},
+        {"neither", QByteArray(), QSizeF(72, 72)},
+    };
+    QTemporaryDir dir;
+    for (const auto &c : cases) {
+        const QString file = corvex::test::writeFile(dir.filePath(QString::fromLatin1(c.name)),
+                                                     jpeg.left(2) + c.segments + rest);
+        EXPECT_EQ(ImageIOResolution::storedDotsPerInch(file, ImageIOResolution::Container::JPEG), c.dpi)
+            << c.name;
+    }
+}

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIORowPipeline.h"
-#include "ImageIOPNG.h"
-#include "ImageRowWriter.h"
+#include "core/ImageIORowPipeline.h"
+#include "core/ImageIOPNG.h"
+#include "core/ImageRowWriter.h"
 #include "TestSupport.h"
 
 #include <QBuffer>

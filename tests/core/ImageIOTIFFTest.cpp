@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ImageIOTIFF.h"
-#include "ImageIOResolution.h"
+#include "core/ImageIOTIFF.h"
+#include "core/ImageIOResolution.h"
 #include "TestSupport.h"
 
 #include <QBuffer>

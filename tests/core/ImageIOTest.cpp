@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FileFormat.h"
-#include "ImageIODestination.h"
-#include "ImageIOGIFEncoder.h"
-#include "ImageIOPDF.h"
-#include "ImageIOPNG.h"
-#include "ImageIOSource.h"
+#include "../logging/StderrCapture.h"
+#include "CapturingLogger.h"
 #include "PNGChunks.h"
 #include "TestSupport.h"
+#include "core/FileFormat.h"
+#include "core/ImageIODestination.h"
+#include "core/ImageIOGIFEncoder.h"
+#include "core/ImageIOPDF.h"
+#include "core/ImageIOPNG.h"
+#include "core/ImageIOSource.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -398,3 +400,59 @@ TEST_F(ImageIOTest, PNGEncoderTakes32BitImagesRowByRow)
 }
 
 } // namespace
+
+TEST_F(ImageIOTest, APDFPageIsExactlyTheImagesSizeInPoints)
+{
+    for (const int width : {1, 2880, 4000, 4999, 5000, 5120, 7680}) {
+        SCOPED_TRACE(width);
+        const QImage image = blocks(width, 3);
+        const QString pdf = write(QStringLiteral("w%1.pdf").arg(width), FileFormat::PDFType, image);
+        EXPECT_EQ(ImageIOPDF::firstPageSize(pdf), QSizeF(width, 3));
+        EXPECT_EQ(read(pdf).size(), QSize(width, 3));
+    }
+}
+
+TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnUnrotated)
+{
+    const auto page = [this](const QString &name, const QByteArray &extra) {
+        const QByteArray objects[] = {
+            "<</Type /Catalog /Pages 2 0 R>>",
+            "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+            "<</Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] " + extra + ">>",
+        };
+        QByteArray pdf = "%PDF-1.4\n";
+        QList<qsizetype> offsets;
+        for (int i = 0; i < 3; ++i) {
+            offsets.append(pdf.size());
+            pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
+        }
+        const qsizetype xref = pdf.size();
+        pdf += "xref\n0 4\n0000000000 65535 f \n";
+        for (const qsizetype offset : offsets)
+            pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
+        pdf += "trailer <</Size 4 /Root 1 0 R>>\nstartxref\n" + QByteArray::number(xref) + "\n%%EOF\n";
+        return corvex::test::writeFile(path(name), pdf);
+    };
+    for (const QByteArray &extra :
+         {QByteArray(), QByteArray("/Rotate 90"), QByteArray("/Rotate 180"), QByteArray("/Rotate 270")}) {
+        SCOPED_TRACE(extra.constData());
+        const QString file = page(QStringLiteral("box.pdf"), extra);
+        EXPECT_EQ(ImageIOPDF::firstPageSize(file), QSizeF(612, 792));
+        EXPECT_EQ(read(file).size(), QSize(612, 792));
+        QFile::remove(file);
+    }
+}
+
+TEST_F(ImageIOTest, TheReadersOwnComplaintsGoToTheLog)
+{
+    LogCapture capture;
+    const QString damaged = corvex::test::writeFile(
+        path(QStringLiteral("damaged.pdf")), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
+                                             "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
+                                             "startxref\n99999\n%%EOF\n");
+    StderrCapture stderrCapture;
+    ImageIOPDF::firstPageSize(damaged);
+    stderrCapture.restore();
+    EXPECT_FALSE(capture.messages(DDLogFlagWarning).filter(QStringLiteral("PDF reader: ")).isEmpty());
+    EXPECT_FALSE(stderrCapture.text().contains(QStringLiteral("Error"))) << qPrintable(stderrCapture.text());
+}

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Processor.h"
+#include "core/Processor.h"
 #include "../core/CapturingLogger.h"
-#include "AppUserDefaults.h"
-#include "FileFormat.h"
-#include "PreferenceStore.h"
-#include "ScreenshotInfo.h"
 #include "TestSupport.h"
+#include "core/AppUserDefaults.h"
+#include "core/FileFormat.h"
+#include "core/ScreenshotInfo.h"
+#include "platform/PreferenceStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -134,7 +134,7 @@ TEST_F(ProcessorTest, NeedsAutomaticProcessingSeesAnotherProcessesWrite)
     EXPECT_FALSE(processor().needsAutomaticProcessing());
     // Another process: its own view of the same files.
     PreferenceStore otherStore(PreferenceStore::defaultDirectory());
-    AppUserDefaults other(AppUserDefaults::CorvexBundleIdentifier, otherStore);
+    AppUserDefaults other(kCorvexDomain, otherStore);
     other.setBool(true, "autoMove");
     EXPECT_TRUE(processor().needsAutomaticProcessing());
     other.setBool(false, "autoMove");
@@ -171,7 +171,7 @@ TEST_F(ProcessorTest, CounterIsStoredAndSynchronisedAtOnce)
 
     // Already on disk for another process.
     PreferenceStore otherStore(PreferenceStore::defaultDirectory());
-    AppUserDefaults other(AppUserDefaults::CorvexBundleIdentifier, otherStore);
+    AppUserDefaults other(kCorvexDomain, otherStore);
     EXPECT_EQ(other.integerForKey("autoRenameCount"), 43);
 
     // The other process's counter value is the one advanced next.

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CapturingLogger.h"
-#include "CorvexError.h"
-#include "CorvexErrors.h"
-#include "DropboxCheck.h"
-#include "ExtendedAttributes.h"
-#include "FileFormat.h"
-#include "ImageIODestination.h"
-#include "ImageIOSource.h"
-#include "Processor.h"
+#include "foundation/CorvexError.h"
+#include "core/CorvexErrors.h"
+#include "core/DropboxCheck.h"
+#include "platform/ExtendedAttributes.h"
+#include "core/FileFormat.h"
+#include "core/ImageIODestination.h"
+#include "core/ImageIOSource.h"
+#include "core/Processor.h"
 #include "TestSupport.h"
 
 #include <QDir>

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "RenamePattern.h"
+#include "core/RenamePattern.h"
 
+#include <QSet>
 #include <QTimeZone>
 #include <gtest/gtest.h>
 
@@ -172,6 +173,19 @@ TEST_F(RenamePatternTest, DerivedFormatsAcrossLocales)
         EXPECT_FALSE(RenamePattern::timeString(kShot, RenamePattern::ShortStyle, locale).contains("03"));
     }
     EXPECT_EQ(RenamePattern::timeFormat(RenamePattern::MediumStyle, kShot, QLocale("fa_IR")), "H:mm:ss");
+
+    // Without a language (no LANG) the four styles stay distinct too.
+    const QLocale c = QLocale::c();
+    QStringList dates, times;
+    for (const auto style : {RenamePattern::ShortStyle, RenamePattern::MediumStyle, RenamePattern::LongStyle,
+                             RenamePattern::FullStyle}) {
+        dates.append(RenamePattern::dateString(kShot, style, c));
+        times.append(RenamePattern::timeFormat(style, kShot, c));
+    }
+    EXPECT_EQ(dates.first(), kShot.toLocalTime().toString("MM/dd/yy"));
+    EXPECT_EQ(times.first(), "HH:mm");
+    EXPECT_EQ(QSet<QString>(dates.begin(), dates.end()).size(), 4) << qPrintable(dates.join(" | "));
+    EXPECT_EQ(QSet<QString>(times.begin(), times.end()).size(), 4) << qPrintable(times.join(" | "));
     EXPECT_EQ(RenamePattern::dateFormat(RenamePattern::LongStyle, QLocale("hu_HU")), "yyyy. MMMM d.");
 }
 

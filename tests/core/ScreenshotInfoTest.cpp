@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ScreenshotInfo.h"
-#include "DDLog.h"
-#include "DDLogMessage.h"
-#include "DDLogger.h"
-#include "FileAttributes.h"
-#include "Notifications.h"
-#include "PropertyList.h"
+#include "core/ScreenshotInfo.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogMessage.h"
+#include "logging/DDLogger.h"
+#include "platform/FileAttributes.h"
+#include "foundation/Notifications.h"
+#include "platform/PropertyList.h"
 #include "TestSupport.h"
 
 #include <QDir>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserDefaultBookmarks.h"
-#include "BookmarkException.h"
-#include "BookmarkItem.h"
+#include "core/UserDefaultBookmarks.h"
+#include "core/BookmarkException.h"
+#include "core/BookmarkItem.h"
 #include "TestSupport.h"
-#include "UserDefaults.h"
+#include "core/UserDefaults.h"
 
 #include <QDir>
 #include <gtest/gtest.h>

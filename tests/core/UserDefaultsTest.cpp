@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UserDefaults.h"
+#include "core/UserDefaults.h"
 
-#include "AppUserDefaults.h"
-#include "ArgumentDomain.h"
-#include "FactoryDefaults.h"
-#include "PreferenceStore.h"
+#include "core/AppUserDefaults.h"
+#include "core/ArgumentDomain.h"
+#include "core/FactoryDefaults.h"
+#include "platform/PreferenceStore.h"
 #include "TestSupport.h"
 
 #include <QSignalSpy>

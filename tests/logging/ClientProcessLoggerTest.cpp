@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ClientProcessLogger.h"
-#include "DDLog.h"
-#include "DDLogMessage.h"
-#include "DistributedNotificationCenter.h"
-#include "Log.h"
-#include "Notifications.h"
+#include "logging/ClientProcessLogger.h"
+#include "logging/DDLog.h"
+#include "logging/DDLogMessage.h"
+#include "platform/DistributedNotificationCenter.h"
+#include "logging/Log.h"
+#include "foundation/Notifications.h"
 #include "TestSupport.h"
 
 #include <QDateTime>

@@ -4,7 +4,7 @@
 #include "logging/DDLog.h"
 #include "logging/DDLogFormatter.h"
 #include "logging/DDLogMessage.h"
-#include "platform/DispatchQueue.h"
+#include "foundation/DispatchQueue.h"
 
 #include <gtest/gtest.h>
 #include <mutex>

@@ -3,12 +3,12 @@
 #include "logging/DDFileLogger.h"
 #include "StderrCapture.h"
 #include "TestSupport.h"
+#include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFileInfo.h"
 #include "logging/DDLogFileManagerDefault.h"
 #include "logging/DDLogMessage.h"
 #include "logging/Log.h"
-#include "platform/DispatchQueue.h"
 #include "platform/ExtendedAttributes.h"
 #include "platform/ExtendedAttributes_p.h"
 
@@ -376,4 +376,27 @@ TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
     ASSERT_EQ(written.size(), 101);
     EXPECT_EQ(written.last(), QStringLiteral("line 99"));
     EXPECT_EQ(texts(otherPath).size(), 202);
+}
+
+TEST_F(DDFileLoggerTest, FlushLogWritesEveryEarlierLineWhileAnotherThreadKeepsLogging)
+{
+    auto logger = addFileLogger();
+    logger->setLogFormatter(nullptr);
+    std::atomic<bool> stop{false};
+    std::thread other([&] {
+        while (!stop)
+            log(QStringLiteral("noise"));
+    });
+    const QString path = logger->currentLogFileInfo()->filePath();
+    int missing = 0;
+    for (int round = 0; round < 300; ++round) {
+        const QByteArray marker = "marker " + QByteArray::number(round) + '\n';
+        log(QString::fromLatin1(marker.trimmed()));
+        DDLog::flushLog();
+        if (!contents(logger->currentLogFileInfo()->filePath()).contains(marker))
+            ++missing;
+    }
+    stop = true;
+    other.join();
+    EXPECT_EQ(missing, 0) << "first file " << qPrintable(path);
 }

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RecordingLogger.h"
+#include "StderrCapture.h"
+#include "foundation/Diagnostics.h"
 #include "logging/DDLog_p.h"
 #include "logging/Log.h"
 
@@ -299,4 +301,31 @@ TEST_F(DDLogTest, PerClassLevelsOnlyForClassesThatTakePart)
     EXPECT_EQ(ParticipatingClass::level, 7u);
     DDLog::setLogLevelForClassWithName(1, QStringLiteral("Unknown"));
     EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("Unknown")), 0xFFFFFFFFu);
+}
+
+TEST_F(DDLogTest, ALoggersOwnTroubleGoesToStderrNotBackThroughTheDispatcher)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    logger->hook = [](const DDLogMessage &message) {
+        if (message.logMsg() == QStringLiteral("archive"))
+            CorvexReportError(QStringLiteral("could not post the archive notice"));
+    };
+    DDLog::addLogger(logger);
+    StderrCapture stderrCapture;
+    logInfo(QStringLiteral("archive"));
+    DDLog::flushLog();
+    stderrCapture.restore();
+    EXPECT_EQ(logger->texts(), QStringList{QStringLiteral("archive")});
+    EXPECT_TRUE(stderrCapture.text().contains(QStringLiteral("could not post the archive notice")));
+}
+
+TEST_F(DDLogTest, MessagesNameTheirFileFromTheTopOfTheSourceTree)
+{
+    auto logger = std::make_shared<RecordingLogger>();
+    QString file;
+    logger->hook = [&file](const DDLogMessage &message) { file = QString::fromUtf8(message.file()); };
+    DDLog::addLogger(logger);
+    DDLogInfo(QStringLiteral("where"));
+    DDLog::flushLog();
+    EXPECT_EQ(file, QStringLiteral("tests/logging/DDLogTest.cpp"));
 }

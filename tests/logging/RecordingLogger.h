@@ -5,7 +5,7 @@
 #include "logging/DDLog.h"
 #include "logging/DDLogMessage.h"
 #include "logging/DDLogger.h"
-#include "platform/DispatchQueue.h"
+#include "foundation/DispatchQueue.h"
 
 #include <QStringList>
 #include <atomic>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Bookmark.h"
-#include "PropertyList.h"
+#include "platform/Bookmark.h"
+#include "platform/PropertyList.h"
 #include "TestSupport.h"
 
 #include <QDir>

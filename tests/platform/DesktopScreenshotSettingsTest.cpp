@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "DesktopScreenshotSettings.h"
-#include "DesktopConfigFiles_p.h"
+#include "platform/DesktopScreenshotSettings.h"
+#include "platform/DesktopConfigFiles_p.h"
 
 #include "TestSupport.h"
 

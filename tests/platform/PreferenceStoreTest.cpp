@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "PreferenceStore.h"
+#include "platform/PreferenceStore.h"
 
-#include "CorvexError.h"
-#include "PropertyList.h"
+#include "foundation/CorvexError.h"
+#include "platform/PropertyList.h"
 #include "TestSupport.h"
 
 #include <QDateTime>

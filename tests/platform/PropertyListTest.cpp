@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "PropertyList.h"
+#include "platform/PropertyList.h"
 
 #include <QDateTime>
 #include <QSize>

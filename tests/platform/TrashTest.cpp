@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Trash.h"
-#include "CorvexError.h"
-#include "FileMove.h"
+#include "platform/Trash.h"
+#include "foundation/CorvexError.h"
+#include "platform/FileMove.h"
 #include "TestSupport.h"
 
 #include <QDir>

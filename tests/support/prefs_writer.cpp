@@ -3,7 +3,7 @@
 //
 // prefs_writer DOMAIN PREFIX COUNT: writes the integers 0..COUNT-1 under the keys PREFIX0, PREFIX1, ... of
 // the domain, one write (and synchronisation) at a time, as a second process beside a test would.
-#include "AppUserDefaults.h"
+#include "core/AppUserDefaults.h"
 
 #include <QCoreApplication>
 #include <QStringList>

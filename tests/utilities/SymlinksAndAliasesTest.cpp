@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "SymlinksAndAliases.h"
+#include "utilities/SymlinksAndAliases.h"
 #include "TestSupport.h"
 
 #include <QDir>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UKKQueue.h"
-#include "NotificationCenter.h"
+#include "watching/UKKQueue.h"
+#include "watching/NotificationCenter.h"
 #include "TestSupport.h"
-#include "UKFileWatcherDelegate.h"
-#include "UKMainThreadProxy.h"
+#include "watching/UKFileWatcherDelegate.h"
+#include "watching/UKMainThreadProxy.h"
 
 #include <QDir>
 #include <QFile>

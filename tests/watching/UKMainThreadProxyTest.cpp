@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "UKMainThreadProxy.h"
+#include "watching/UKMainThreadProxy.h"
 #include "TestSupport.h"
-#include "UKMainThreadTargetProxy.h"
+#include "watching/UKMainThreadTargetProxy.h"
 
 #include <QThread>
 #include <atomic>

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/QZAlert.h"
+#include "foundation/CorvexError.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "TestSupport.h"
+
+using corvex::test::waitUntil;
+
+TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
+{
+    QWidget window;
+    window.show();
+    for (int which = 0; which < 3; ++which) {
+        auto *alert = new QZAlert;
+        alert->setMessageText(QStringLiteral("Message"));
+        alert->addButtonWithTitle(QStringLiteral("First"));
+        alert->addButtonWithTitle(QStringLiteral("Cancel"));
+        alert->addButtonWithTitle(QStringLiteral("Third"));
+        QList<qint64> answers;
+        alert->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answers.append(code); });
+        EXPECT_EQ(QZAlert::sheetOfWindow(&window), alert);
+        EXPECT_EQ(alert->windowModality(), Qt::WindowModal);
+        EXPECT_EQ(alert->defaultButton(), alert->buttons().at(0)) << "the first button takes Return";
+        EXPECT_EQ(alert->escapeButton(), alert->buttons().at(1)) << "Cancel takes Escape";
+        alert->buttons().at(which)->click();
+        ASSERT_TRUE(waitUntil([&] { return !answers.isEmpty(); }));
+        corvex::test::spin(std::chrono::milliseconds(20));
+        EXPECT_EQ(answers, QList<qint64>{1000 + which});
+        EXPECT_EQ(QZAlert::sheetOfWindow(&window), nullptr);
+    }
+}
+
+TEST(QZAlert, EscapeAnswersCancelAndAnAlertWithoutButtonsGetsOK)
+{
+    QWidget window;
+    window.show();
+    auto *alert = new QZAlert;
+    alert->addButtonWithTitle(QStringLiteral("Replace"));
+    alert->addButtonWithTitle(QStringLiteral("Cancel"));
+    qint64 answer = 0;
+    alert->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answer = code; });
+    QTest::keyClick(alert, Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return answer != 0; }));
+    EXPECT_EQ(answer, QZAlert::NSAlertSecondButtonReturn);
+
+    auto *plain = new QZAlert;
+    plain->qzBeginSheetModalForWindow(&window, {});
+    ASSERT_EQ(plain->buttons().size(), 1);
+    EXPECT_EQ(plain->buttons().first()->text(), QStringLiteral("OK"));
+    plain->buttons().first()->click();
+}
+
+TEST(QZAlert, PresentedErrorShowsItsTextsAndReportsNoRecovery)
+{
+    QWidget window;
+    window.show();
+    CorvexError error(
+        CorvexError::CocoaErrorDomain, CorvexError::FileNoSuchFileError,
+        {{CorvexError::LocalizedDescriptionKey, QStringLiteral("The file is gone.")},
+         {CorvexError::LocalizedRecoverySuggestionErrorKey, QStringLiteral("Look elsewhere.")}});
+    int calls = 0;
+    bool recovered = true;
+    QZAlert::presentError(error, &window, [&](bool didRecover) {
+        ++calls;
+        recovered = didRecover;
+    });
+    QZAlert *sheet = QZAlert::sheetOfWindow(&window);
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(sheet->messageText(), QStringLiteral("The file is gone."));
+    EXPECT_EQ(sheet->informativeText(), QStringLiteral("Look elsewhere."));
+    sheet->buttons().first()->click();
+    ASSERT_TRUE(waitUntil([&] { return calls == 1; }));
+    EXPECT_FALSE(recovered);
+}
