@@ -65,11 +65,11 @@ SS_PrefsController::SS_PrefsController(const QString &panesSearchPath, const QSt
 SS_PrefsController::~SS_PrefsController()
 {
     releaseWindow();
-    // The panes and their views go now, while the application is still there: left to their bundles, they
-    // would be destroyed when the plugins unload, after the application is gone.
-    for (const QPointer<QObject> &pane : std::as_const(mPreferencePanes))
-        delete pane.data();
-    mPreferencePanes.clear();
+    // The views this window showed go now, while the application is still there: left to their panes, they
+    // would be destroyed when the bundles unload, after the application is gone. A pane makes a new view
+    // when it is shown again.
+    for (const QPointer<QWidget> &view : std::as_const(mShownViews))
+        delete view.data();
 }
 
 SS_PrefsController &SS_PrefsController::sharedPrefsController()
@@ -120,7 +120,7 @@ QStringList SS_PrefsController::loadedPanes() const
 
 SS_PreferencePaneProtocol *SS_PrefsController::paneNamed(const QString &name) const
 {
-    return qobject_cast<SS_PreferencePaneProtocol *>(mPreferencePanes.value(name).data());
+    return qobject_cast<SS_PreferencePaneProtocol *>(mPreferencePanes.value(name));
 }
 
 SS_PreferencePaneProtocol *SS_PrefsController::currentPane() const

@@ -112,7 +112,8 @@ private:
     QToolBar *mPrefsToolbar = nullptr;
     QActionGroup *mToolbarGroup = nullptr;
     QHash<QString, QAction *> mPrefsToolbarItems;
-    QHash<QString, QPointer<QObject>> mPreferencePanes;
+    QHash<QString, QObject *> mPreferencePanes;
+    QList<QPointer<QWidget>> mShownViews;
     QStringList mPanesOrder;
     QString mBundleExtension;
     QString mSearchPath;

@@ -14,8 +14,8 @@
 
 namespace {
 
-// The size a pane view asks for: the size it was last given, or the size its layout wants; never less than its
-// layout needs to show every control whole.
+// The size a pane view asks for: the size it was last given, or the size its layout wants; never less than
+// its layout needs to show every control whole.
 QSize paneViewSize(QWidget *view)
 {
     const QSize least = view->minimumSizeHint().expandedTo(QSize(1, 1));
@@ -95,6 +95,8 @@ bool SS_PrefsController::loadPrefsPaneNamed(const QString &name, bool display)
     mPrefsWindow->setGeometry(newFrame);
     if (mPrefsWindow->centralWidget() != view)
         mPrefsWindow->setCentralWidget(view);
+    if (!mShownViews.contains(view))
+        mShownViews.append(view);
     view->show();
 
     const QSize minimum = newFrame.size();

@@ -97,6 +97,9 @@ RenamePatternEditor::RenamePatternEditor(QWidget *parent) : QWidget(parent)
     mEdit->setAccessibleName(tr("Renaming pattern"));
     mEdit->setPlaceholderText(tr("Screenshot $DateYYYY$-$DateMM$-$DateDD$"));
     mEdit->setClearButtonEnabled(true);
+    // The line edit's own clear button has no text: a screen reader still says what it does.
+    for (QToolButton *clear : mEdit->findChildren<QToolButton *>())
+        clear->setAccessibleName(tr("Clear the pattern"));
     // The pattern's pieces are separated by colons, so a colon cannot be part of a name.
     mEdit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[^:]*")), mEdit));
     mEdit->setToolTip(
