@@ -49,6 +49,10 @@ QWidget *UpdatesPane::makeView()
     automatic->setAccessibleName(tr("Check for updates automatically"));
     automatic->setToolTip(tr("The agent looks for a new version once a day."));
     binder->bindCheckBox(automatic, kCheckForUpdatesKey);
+    // The user's choice here also answers the question asked at the second launch, in either direction.
+    connect(automatic, &QCheckBox::clicked, view, [](bool checked) {
+        UserDefaults::standardUserDefaults().setBool(checked, kSUEnableAutomaticChecksKey);
+    });
 
     mCheckNow = new QPushButton(tr("Check &Now"), view);
     mCheckNow->setObjectName(QStringLiteral("checkNow"));
