@@ -156,7 +156,7 @@ bool UpdateUserDriver::askForPermissionIfNeeded(TypedPreferences &preferences)
     box.setText(tr("Check for updates automatically?"));
     box.setInformativeText(
         tr("Should Corvex automatically check for updates once a day? You can always check "
-           "for updates manually from the Corvex menu."));
+           "for updates manually from the Help menu or in the preferences."));
     auto *profile = new QCheckBox(tr("Include anonymous system profile"), &box);
     profile->setToolTip(tr("Sends the versions of Corvex and of the system, the processor type, the language "
                            "and the graphics card with each check. No personal information is sent."));

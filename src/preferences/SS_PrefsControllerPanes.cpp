@@ -9,19 +9,27 @@
 #include <QAction>
 #include <QApplication>
 #include <QEvent>
+#include <QLayout>
 #include <QMainWindow>
 #include <QToolBar>
 
 namespace {
 
 // The size a pane view asks for: the size it was last given, or the size its layout wants; never less than
-// its layout needs to show every control whole.
+// its own minimum size or than its layout needs to show every control whole (at the height word-wrapped texts
+// need at that width).
 QSize paneViewSize(QWidget *view)
 {
-    const QSize least = view->minimumSizeHint().expandedTo(QSize(1, 1));
-    if (view->testAttribute(Qt::WA_Resized))
-        return view->size().expandedTo(least);
-    return view->sizeHint().expandedTo(least);
+    // Measured as it will be shown: styled, with its layout's constraints in place.
+    view->ensurePolished();
+    if (QLayout *layout = view->layout())
+        layout->activate();
+    const QSize least = view->minimumSizeHint().expandedTo(view->minimumSize()).expandedTo(QSize(1, 1));
+    QSize size = view->testAttribute(Qt::WA_Resized) ? view->size() : view->sizeHint();
+    size = size.expandedTo(least);
+    if (view->hasHeightForWidth())
+        size.setHeight(qMax(size.height(), view->heightForWidth(size.width())));
+    return size;
 }
 
 } // namespace

@@ -14,10 +14,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QTimer>
-#include <QToolButton>
 
 namespace {
 
@@ -108,11 +108,10 @@ RenamePatternEditor::RenamePatternEditor(QWidget *parent) : QWidget(parent)
 
     mMenu = new QMenu(this);
     buildMenu();
-    mInsertButton = new QToolButton(this);
+    // A push button draws its menu arrow beside the text, not over it.
+    mInsertButton = new QPushButton(this);
     mInsertButton->setText(tr("&Insert Token"));
     mInsertButton->setAccessibleName(tr("Insert a token into the pattern"));
-    mInsertButton->setPopupMode(QToolButton::InstantPopup);
-    mInsertButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
     mInsertButton->setMenu(mMenu);
 
     mPreview = new QLabel(this);

@@ -120,6 +120,9 @@ QWidget *GeneralPane::makeView()
     mScreenshotService->setObjectName(QStringLiteral("screenshotService"));
     mScreenshotService->setTextInteractionFlags(Qt::TextSelectableByMouse);
     mScreenshotService->setWordWrap(true);
+    // The whole width of the column, so that it wraps only what does not fit there.
+    mScreenshotService->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    mScreenshotService->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     mFavorites = new FavoriteFoldersEditor(view);
     auto *favoritesHint =
