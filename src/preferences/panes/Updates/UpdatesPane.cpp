@@ -76,8 +76,8 @@ QWidget *UpdatesPane::makeView()
     auto *form = new QFormLayout(view);
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setContentsMargins(20, 16, 20, 16);
-    form->setVerticalSpacing(14);
+    form->setContentsMargins(20, 14, 20, 14);
+    form->setVerticalSpacing(10);
     form->addRow(tr("Updates:"), automatic);
     form->addRow(QString(), checkRow);
     form->addRow(tr("Last checked:"), lastCheck);
