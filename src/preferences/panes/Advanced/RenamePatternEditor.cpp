@@ -18,6 +18,7 @@
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QTimer>
+#include <QToolButton>
 
 namespace {
 
