@@ -4,11 +4,13 @@
 
 #include "app/UpdateStatusWindow.h"
 #include "app/UpdateWindowController.h"
+#include "app/WindowPlacement.h"
 #include "core/SUUpdater.h"
 #include "core/TypedPreferences.h"
 #include "foundation/PreferenceKeys.h"
 
 #include <QCheckBox>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -114,6 +116,7 @@ void UpdateUserDriver::updateFound(const SUAppcastItem &item)
             [this] { mUpdater.skipVersion(mUpdateWindow->item()); });
     connect(mUpdateWindow, &UpdateWindowController::remindLaterRequested, &mUpdater, &SUUpdater::remindLater);
     connect(mUpdateWindow, &UpdateWindowController::cancelRequested, &mUpdater, &SUUpdater::cancel);
+    WindowPlacement::centerOnScreen(mUpdateWindow, QGuiApplication::primaryScreen());
     mUpdateWindow->show();
     mUpdateWindow->raise();
     mUpdateWindow->activateWindow();
