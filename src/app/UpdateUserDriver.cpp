@@ -132,8 +132,12 @@ void UpdateUserDriver::failed(const CorvexError &error)
 {
     if (!mUpdater.isUserInitiated())
         return;
-    if (mUpdateWindow)
-        mUpdateWindow->close();
+    // Not close(): while it shows the progress, the window keeps itself open until the update ends, which
+    // it just did.
+    if (mUpdateWindow) {
+        mUpdateWindow->done(QDialog::Rejected);
+        mUpdateWindow->deleteLater();
+    }
     ensureStatusWindow()->showError(error.localizedDescription());
 }
 
