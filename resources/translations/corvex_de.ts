@@ -954,8 +954,8 @@
         <translation>Automatisch nach Updates suchen?</translation>
     </message>
     <message>
-        <source>Should Corvex automatically check for updates once a day? You can always check for updates manually from the Corvex menu.</source>
-        <translation>Soll Corvex einmal am Tag automatisch nach Updates suchen? Sie können jederzeit im Corvex-Menü von Hand nach Updates suchen.</translation>
+        <source>Should Corvex automatically check for updates once a day? You can always check for updates manually from the Help menu or in the preferences.</source>
+        <translation>Soll Corvex einmal am Tag automatisch nach Updates suchen? Sie können jederzeit im Hilfe-Menü oder in den Einstellungen von Hand nach Updates suchen.</translation>
     </message>
     <message>
         <source>Include anonymous system profile</source>

@@ -10,8 +10,10 @@
 #include "agent/ScreenshotFolderWatcher.h"
 #include "agent/ScreenshotLocation.h"
 #include "agent/ScreenshotQueue.h"
+#include "agent/UpdateScheduler.h"
 #include "core/AppUserDefaults.h"
 #include "core/FactoryDefaults.h"
+#include "core/SUUpdater.h"
 #include "foundation/Notifications.h"
 #include "foundation/Version.h"
 #include "logging/DDFileLogger.h"
@@ -45,6 +47,8 @@ CorvexAgent::~CorvexAgent()
     for (const int observer : std::as_const(mObservers))
         DistributedNotificationCenter::defaultCenter().removeObserver(observer);
     delete mLogWindowController.data();
+    // Before the updater it refers to.
+    delete mUpdateScheduler;
     if (mQueue)
         mQueue->finish();
     if (mFileLogger) {
@@ -107,6 +111,11 @@ void CorvexAgent::start()
     connect(mStatusMenu, &AgentStatusMenu::quitRequested, this, &CorvexAgent::terminate);
     AppUserDefaults::sharedCorvexDefaults().synchronize();
     applyMenuIconPreferences(storedOrFactoryBool(kShowMenuIconKey));
+
+    mUpdater =
+        new SUUpdater(UpdateScheduler::applicationBundle(), AppUserDefaults::sharedCorvexDefaults(), this);
+    mUpdateScheduler = new UpdateScheduler(*mUpdater, AppUserDefaults::sharedCorvexDefaults(), this);
+    mUpdateScheduler->reschedule();
 }
 
 void CorvexAgent::screenshotFolderChanged(const ScreenshotMatcher &matcher)
@@ -127,6 +136,8 @@ void CorvexAgent::defaultsChanged()
     AppUserDefaults::sharedCorvexDefaults().synchronize();
     mLocation->reload();
     applyMenuIconPreferences(storedOrFactoryBool(kShowMenuIconKey));
+    if (mUpdateScheduler)
+        mUpdateScheduler->reschedule();
 }
 
 void CorvexAgent::applyMenuIconPreferences(bool show)

@@ -17,12 +17,15 @@ class LogWindowController;
 class ScreenshotFolderWatcher;
 class ScreenshotLocation;
 class ScreenshotQueue;
+class SUUpdater;
+class UpdateScheduler;
 
 // The background agent: one per user session (it owns the session-bus name "com.ostrel.CorvexAgent"). It
 // watches the screenshot folder, processes each new screenshot (automatic steps, hand-off to the
 // application), keeps the shared log file with its own messages and the application's, and shows the tray
-// icon while "showMenuIcon" is on. It follows "CorvexDefaultsChanged", "CorvexShowStatusMenu" and
-// "CorvexHideStatusMenu" at once, and does nothing at all while nothing happens.
+// icon while "showMenuIcon" is on, and checks for updates of the application on schedule. It follows
+// "CorvexDefaultsChanged", "CorvexShowStatusMenu" and "CorvexHideStatusMenu" at once, and does nothing at all
+// while nothing happens.
 class CorvexAgent : public QObject
 {
     Q_OBJECT
@@ -45,6 +48,8 @@ public:
     ScreenshotQueue *queue() const { return mQueue.get(); }
     const std::shared_ptr<DDFileLogger> &fileLogger() const { return mFileLogger; }
     AgentStatusMenu *statusMenu() const { return mStatusMenu; }
+    // The automatic update checks of the application bundle the agent lies in.
+    UpdateScheduler *updateScheduler() const { return mUpdateScheduler; }
 
     // Opens the application's preferences (starts it with qzcv://prefs).
     void openPreferences();
@@ -64,6 +69,8 @@ private:
     ScreenshotFolderWatcher *mWatcher = nullptr;
     AppLogRelay *mAppLogRelay = nullptr;
     AgentStatusMenu *mStatusMenu = nullptr;
+    SUUpdater *mUpdater = nullptr;
+    UpdateScheduler *mUpdateScheduler = nullptr;
     QPointer<LogWindowController> mLogWindowController;
     QList<int> mObservers;
     bool mTerminating = false;

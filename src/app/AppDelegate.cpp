@@ -8,9 +8,12 @@
 
 #include "app/AppEventHandler.h"
 #include "app/CorvexWindowController.h"
+#include "app/UpdateUserDriver.h"
 #include "app/UserConsentPanelController.h"
+#include "core/AppUserDefaults.h"
 #include "core/DropboxCheck.h"
 #include "core/FactoryDefaults.h"
+#include "core/LoginItems.h"
 #include "core/SUUpdater.h"
 #include "core/ScreenshotInfo.h"
 #include "core/UserDefaults.h"
@@ -114,7 +117,10 @@ void AppDelegate::applicationDidFinishLaunching()
     if (defaults.boolForKey(kFirstRunVers2Key))
         showWelcomeWindow();
     if (defaults.boolForKey(kHasAskedToStartAtLogInKey)) {
-        if (defaults.boolForKey(kStartAtLogInKey))
+        // An agent entry the user switched off in the desktop's settings is their "no".
+        if (defaults.boolForKey(kStartAtLogInKey) && LoginItems().agentSwitchedOffByDesktop())
+            defaults.setBool(false, kStartAtLogInKey);
+        else if (defaults.boolForKey(kStartAtLogInKey))
             ensureAgentIsInLoginItems();
     } else {
         runStartAtLogInQuestionAndApply();
@@ -123,6 +129,9 @@ void AppDelegate::applicationDidFinishLaunching()
     processCommandLineArguments();
     launchCorvexAgent();
     SUUpdater::sharedUpdater().setDelegate(this);
+    // On the second launch, once: may Corvex check for updates on its own (the agent runs the checks).
+    if (UpdateUserDriver::askForPermissionIfNeeded(AppUserDefaults::sharedCorvexDefaults()))
+        observeValueForKeyPath(kCheckForUpdatesKey);
     mDropboxThread = QThread::create([] { DropboxCheck::checkDropbox(); });
     mDropboxThread->start();
 }

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/UpdateStatusWindow.h"
+#include "app/WindowPlacement.h"
 
 #include <QApplication>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -95,6 +97,10 @@ void UpdateStatusWindow::setState(const QString &title, const QString &message, 
     mProgressBar->setVisible(busy);
     mProgressBar->setRange(0, busy ? 0 : 1);
     mButton->setText(buttonText);
+    if (!isVisible()) {
+        adjustSize();
+        WindowPlacement::centerOnScreen(this, QGuiApplication::primaryScreen());
+    }
     show();
     raise();
     activateWindow();

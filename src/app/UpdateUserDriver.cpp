@@ -4,11 +4,13 @@
 
 #include "app/UpdateStatusWindow.h"
 #include "app/UpdateWindowController.h"
+#include "app/WindowPlacement.h"
 #include "core/SUUpdater.h"
 #include "core/TypedPreferences.h"
 #include "foundation/PreferenceKeys.h"
 
 #include <QCheckBox>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -114,6 +116,7 @@ void UpdateUserDriver::updateFound(const SUAppcastItem &item)
             [this] { mUpdater.skipVersion(mUpdateWindow->item()); });
     connect(mUpdateWindow, &UpdateWindowController::remindLaterRequested, &mUpdater, &SUUpdater::remindLater);
     connect(mUpdateWindow, &UpdateWindowController::cancelRequested, &mUpdater, &SUUpdater::cancel);
+    WindowPlacement::centerOnScreen(mUpdateWindow, QGuiApplication::primaryScreen());
     mUpdateWindow->show();
     mUpdateWindow->raise();
     mUpdateWindow->activateWindow();
@@ -129,8 +132,12 @@ void UpdateUserDriver::failed(const CorvexError &error)
 {
     if (!mUpdater.isUserInitiated())
         return;
-    if (mUpdateWindow)
-        mUpdateWindow->close();
+    // Not close(): while it shows the progress, the window keeps itself open until the update ends, which
+    // it just did.
+    if (mUpdateWindow) {
+        mUpdateWindow->done(QDialog::Rejected);
+        mUpdateWindow->deleteLater();
+    }
     ensureStatusWindow()->showError(error.localizedDescription());
 }
 
@@ -156,7 +163,7 @@ bool UpdateUserDriver::askForPermissionIfNeeded(TypedPreferences &preferences)
     box.setText(tr("Check for updates automatically?"));
     box.setInformativeText(
         tr("Should Corvex automatically check for updates once a day? You can always check "
-           "for updates manually from the Corvex menu."));
+           "for updates manually from the Help menu or in the preferences."));
     auto *profile = new QCheckBox(tr("Include anonymous system profile"), &box);
     profile->setToolTip(tr("Sends the versions of Corvex and of the system, the processor type, the language "
                            "and the graphics card with each check. No personal information is sent."));

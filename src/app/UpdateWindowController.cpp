@@ -70,7 +70,7 @@ UpdateWindowController::UpdateWindowController(const SUAppcastItem &item, const 
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(20, 20, 20, 16);
     layout->setHorizontalSpacing(16);
-    layout->addWidget(icon, 0, 0, 4, 1);
+    layout->addWidget(icon, 0, 0, 4, 1, Qt::AlignTop);
     layout->addWidget(mHeadlineLabel, 0, 1);
     layout->addWidget(mInfoLabel, 1, 1);
     layout->addWidget(notesTitle, 2, 1);

@@ -188,8 +188,26 @@ void LoginItems::addAgentToLoginItems(const QUrl &agentURL, const QString &runni
                        .arg(agentURL.toString()));
 }
 
+bool LoginItems::agentSwitchedOffByDesktop() const
+{
+    bool switchedOff = false;
+    for (const LoginItem &item : snapshot()) {
+        QUrl url;
+        if (!resolveItem(item, &url) || url.isEmpty() || bundleIdentifierAtURL(url) != kCorvexAgentDomain)
+            continue;
+        if (item.enabled)
+            return false;
+        switchedOff = true;
+    }
+    return switchedOff;
+}
+
 void LoginItems::ensureAgentIsInLoginItems(const QUrl &agentURL, const QString &runningBundleVersion)
 {
+    if (agentSwitchedOffByDesktop()) {
+        DDLogInfo(QStringLiteral("The agent's login item is switched off in the desktop; leaving it off."));
+        return;
+    }
     const QUrl wanted = standardizedURL(agentURL);
     bool found = false;
     for (const LoginItem &item : snapshot()) {

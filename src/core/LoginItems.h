@@ -57,7 +57,13 @@ public:
     // "CFBundleVersion" is older than the running one; then appends the agent at the URL.
     void addAgentToLoginItems(const QUrl &agentURL, const QString &runningBundleVersion);
 
-    // Adds the agent (as above) unless an enabled entry already starts the agent at exactly this URL.
+    // Whether the user switched the agent off in the desktop's autostart settings: there are agent entries
+    // and the desktop runs none of them ("Hidden=true", "X-GNOME-Autostart-enabled=false"). That is their
+    // "no" to starting at login.
+    bool agentSwitchedOffByDesktop() const;
+
+    // Adds the agent (as above) unless an enabled entry already starts the agent at exactly this URL, or the
+    // desktop switched the agent off (never re-enabled behind the user's back).
     void ensureAgentIsInLoginItems(const QUrl &agentURL, const QString &runningBundleVersion);
 
     // Removes the first agent entry only.

@@ -42,9 +42,11 @@ void centerWindow(QWidget *window)
     const QScreen *screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
     if (!screen)
         return;
+    const QRect available = screen->availableGeometry();
     QRect frame = window->geometry();
-    frame.moveCenter(screen->availableGeometry().center());
-    window->move(frame.topLeft());
+    frame.moveCenter(available.center());
+    // A window taller or wider than the screen shows its top and left edges.
+    window->move(qMax(frame.left(), available.left()), qMax(frame.top(), available.top()));
 }
 
 } // namespace

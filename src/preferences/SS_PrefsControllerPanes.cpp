@@ -9,19 +9,35 @@
 #include <QAction>
 #include <QApplication>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QMainWindow>
+#include <QScreen>
 #include <QToolBar>
 
 namespace {
 
 // The size a pane view asks for: the size it was last given, or the size its layout wants; never less than
-// its layout needs to show every control whole.
+// its own minimum size or than its layout needs to show every control whole.
 QSize paneViewSize(QWidget *view)
 {
-    const QSize least = view->minimumSizeHint().expandedTo(QSize(1, 1));
-    if (view->testAttribute(Qt::WA_Resized))
-        return view->size().expandedTo(least);
-    return view->sizeHint().expandedTo(least);
+    const QSize least = view->minimumSizeHint().expandedTo(view->minimumSize()).expandedTo(QSize(1, 1));
+    const QSize size = view->testAttribute(Qt::WA_Resized) ? view->size() : view->sizeHint();
+    return size.expandedTo(least);
+}
+
+// The frame moved up and left as far as needed to stay on the window's screen; its top edge moves only when
+// the pane would run off the bottom, and never above the screen's top.
+QRect keptOnScreen(QRect frame, const QWidget *window)
+{
+    const QScreen *screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+    if (!screen)
+        return frame;
+    const QRect available = screen->availableGeometry();
+    if (frame.bottom() > available.bottom())
+        frame.moveTop(qMax(available.top(), available.bottom() - frame.height() + 1));
+    if (frame.right() > available.right())
+        frame.moveLeft(qMax(available.left(), available.right() - frame.width() + 1));
+    return frame;
 }
 
 } // namespace
@@ -86,7 +102,8 @@ bool SS_PrefsController::loadPrefsPaneNamed(const QString &name, bool display)
     const int width =
         toolbarShown ? qMax(viewSize.width(), mPrefsToolbar->sizeHint().width()) : viewSize.width();
     const QRect oldFrame = mPrefsWindow->geometry();
-    const QRect newFrame(oldFrame.x(), oldFrame.y(), width, viewSize.height() + toolbarHeight);
+    const QRect newFrame = keptOnScreen(
+        QRect(oldFrame.x(), oldFrame.y(), width, viewSize.height() + toolbarHeight), mPrefsWindow);
 
     mCurrentPaneName = name;
     // Limits first, so that the new frame is not clamped by the old pane's.

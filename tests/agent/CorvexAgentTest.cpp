@@ -3,9 +3,13 @@
 //
 // The real agent as a process: one per session, which files it takes, the hand-off to a running and to a
 // started application, following a moved screenshot folder, the shared log file, orderly termination.
+#include "agent/CorvexAgent.h"
 #include "AgentTestSupport.h"
+#include "agent/UpdateScheduler.h"
 #include "core/AppUserDefaults.h"
+#include "foundation/Notifications.h"
 #include "platform/Bookmark.h"
+#include "platform/DistributedNotificationCenter.h"
 #include "platform/ExtendedAttributes.h"
 
 #include <QDateTime>
@@ -258,6 +262,25 @@ TEST_F(CorvexAgentTest, TerminationFinishesInOrderAndLosesNothing)
     // Either it was handed over before the end, or it was left as it is, never half-done.
     EXPECT_TRUE(app.received().size() == 1 || !log.contains(QStringLiteral("New screenshot: ") + path) ||
                 log.contains(QStringLiteral("Left ") + path));
+}
+
+// In the agent itself: the update checks are scheduled while they are on and follow a change of the
+// preferences at once.
+TEST_F(CorvexAgentTest, SchedulesUpdateChecksAsThePreferencesSay)
+{
+    CorvexAgent agent;
+    agent.start();
+    ASSERT_NE(agent.updateScheduler(), nullptr);
+    EXPECT_FALSE(agent.updateScheduler()->isScheduled());
+    for (const bool on : {true, false}) {
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QStringLiteral("checkForUpdates"),
+                     {QStringLiteral("-bool"), on ? QStringLiteral("YES") : QStringLiteral("NO")});
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QStringLiteral("SUEnableAutomaticChecks"),
+                     {QStringLiteral("-bool"), QStringLiteral("YES")});
+        DistributedNotificationCenter::defaultCenter().postNotificationName(
+            CorvexDefaultsChangedNotification);
+        EXPECT_TRUE(waitUntil([&] { return agent.updateScheduler()->isScheduled() == on; })) << on;
+    }
 }
 
 } // namespace

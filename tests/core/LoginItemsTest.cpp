@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/LoginItems.h"
 #include "../core/CapturingLogger.h"
+#include "TestSupport.h"
 #include "platform/AutostartEntry.h"
 #include "platform/PropertyList.h"
-#include "TestSupport.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -192,20 +192,25 @@ TEST_F(LoginItemsTest, EnsureAddsOnlyWhenTheCurrentAgentIsMissing)
     EXPECT_EQ(LoginItems::standardizedURL(url), LoginItems::standardizedURL(agentURL()));
 }
 
-TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsReplaced)
+TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
 {
     LoginItems items(mFolder);
     const QString path =
         addEntry(QStringLiteral("agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 1);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::Append));
-    file.write("Hidden=true\n");
-    file.close();
-    ASSERT_FALSE(items.snapshot().first().enabled);
-    items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
-    const QList<LoginItem> after = items.snapshot();
-    ASSERT_EQ(after.size(), 1);
-    EXPECT_TRUE(after.first().enabled);
+    EXPECT_FALSE(items.agentSwitchedOffByDesktop());
+    for (const char *line : {"X-GNOME-Autostart-enabled=false\n", "Hidden=true\n"}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write(line);
+        file.close();
+        EXPECT_TRUE(items.agentSwitchedOffByDesktop()) << line;
+        items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
+        const QList<LoginItem> after = items.snapshot();
+        ASSERT_EQ(after.size(), 1);
+        EXPECT_FALSE(after.first().enabled) << "not switched on again behind the user's back";
+        ASSERT_TRUE(QFile::remove(path));
+        addEntry(QStringLiteral("agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 1);
+    }
 }
 
 TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)

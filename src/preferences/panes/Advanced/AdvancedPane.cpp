@@ -72,8 +72,8 @@ QWidget *AdvancedPane::makeView()
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    form->setContentsMargins(20, 16, 20, 16);
-    form->setVerticalSpacing(14);
+    form->setContentsMargins(20, 14, 20, 14);
+    form->setVerticalSpacing(10);
     form->addRow(intro);
     form->addRow(tr("Rename:"), makeRenameRow(view, binder));
     form->addRow(tr("Convert:"), makeConvertRow(view, binder));

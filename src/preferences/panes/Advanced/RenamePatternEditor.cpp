@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QTimer>
@@ -108,11 +109,10 @@ RenamePatternEditor::RenamePatternEditor(QWidget *parent) : QWidget(parent)
 
     mMenu = new QMenu(this);
     buildMenu();
-    mInsertButton = new QToolButton(this);
+    // A push button draws its menu arrow beside the text, not over it.
+    mInsertButton = new QPushButton(this);
     mInsertButton->setText(tr("&Insert Token"));
     mInsertButton->setAccessibleName(tr("Insert a token into the pattern"));
-    mInsertButton->setPopupMode(QToolButton::InstantPopup);
-    mInsertButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
     mInsertButton->setMenu(mMenu);
 
     mPreview = new QLabel(this);

@@ -10,7 +10,7 @@ class QLabel;
 class QLineEdit;
 class QMenu;
 class QTimer;
-class QToolButton;
+class QPushButton;
 
 // The editor of the renaming pattern ("autoRenameFormat"): the pattern as one line of text in which tokens
 // such as "$DateYYYY$" stand between literal text, a menu that inserts every token, and a preview of the name
@@ -44,7 +44,7 @@ private:
     bool event(QEvent *event) override;
 
     QLineEdit *mEdit = nullptr;
-    QToolButton *mInsertButton = nullptr;
+    QPushButton *mInsertButton = nullptr;
     QMenu *mMenu = nullptr;
     QLabel *mPreview = nullptr;
     QTimer *mClock = nullptr;

@@ -44,7 +44,7 @@ FavoriteFoldersEditor::FavoriteFoldersEditor(QWidget *parent) : QWidget(parent)
     mList->setDefaultDropAction(Qt::MoveAction);
     mList->setIconSize(QSize(24, 24));
     mList->setUniformItemSizes(true);
-    mList->setMinimumHeight(130);
+    mList->setMinimumHeight(120);
 
     mAddButton = new QPushButton(tr("&Add…"), this);
     mAddButton->setAccessibleName(tr("Add a favourite folder"));

@@ -120,6 +120,9 @@ QWidget *GeneralPane::makeView()
     mScreenshotService->setObjectName(QStringLiteral("screenshotService"));
     mScreenshotService->setTextInteractionFlags(Qt::TextSelectableByMouse);
     mScreenshotService->setWordWrap(true);
+    // The whole width of the column, so that it wraps only what does not fit there.
+    mScreenshotService->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    mScreenshotService->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     mFavorites = new FavoriteFoldersEditor(view);
     auto *favoritesHint =
@@ -137,8 +140,8 @@ QWidget *GeneralPane::makeView()
     form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     form->setRowWrapPolicy(QFormLayout::DontWrapRows);
-    form->setContentsMargins(20, 16, 20, 16);
-    form->setVerticalSpacing(14);
+    form->setContentsMargins(20, 14, 20, 14);
+    form->setVerticalSpacing(10);
     form->addRow(tr("New screenshots:"), column({showWindow}));
     form->addRow(tr("Renaming window:"), column({lastFolder, hideExtension, quitAfterLast}));
     form->addRow(tr("Start-up:"), column({startAtLogIn, keepAgent}));
@@ -150,6 +153,9 @@ QWidget *GeneralPane::makeView()
     form->addRow(favoritesLabel, favorites);
 
     view->setMinimumWidth(560);
+    // As low as the controls allow, so that the pane fits on a small or magnified screen; the favourites list
+    // scrolls.
+    view->resize(view->sizeHint().width(), view->minimumSizeHint().height());
     return view;
 }
 

@@ -49,6 +49,10 @@ QWidget *UpdatesPane::makeView()
     automatic->setAccessibleName(tr("Check for updates automatically"));
     automatic->setToolTip(tr("The agent looks for a new version once a day."));
     binder->bindCheckBox(automatic, kCheckForUpdatesKey);
+    // The user's choice here also answers the question asked at the second launch, in either direction.
+    connect(automatic, &QCheckBox::clicked, view, [](bool checked) {
+        UserDefaults::standardUserDefaults().setBool(checked, kSUEnableAutomaticChecksKey);
+    });
 
     mCheckNow = new QPushButton(tr("Check &Now"), view);
     mCheckNow->setObjectName(QStringLiteral("checkNow"));
@@ -72,8 +76,8 @@ QWidget *UpdatesPane::makeView()
     auto *form = new QFormLayout(view);
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     form->setFormAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->setContentsMargins(20, 16, 20, 16);
-    form->setVerticalSpacing(14);
+    form->setContentsMargins(20, 14, 20, 14);
+    form->setVerticalSpacing(10);
     form->addRow(tr("Updates:"), automatic);
     form->addRow(QString(), checkRow);
     form->addRow(tr("Last checked:"), lastCheck);
