@@ -126,7 +126,7 @@ if [ "$system" -eq 0 ] && command -v xdg-mime >/dev/null; then
   xdg-mime default com.ostrel.Corvex.desktop x-scheme-handler/qzcv || true
 fi
 
-echo "Corvex ${bundle##*/} installed in $apps_dir"
+echo "Corvex installed in $bundle"
 if [ "$system" -eq 0 ]; then
   case ":$PATH:" in
     *":$bin_dir:"*) ;;

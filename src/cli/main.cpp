@@ -3,8 +3,9 @@
 //
 // corvex: the command-line tool over the Corvex core.
 #include "cli/Command.h"
-#include "core/ImageIOSource.h"
 #include "cli/StderrLogger.h"
+#include "core/ImageIOSource.h"
+#include "foundation/Version.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -24,7 +25,7 @@ QList<Command> &registry()
 
 void printUsage(FILE *stream)
 {
-    QString text = QStringLiteral("usage: corvex COMMAND [ARGUMENTS...]\n\nCommands:\n");
+    QString text = QStringLiteral("usage: corvex COMMAND [ARGUMENTS...] | --version\n\nCommands:\n");
     for (const Command &command : commands())
         text += QStringLiteral("  %1 %2\n      %3\n").arg(command.name, command.usage, command.summary);
     text += QStringLiteral("\nRun 'corvex COMMAND --help' for a command's help.\n");
@@ -108,6 +109,11 @@ int main(int argc, char **argv)
         arguments.first() == QLatin1String("-h") || arguments.first() == QLatin1String("help")) {
         cli::printUsage(arguments.isEmpty() ? stderr : stdout);
         return arguments.isEmpty() ? 2 : 0;
+    }
+    if (arguments.first() == QLatin1String("--version") || arguments.first() == QLatin1String("-V")) {
+        cli::out(QStringLiteral("corvex " CORVEX_MARKETING_VERSION " (" CORVEX_BUNDLE_VERSION
+                                ", revision " CORVEX_SOURCE_REVISION ")\n"));
+        return 0;
     }
     const QString name = arguments.takeFirst();
     for (const cli::Command &command : cli::commands()) {
