@@ -54,6 +54,10 @@ rmdir "$(dirname "$manifest")" 2>/dev/null || true
 mimeapps="${XDG_CONFIG_HOME:-$HOME/.config}/mimeapps.list"
 if [ "$system" -eq 0 ] && [ -f "$mimeapps" ]; then
   sed -i '/^x-scheme-handler\/qzcv=com\.ostrel\.Corvex\.desktop;\{0,1\}$/d' "$mimeapps"
+  # A list that held nothing but this handler goes with it.
+  if ! grep -qv '^\(\[.*\]\)\{0,1\}[[:space:]]*$' "$mimeapps"; then
+    rm -f "$mimeapps"
+  fi
 fi
 # Folders left empty by the removal (never the folders of the user's own files).
 for path in "${installed[@]}"; do
@@ -64,4 +68,10 @@ for path in "${installed[@]}"; do
   done
 done
 corvex_refresh_databases
+# A desktop database that indexes nothing any more goes too.
+cache="$data_dir/applications/mimeinfo.cache"
+if [ -f "$cache" ] && ! grep -qv '^\(\[MIME Cache\]\)\{0,1\}[[:space:]]*$' "$cache"; then
+  rm -f "$cache"
+  rmdir "$data_dir/applications" 2>/dev/null || true
+fi
 echo "Corvex removed${bundle:+ ($bundle)}. Preferences and logs are kept."
