@@ -81,6 +81,21 @@ install(DIRECTORY ${CORVEX_BUNDLE_DIR} DESTINATION ${CORVEX_APPLICATIONS_DIR} CO
         USE_SOURCE_PERMISSIONS)
 install(PROGRAMS $<TARGET_FILE:corvex> DESTINATION ${CORVEX_APPLICATIONS_DIR}/Corvex.app/Contents/Helpers
         COMPONENT Bundle)
+# A stripping install (`cmake --install --strip`, the package) strips the programs and plugins of the bundle too,
+# which the folder copy above does not.
+install(CODE "
+  if(CMAKE_INSTALL_DO_STRIP)
+    file(GLOB_RECURSE corvex_binaries \"\$ENV{DESTDIR}${CORVEX_APPLICATIONS_DIR}/Corvex.app/Contents/*.so\"
+         \"\$ENV{DESTDIR}${CORVEX_APPLICATIONS_DIR}/Corvex.app/Contents/MacOS/*\"
+         \"\$ENV{DESTDIR}${CORVEX_APPLICATIONS_DIR}/Corvex.app/Contents/Helpers/*/Contents/MacOS/*\"
+         \"\$ENV{DESTDIR}${CORVEX_APPLICATIONS_DIR}/Corvex.app/Contents/Helpers/corvex\")
+    foreach(binary IN LISTS corvex_binaries)
+      execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-unneeded \"\${binary}\" RESULT_VARIABLE stripped)
+      if(NOT stripped EQUAL 0)
+        message(FATAL_ERROR \"could not strip \${binary}\")
+      endif()
+    endforeach()
+  endif()" COMPONENT Bundle)
 
 # Desktop: the launcher and the agent's entry pointing into the installed bundle, icons, metainfo, man page,
 # completion.

@@ -8,6 +8,8 @@
 # triggers of desktop-file-utils and hicolor-icon-theme, so the package needs no maintainer scripts.
 
 set(CPACK_GENERATOR "DEB")
+# The programs go without their debugging information: a fifth of the size.
+set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_NAME "corvex")
 set(CPACK_PACKAGE_VENDOR "The Corvex developers")
 set(CPACK_PACKAGE_VERSION ${CORVEX_MARKETING_VERSION})
