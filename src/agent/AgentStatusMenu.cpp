@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "agent/AgentStatusMenu.h"
+#include "agent/UpdateScheduler.h"
+#include "platform/Bundle.h"
 
 #include "logging/Log.h"
 
 #include <QAction>
 #include <QCursor>
+#include <QFileInfo>
 #include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
@@ -47,9 +50,28 @@ AgentStatusMenu::~AgentStatusMenu()
 QIcon AgentStatusMenu::makeIcon(bool grayscale)
 {
     const QColor color = grayscale ? QColor(0x80, 0x80, 0x80) : QColor(0x2b, 0x5c, 0x9a);
+    // The installed symbolic icon, else the one in the application's bundle, painted in the colour; drawn
+    // here only when neither is there.
+    QIcon symbolic = QIcon::fromTheme(QStringLiteral("com.ostrel.Corvex-symbolic"));
+    if (symbolic.isNull()) {
+        const QString file = UpdateScheduler::applicationBundle().resourcePath() +
+                             QStringLiteral("/icons/hicolor/symbolic/apps/com.ostrel.Corvex-symbolic.svg");
+        if (QFileInfo(file).isFile())
+            symbolic = QIcon(file);
+    }
     QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64})
-        icon.addPixmap(drawIcon(size, color));
+    for (const int size : {16, 22, 24, 32, 48, 64}) {
+        QPixmap pixmap = symbolic.isNull() ? QPixmap() : symbolic.pixmap(size, size);
+        if (pixmap.isNull()) {
+            icon.addPixmap(drawIcon(size, color));
+            continue;
+        }
+        QPainter painter(&pixmap);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(pixmap.rect(), color);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
     return icon;
 }
 
