@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QLayout>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStyle>
@@ -90,6 +91,9 @@ QString UpdateStatusWindow::messageText() const
 void UpdateStatusWindow::setState(const QString &title, const QString &message, bool busy,
                                   const QString &buttonText)
 {
+    // A longer text makes the window grow (showing a label does at once): it grows around its centre, where
+    // the user is looking.
+    const QPoint centre = geometry().center();
     mBusy = busy;
     mTitleLabel->setText(title);
     mMessageLabel->setText(message);
@@ -100,6 +104,12 @@ void UpdateStatusWindow::setState(const QString &title, const QString &message, 
     if (!isVisible()) {
         adjustSize();
         WindowPlacement::centerOnScreen(this, QGuiApplication::primaryScreen());
+    } else {
+        layout()->activate();
+        adjustSize();
+        QRect frame = geometry();
+        frame.moveCenter(centre);
+        setGeometry(frame);
     }
     show();
     raise();
