@@ -136,6 +136,23 @@ TEST_F(ImageIOPNGTest, RowsArriveInOrderWithSizeFormatAndResolution)
     EXPECT_NEAR(recorder.mDotsPerInch.height(), 96, 0.05);
 }
 
+TEST_F(ImageIOPNGTest, OnlyAResolutionPerMetreCounts)
+{
+    // 5669 by 3780 pixels per unit: 144 by 96 dpi when the unit is the metre; with the unit "unknown" it
+    // gives only the aspect ratio, and the picture has the standard 72 dpi.
+    for (const char unit : {'\x01', '\x00'}) {
+        const QByteArray header = bigEndian(1) + bigEndian(1) + QByteArray("\x08\x02\x00\x00\x00", 5);
+        const QByteArray png = QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) +
+                               chunk("pHYs", bigEndian(5669) + bigEndian(3780) + QByteArray(1, unit)) +
+                               chunk("IDAT", qCompress(QByteArray(4, '\0')).mid(4)) +
+                               chunk("IEND", QByteArray());
+        QSizeF dpi;
+        ASSERT_TRUE(ImageIOPNG::readProperties(
+            corvex::test::writeFile(mDir.filePath(QStringLiteral("phys.png")), png), nullptr, &dpi, nullptr));
+        EXPECT_EQ(dpi.toSize(), unit ? QSize(144, 96) : QSize(72, 72)) << int(unit);
+    }
+}
+
 TEST_F(ImageIOPNGTest, InterlacedFilesAreHandedOverRowByRow)
 {
     for (const QSize size : {QSize(37, 29), QSize(1, 1), QSize(3, 9)}) {

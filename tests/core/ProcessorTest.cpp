@@ -179,9 +179,12 @@ TEST_F(ProcessorTest, CounterIsStoredAndSynchronisedAtOnce)
     EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(info, format("png")), "100_101");
 
     defaults().setObject("$Counter2$", "autoRenameFormat");
-    defaults().setInteger(-5, "autoRenameCount");
-    EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(info, format("png")), "01");
-    EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 1);
+    // A stored count below zero restarts at 1, right at the bound too (-1 + 1 is still below 1).
+    for (const int stored : {-5, -1}) {
+        defaults().setInteger(stored, "autoRenameCount");
+        EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(info, format("png")), "01") << stored;
+        EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 1);
+    }
     defaults().setInteger(0, "autoRenameCount");
     EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(info, format("png")), "01");
     EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(info, format("png")), "02");
