@@ -187,6 +187,22 @@ TEST_F(DDFileLoggerTest, RollsByAgeWhenTheTimerFires)
     EXPECT_EQ(texts(first), QStringList{QStringLiteral("young")});
 }
 
+TEST_F(DDFileLoggerTest, RollsWhenTheFileReachesItsLimitExactly)
+{
+    auto logger = addFileLogger();
+    logger->setLogFormatter(nullptr);
+    logger->setMaximumFileSize(4);
+    log(QStringLiteral("a")); // "a\n": 2 bytes, below the limit
+    log(QStringLiteral("b")); // 4 bytes: at the limit, the file rolls
+    log(QStringLiteral("c"));
+    DDLog::flushLog();
+    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
+    ASSERT_EQ(files.size(), 2);
+    EXPECT_EQ(texts(files.at(1)->filePath()), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_TRUE(files.at(1)->isArchived());
+    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{QStringLiteral("c")});
+}
+
 TEST_F(DDFileLoggerTest, RollLogFileArchivesInTurn)
 {
     auto logger = addFileLogger();
