@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/UserDefaults.h"
 
+#include "TestSupport.h"
 #include "core/AppUserDefaults.h"
 #include "core/ArgumentDomain.h"
 #include "core/FactoryDefaults.h"
+#include "core/TypedPreferences.h"
 #include "platform/PreferenceStore.h"
-#include "TestSupport.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -56,6 +57,18 @@ protected:
     QTemporaryDir mFolder;
     PreferenceStore mStore{mFolder.path()};
 };
+
+TEST(TypedPreferences, ARealReadAsAnIntegerIsTruncatedAndHeldToTheIntegerRange)
+{
+    constexpr qint64 max = std::numeric_limits<qint64>::max(), min = std::numeric_limits<qint64>::min();
+    constexpr double two63 = 9223372036854775808.0, inf = std::numeric_limits<double>::infinity();
+    const QList<std::pair<double, qint64>> cases{
+        {2.9, 2},      {-2.9, -2},  {two63, max},
+        {-two63, min}, {1e19, max}, {-1e19, min},
+        {inf, max},    {-inf, min}, {std::numeric_limits<double>::quiet_NaN(), 0}};
+    for (const auto &[real, integer] : cases)
+        EXPECT_EQ(TypedPreferences::integerValue(QVariant(real)), integer) << real;
+}
 
 TEST_F(UserDefaultsTest, ArgumentsWinOverTheDomainWhichWinsOverRegistration)
 {
