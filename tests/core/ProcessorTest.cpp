@@ -231,13 +231,14 @@ TEST_F(ProcessorTest, DimensionTokens)
     // A bitmap's size in points: its pixel size scaled by 72 over its stored resolution, truncated.
     QImage image(1440, 900, QImage::Format_RGB32);
     image.fill(Qt::white);
+    // Each axis by its own resolution.
     image.setDotsPerMeterX(5669); // 144 dpi
-    image.setDotsPerMeterY(5669);
+    image.setDotsPerMeterY(3780); // 96.012 dpi: 674.9 points, truncated
     const QString png = home() + "/dims/144.png";
     ASSERT_TRUE(image.save(png));
     defaults().setObject("$Dimensions1$:_:$Dimensions2$", "autoRenameFormat");
     EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(ScreenshotInfo(png, 1), format("png")),
-              "720x450_720 x 450");
+              "720x674_720 x 674");
 
     // A file that cannot be read as an image measures 0 by 0.
     const QString broken = writeFile(home() + "/dims/broken.png", "not an image");
