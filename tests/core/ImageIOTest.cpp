@@ -187,6 +187,16 @@ TEST_F(ImageIOTest, GIFKeepsFewColoursExactlyAndQuantisesMany)
     ASSERT_TRUE(few.quantize(nullptr));
     EXPECT_TRUE(few.isExact());
     EXPECT_EQ(few.palette().size(), 40);
+    // At the bound: 256 distinct colours still fit a palette exactly, 257 do not.
+    for (const int colours : {256, 257}) {
+        QImage strip(colours, 1, QImage::Format_RGB32);
+        for (int x = 0; x < colours; ++x)
+            strip.setPixel(x, 0, qRgb(x % 256, x / 256, 7));
+        ImageIOGIFEncoder encoder(strip);
+        ASSERT_TRUE(encoder.quantize(nullptr));
+        EXPECT_EQ(encoder.isExact(), colours == 256) << colours;
+        EXPECT_LE(encoder.palette().size(), 256);
+    }
 
     const QImage rich = gradient();
     ImageIOGIFEncoder many(rich);
