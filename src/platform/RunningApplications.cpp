@@ -62,6 +62,7 @@ QList<RunningApplication> RunningApplications::runningApplications()
     QList<RunningApplication> applications;
     // Many processes share a bundle (or none): read each folder's Info.plist once per call.
     QHash<QString, QString> identifierOfBundle;
+    QHash<QString, QString> mainExecutableOfBundle;
     QHash<QString, QString> bundleOfFolder;
     for (const qint64 pid : processIds()) {
         const QString executable = executablePathOfProcess(pid);
@@ -75,9 +76,14 @@ QList<RunningApplication> RunningApplications::runningApplications()
         if (bundlePath.isEmpty())
             continue;
         auto identifier = identifierOfBundle.constFind(bundlePath);
-        if (identifier == identifierOfBundle.constEnd())
-            identifier = identifierOfBundle.insert(bundlePath, Bundle(bundlePath).bundleIdentifier());
-        if (identifier.value().isEmpty() || !isInThisSession(pid))
+        if (identifier == identifierOfBundle.constEnd()) {
+            const Bundle bundle(bundlePath);
+            identifier = identifierOfBundle.insert(bundlePath, bundle.bundleIdentifier());
+            mainExecutableOfBundle.insert(bundlePath, bundle.executablePath());
+        }
+        // Only the bundle's own program is the application: a helper tool that lies in the bundle is not.
+        if (identifier.value().isEmpty() || mainExecutableOfBundle.value(bundlePath) != executable ||
+            !isInThisSession(pid))
             continue;
         applications.append(RunningApplication{pid, bundlePath, executable, identifier.value()});
     }

@@ -14,9 +14,10 @@ struct RunningApplication
     QString bundleIdentifier; // the bundle's "CFBundleIdentifier"
 };
 
-// The running applications: a process is "running application X" when its executable lies in a bundle whose
-// Info.plist says X. Found through /proc/<pid>/exe. Only processes of this login session count: the same
-// user, on the same D-Bus session bus (so another session of the same user, say over ssh, keeps its copies).
+// The running applications: a process is "running application X" when its executable is the main executable
+// of a bundle whose Info.plist says X (a helper tool inside the bundle is not the application). Found through
+// /proc/<pid>/exe. Only processes of this login session count: the same user, on the same D-Bus session bus
+// (so another session of the same user, say over ssh, keeps its copies).
 class RunningApplications
 {
 public:

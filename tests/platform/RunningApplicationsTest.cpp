@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/RunningApplications.h"
-#include "platform/PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -46,6 +46,10 @@ TEST(RunningApplicationsTest, FindsProcessesByTheirBundleIdentifier)
     auto first = start(bundle + "/Contents/MacOS/sleeper");
     auto second = start(bundle + "/Contents/MacOS/sleeper");
     auto third = start(other + "/Contents/MacOS/sleeper");
+    // A helper tool inside the bundle is not the application.
+    QDir().mkpath(bundle + "/Contents/Helpers");
+    ASSERT_TRUE(QFile::copy(bundle + "/Contents/MacOS/sleeper", bundle + "/Contents/Helpers/tool"));
+    auto helper = start(bundle + "/Contents/Helpers/tool");
 
     const QList<RunningApplication> found =
         RunningApplications::runningApplicationsWithBundleIdentifier("org.example.sleeper");
