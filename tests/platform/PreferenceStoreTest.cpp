@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/PreferenceStore.h"
 
+#include "TestSupport.h"
 #include "foundation/CorvexError.h"
 #include "platform/PropertyList.h"
-#include "TestSupport.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -158,6 +158,12 @@ TEST_F(PreferenceStoreTest, SynchronizeMergesKeyByKeyAndReportsOthersChanges)
     ASSERT_TRUE(second.synchronize(kDomain, &changed));
     EXPECT_TRUE(changed.isEmpty());
     EXPECT_EQ(inodeOf(first.pathForDomain(kDomain)), before);
+
+    // A process whose first look at the domain is a synchronisation: the stored keys are not news to it.
+    PreferenceStore third(dir());
+    ASSERT_TRUE(third.synchronize(kDomain, &changed));
+    EXPECT_TRUE(changed.isEmpty()) << qPrintable(changed.join(u' '));
+    EXPECT_EQ(third.value(kDomain, QStringLiteral("mine")).toLongLong(), 2);
 }
 
 TEST_F(PreferenceStoreTest, ObserversHearEveryChangeWithThePreviousValue)
