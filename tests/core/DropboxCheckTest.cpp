@@ -249,6 +249,7 @@ TEST_F(DropboxSystemClientTest, ABundleWithTheClientsIdentifier)
     const QString bundle = mHome + "/Apps/Dropbox.app";
     writeFile(bundle + "/Contents/Info.plist",
               PropertyList::serialize(QVariantMap{{"CFBundleIdentifier", "com.getdropbox.dropbox"},
+                                                  {"CFBundleExecutable", "dropbox"},
                                                   {"CFBundleVersion", "Dropbox 2.4.11"},
                                                   {"CFBundleShortVersionString", "Dropbox 2.4.11"}},
                                       PropertyList::Format::Xml));
