@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/StderrLogger.h"
 
+#include "foundation/WriteAll.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFormatter.h"
 #include "logging/DDLogMessage.h"
@@ -27,17 +28,7 @@ void StderrLogger::logMessage(const DDLogMessage &logMessage)
     if (!line.endsWith('\n'))
         line.append('\n');
     // One write per line, so that lines of concurrent writers never interleave.
-    const char *data = line.constData();
-    qsizetype left = line.size();
-    while (left > 0) {
-        const ssize_t written = ::write(mFileDescriptor, data, size_t(left));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return;
-        data += written;
-        left -= written;
-    }
+    writeAll(mFileDescriptor, line);
 }
 
 QString StderrLogger::loggerName() const

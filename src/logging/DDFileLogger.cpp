@@ -3,6 +3,7 @@
 #include "logging/DDFileLogger.h"
 
 #include "foundation/DispatchQueue.h"
+#include "foundation/WriteAll.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFileFormatterDefault.h"
 #include "logging/DDLogFileInfo.h"
@@ -193,32 +194,23 @@ void DDFileLogger::writeOut()
     if (mPendingBytes.isEmpty() || mCurrentLogFileHandle < 0)
         return;
     const int fd = mCurrentLogFileHandle;
-    const char *data = mPendingBytes.constData();
-    qsizetype left = mPendingBytes.size();
-    while (left > 0) {
-        const ssize_t written = ::write(fd, data, size_t(left));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0) {
-            const int errorCode = written < 0 ? errno : ENOSPC;
-            // Keep the whole lines that made it; cut off the rest of a line written in part.
-            const qsizetype done = mPendingBytes.size() - left;
-            const qsizetype whole = done > 0 ? mPendingBytes.lastIndexOf('\n', done - 1) + 1 : 0;
-            if (done != whole && ::ftruncate(fd, off_t(mCurrentOffset + quint64(whole))) != 0)
-                mCurrentOffset += quint64(done);
-            else
-                mCurrentOffset += quint64(whole);
-            mPendingBytes.clear();
-            if (!mWriteFailureReported) {
-                mWriteFailureReported = true;
-                const QString path = mCurrentLogFileInfo ? mCurrentLogFileInfo->filePath() : QString();
-                systemLog(QStringLiteral("DDFileLogger: Error writing to log file (%1): %2")
-                              .arg(path, describeError(CorvexError::fromErrno(errorCode, path, true))));
-            }
-            return;
+    const qsizetype done = writeAll(fd, mPendingBytes.constData(), mPendingBytes.size());
+    if (done < mPendingBytes.size()) {
+        const int errorCode = errno;
+        // Keep the whole lines that made it; cut off the rest of a line written in part.
+        const qsizetype whole = done > 0 ? mPendingBytes.lastIndexOf('\n', done - 1) + 1 : 0;
+        if (done != whole && ::ftruncate(fd, off_t(mCurrentOffset + quint64(whole))) != 0)
+            mCurrentOffset += quint64(done);
+        else
+            mCurrentOffset += quint64(whole);
+        mPendingBytes.clear();
+        if (!mWriteFailureReported) {
+            mWriteFailureReported = true;
+            const QString path = mCurrentLogFileInfo ? mCurrentLogFileInfo->filePath() : QString();
+            systemLog(QStringLiteral("DDFileLogger: Error writing to log file (%1): %2")
+                          .arg(path, describeError(CorvexError::fromErrno(errorCode, path, true))));
         }
-        data += written;
-        left -= written;
+        return;
     }
     mCurrentOffset += quint64(mPendingBytes.size());
     mPendingBytes.clear();

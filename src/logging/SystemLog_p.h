@@ -3,6 +3,7 @@
 #pragma once
 
 #include "foundation/CorvexError.h"
+#include "foundation/WriteAll.h"
 
 #include <QByteArray>
 #include <QString>
@@ -17,17 +18,7 @@ inline void systemLog(const QString &text)
 {
     QByteArray line = text.toUtf8();
     line.append('\n');
-    const char *data = line.constData();
-    qsizetype left = line.size();
-    while (left > 0) {
-        const ssize_t written = ::write(STDERR_FILENO, data, size_t(left));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return;
-        data += written;
-        left -= written;
-    }
+    writeAll(STDERR_FILENO, line);
 }
 
 // An error as the system log shows it: domain, code, description and the system's reason.

@@ -3,6 +3,7 @@
 #include "platform/FileMove.h"
 
 #include "foundation/CorvexError.h"
+#include "foundation/WriteAll.h"
 
 #include <QFile>
 #include <cerrno>
@@ -71,14 +72,8 @@ bool copyContents(int from, int to, off_t size)
             return false;
         if (n == 0)
             return true;
-        for (ssize_t done = 0; done < n;) {
-            const ssize_t w = ::write(to, buffer.data() + done, size_t(n - done));
-            if (w < 0 && errno == EINTR)
-                continue;
-            if (w < 0)
-                return false;
-            done += w;
-        }
+        if (writeAll(to, buffer.data(), n) != n)
+            return false;
     }
 }
 

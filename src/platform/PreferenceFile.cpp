@@ -3,6 +3,7 @@
 #include "platform/PreferenceFile_p.h"
 
 #include "foundation/CorvexError.h"
+#include "foundation/WriteAll.h"
 #include "platform/PropertyList.h"
 
 #include <QDateTime>
@@ -32,23 +33,6 @@ PreferenceFileSignature signatureOf(const struct stat &st)
 QString errnoText(int errnoValue)
 {
     return QString::fromLocal8Bit(std::strerror(errnoValue));
-}
-
-bool writeAll(int fd, const QByteArray &bytes)
-{
-    const char *data = bytes.constData();
-    qsizetype left = bytes.size();
-    while (left > 0) {
-        const ssize_t n = ::write(fd, data, size_t(left));
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        data += n;
-        left -= n;
-    }
-    return true;
 }
 
 } // namespace
