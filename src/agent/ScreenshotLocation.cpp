@@ -7,6 +7,7 @@
 #include "core/AppUserDefaults.h"
 #include "logging/Log.h"
 #include "platform/DesktopScreenshotSettings.h"
+#include "platform/HomeFolder.h"
 #include "platform/PreferenceStore.h"
 
 #include <QDir>
@@ -28,15 +29,6 @@ const QStringList &relevantNames()
     return names;
 }
 
-QString expandTilde(const QString &path)
-{
-    if (path == QLatin1String("~"))
-        return QDir::homePath();
-    if (path.startsWith(QLatin1String("~/")))
-        return QDir::homePath() + path.mid(1);
-    return path;
-}
-
 } // namespace
 
 ScreenshotLocation::ScreenshotLocation(QObject *parent) : QObject(parent) {}
@@ -51,7 +43,7 @@ ScreenshotMatcher ScreenshotLocation::readSettings()
 {
     AppUserDefaults &screencapture = AppUserDefaults::sharedScreencaptureDefaults();
     screencapture.synchronize();
-    QString folder = expandTilde(screencapture.stringForKey(kScreencaptureLocationKey).trimmed());
+    QString folder = expandTildeInPath(screencapture.stringForKey(kScreencaptureLocationKey).trimmed());
     if (folder.isEmpty())
         folder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
     const DesktopScreenshotSettings desktop = DesktopScreenshotSettings::current();

@@ -11,6 +11,7 @@
 #include "foundation/CorvexError.h"
 #include "logging/Log.h"
 #include "platform/FileMove.h"
+#include "platform/HomeFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -58,11 +59,9 @@ QString storedOrFactoryString(const QString &key)
 
 QString expandedFolder(const QString &folder)
 {
-    if (folder == QLatin1String("~"))
-        return QDir::homePath();
-    if (folder.startsWith(QLatin1String("~/")))
-        return QDir::homePath() + folder.mid(1);
-    return QDir::cleanPath(QDir::isAbsolutePath(folder) ? folder : QDir::home().absoluteFilePath(folder));
+    const QString expanded = expandTildeInPath(folder);
+    return QDir::cleanPath(QDir::isAbsolutePath(expanded) ? expanded
+                                                          : QDir::home().absoluteFilePath(expanded));
 }
 
 constexpr int MaximumMoveAttempts = 100;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/DesktopConfigFiles_p.h"
 
+#include "platform/HomeFolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QUrl>
@@ -19,8 +21,7 @@ QStringList readLines(const QString &path)
 
 QString expandHome(QString value, const QString &home)
 {
-    if (value == QLatin1String("~") || value.startsWith(QLatin1String("~/")))
-        value.replace(0, 1, home);
+    value = expandTildeInPath(value, home);
     value.replace(QLatin1String("${HOME}"), home);
     if (value.startsWith(QLatin1String("$HOME")))
         value.replace(0, 5, home);

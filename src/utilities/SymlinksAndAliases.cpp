@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utilities/SymlinksAndAliases.h"
 
+#include "platform/HomeFolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 #include <climits>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,24 +16,6 @@ namespace {
 
 // Links followed in a row before giving up, as the kernel does (its ELOOP limit).
 constexpr int MaximumLinksInARow = 40;
-
-QString expandTilde(const QString &path)
-{
-    if (!path.startsWith(QLatin1Char('~')))
-        return path;
-    const qsizetype slash = path.indexOf(QLatin1Char('/'));
-    const QString user = path.mid(1, slash < 0 ? -1 : slash - 1);
-    QString home;
-    if (user.isEmpty()) {
-        home = QDir::homePath();
-    } else {
-        const passwd *entry = getpwnam(QFile::encodeName(user).constData());
-        if (!entry || !entry->pw_dir)
-            return path;
-        home = QFile::decodeName(entry->pw_dir);
-    }
-    return slash < 0 ? home : home + path.mid(slash);
-}
 
 QString joinComponents(const QStringList &components, bool absolute)
 {
@@ -49,7 +32,7 @@ bool statusOf(const QString &path, struct stat *status)
 
 QString stringByStandardizingPath(const QString &path)
 {
-    const QString expanded = expandTilde(path);
+    const QString expanded = expandTildeInPath(path);
     const bool absolute = expanded.startsWith(QLatin1Char('/'));
     QStringList components;
     for (const QString &component : expanded.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
