@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // CorvexAgent: the background agent. A second start in the same session finds the first and exits.
-#include "agent/AgentSignalHandler.h"
 #include "agent/CorvexAgent.h"
 #include "core/FactoryDefaults.h"
 #include "core/UserDefaults.h"
 #include "foundation/PreferenceKeys.h"
 #include "foundation/Version.h"
 #include "platform/Bundle.h"
+#include "platform/TerminationSignalHandler.h"
 #include "widgets/ApplicationResources.h"
 
 #include <QApplication>
@@ -28,7 +28,7 @@ int main(int argc, char **argv)
         application, QDir::cleanPath(Bundle::mainBundle().bundlePath() + QStringLiteral("/../../Resources")));
     application.setQuitOnLastWindowClosed(false);
     // From here on a request to terminate waits for the event loop, which ends the agent in order.
-    AgentSignalHandler signals;
+    TerminationSignalHandler signals;
     if (!signals.install())
         std::fprintf(stderr, "CorvexAgent: could not install the termination handlers\n");
 
@@ -44,7 +44,8 @@ int main(int argc, char **argv)
     UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
 
     CorvexAgent agent;
-    QObject::connect(&signals, &AgentSignalHandler::terminationRequested, &agent, &CorvexAgent::terminate);
+    QObject::connect(&signals, &TerminationSignalHandler::terminationRequested, &agent,
+                     &CorvexAgent::terminate);
     agent.start();
     return application.exec();
 }

@@ -9,45 +9,15 @@
 #include "foundation/Version.h"
 #include "logging/DDLog.h"
 #include "platform/Bundle.h"
+#include "platform/TerminationSignalHandler.h"
 #include "widgets/ApplicationResources.h"
 
 #include <QApplication>
-#include <QSocketNotifier>
 #include <QTimer>
 
-#include <csignal>
 #include <cstdio>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
-
-int sSignalPipe[2] = {-1, -1};
-
-void handleTerminationSignal(int)
-{
-    const char byte = 1;
-    [[maybe_unused]] const ssize_t written = ::write(sSignalPipe[1], &byte, 1);
-}
-
-// SIGTERM and SIGINT end the application in order, as Quit does.
-void installTerminationHandler(AppDelegate &delegate)
-{
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sSignalPipe) != 0)
-        return;
-    auto *notifier = new QSocketNotifier(sSignalPipe[0], QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [&delegate] {
-        char byte = 0;
-        [[maybe_unused]] const ssize_t got = ::read(sSignalPipe[0], &byte, 1);
-        delegate.quit();
-    });
-    struct sigaction action = {};
-    action.sa_handler = handleTerminationSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGTERM, &action, nullptr);
-    sigaction(SIGINT, &action, nullptr);
-}
 
 QStringList corvexURLArguments(const QStringList &arguments)
 {
@@ -85,7 +55,12 @@ int main(int argc, char *argv[])
         return 0;
     }
 
-    installTerminationHandler(delegate);
+    // SIGTERM, SIGINT and SIGHUP end the application in order, as Quit does.
+    TerminationSignalHandler signals;
+    if (!signals.install())
+        std::fprintf(stderr, "Corvex: could not install the termination handlers\n");
+    QObject::connect(&signals, &TerminationSignalHandler::terminationRequested, &delegate,
+                     [&delegate] { delegate.quit(); });
     delegate.applicationWillFinishLaunching();
     // A launch from the launcher names neither a screenshot nor a URL: it shows the preferences window.
     const bool bareLaunch =

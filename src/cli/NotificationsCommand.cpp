@@ -5,6 +5,7 @@
 #include "cli/Command.h"
 #include "platform/DistributedNotificationCenter.h"
 #include "platform/PropertyList.h"
+#include "platform/TerminationSignalHandler.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,11 +14,7 @@
 #include <QJsonObject>
 #include <QJsonParseError>
 #include <QRegularExpression>
-#include <QSocketNotifier>
 #include <QTimeZone>
-#include <csignal>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace cli {
 namespace {
@@ -104,31 +101,17 @@ QString escapedName(const QString &name)
 
 // ---- listen ----
 
-int gSignalPipe[2] = {-1, -1};
-
-void handleTerminationSignal(int)
-{
-    const char byte = 1;
-    [[maybe_unused]] const ssize_t written = write(gSignalPipe[1], &byte, 1);
-}
-
 int listen(const QStringList &names)
 {
     DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
     if (!center.isConnected())
         return fail(QStringLiteral("notifications: there is no D-Bus session bus to listen on"));
 
-    if (pipe2(gSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    TerminationSignalHandler signals;
+    if (!signals.install())
         return fail(QStringLiteral("notifications: could not set up signal handling"));
-    struct sigaction action
-    {
-    };
-    action.sa_handler = handleTerminationSignal;
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-    QSocketNotifier notifier(gSignalPipe[0], QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, qApp, [] { QCoreApplication::quit(); });
+    QObject::connect(&signals, &TerminationSignalHandler::terminationRequested, qApp,
+                     [] { QCoreApplication::quit(); });
 
     const auto print = [](const QString &name, const QVariantMap &userInfo) {
         const QJsonObject object = toJson(userInfo).toObject();

@@ -4,28 +4,15 @@
 // corvex watch PATH...: prints one line per change of the watched paths ("<notification>\t<path>") until
 // interrupted.
 #include "cli/Command.h"
+#include "platform/TerminationSignalHandler.h"
 #include "watching/NotificationCenter.h"
 #include "watching/UKKQueue.h"
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
-
-int gSignalPipe[2] = {-1, -1};
-
-void noteSignal(int)
-{
-    const int savedErrno = errno;
-    const char byte = 1;
-    [[maybe_unused]] const ssize_t written = write(gSignalPipe[1], &byte, 1);
-    errno = savedErrno;
-}
 
 // Failures the watcher reports itself on stderr; the others it leaves to its caller.
 bool reportedByWatcher(const CorvexError &error)
@@ -75,35 +62,17 @@ int runWatch(const QStringList &arguments)
         return 1;
     }
 
-    if (pipe2(gSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    TerminationSignalHandler signals;
+    if (!signals.install())
         return cli::fail(
-            QStringLiteral("cannot watch files: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
-    QSocketNotifier interrupted(gSignalPipe[0], QSocketNotifier::Read);
-    QObject::connect(&interrupted, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
-    struct sigaction action
-    {
-    };
-    action.sa_handler = noteSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    struct sigaction previousInterrupt
-    {
-    };
-    struct sigaction previousTerminate
-    {
-    };
-    sigaction(SIGINT, &action, &previousInterrupt);
-    sigaction(SIGTERM, &action, &previousTerminate);
-
+            QStringLiteral("cannot watch files: the termination handlers could not be installed"));
+    QObject::connect(&signals, &TerminationSignalHandler::terminationRequested,
+                     [] { QCoreApplication::quit(); });
     QCoreApplication::exec();
 
-    sigaction(SIGINT, &previousInterrupt, nullptr);
-    sigaction(SIGTERM, &previousTerminate, nullptr);
     for (const QString &path : arguments)
         watcher->removePathFromQueue(path);
     NotificationCenter::workspaceCenter().removeObserver(token);
-    close(gSignalPipe[0]);
-    close(gSignalPipe[1]);
     return 0;
 }
 

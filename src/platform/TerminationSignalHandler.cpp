@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "agent/AgentSignalHandler.h"
+#include "platform/TerminationSignalHandler.h"
 
 #include <QSocketNotifier>
-#include <csignal>
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
+
+constexpr int TerminationSignals[3] = {SIGTERM, SIGINT, SIGHUP};
 
 int gSignalSockets[2] = {-1, -1};
 
@@ -22,32 +24,41 @@ void onSignal(int signalNumber)
 
 } // namespace
 
-AgentSignalHandler::AgentSignalHandler(QObject *parent) : QObject(parent) {}
+TerminationSignalHandler::TerminationSignalHandler(QObject *parent) : QObject(parent) {}
 
-AgentSignalHandler::~AgentSignalHandler()
+TerminationSignalHandler::~TerminationSignalHandler()
 {
-    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP})
-        std::signal(signalNumber, SIG_DFL);
+    if (!mInstalled)
+        return;
+    for (int i = 0; i < 3; ++i)
+        ::sigaction(TerminationSignals[i], &mPrevious[i], nullptr);
 }
 
-bool AgentSignalHandler::install()
+bool TerminationSignalHandler::install()
 {
+    if (mInstalled)
+        return true;
     if (gSignalSockets[0] < 0 &&
         ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, gSignalSockets) != 0)
         return false;
     mNotifier = new QSocketNotifier(gSignalSockets[1], QSocketNotifier::Read, this);
-    connect(mNotifier, &QSocketNotifier::activated, this, &AgentSignalHandler::readSignal);
+    connect(mNotifier, &QSocketNotifier::activated, this, &TerminationSignalHandler::readSignal);
     struct sigaction action = {};
     action.sa_handler = onSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;
-    for (const int signalNumber : {SIGTERM, SIGINT, SIGHUP})
-        if (::sigaction(signalNumber, &action, nullptr) != 0)
+    for (int i = 0; i < 3; ++i) {
+        if (::sigaction(TerminationSignals[i], &action, &mPrevious[i]) != 0) {
+            while (--i >= 0)
+                ::sigaction(TerminationSignals[i], &mPrevious[i], nullptr);
             return false;
+        }
+    }
+    mInstalled = true;
     return true;
 }
 
-void AgentSignalHandler::readSignal()
+void TerminationSignalHandler::readSignal()
 {
     unsigned char number = 0;
     while (::read(gSignalSockets[1], &number, 1) == 1)

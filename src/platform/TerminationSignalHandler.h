@@ -4,17 +4,20 @@
 
 #include <QObject>
 
+#include <csignal>
+
 class QSocketNotifier;
 
-// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal on the main thread, so that a request to terminate ends
-// the agent in its orderly way instead of killing it mid-step. One per process.
-class AgentSignalHandler : public QObject
+// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal on the main thread, so that a request to terminate ends a
+// program in its orderly way instead of killing it mid-step. One at a time per process; destroying it puts
+// back the handlers that were there before.
+class TerminationSignalHandler : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit AgentSignalHandler(QObject *parent = nullptr);
-    ~AgentSignalHandler() override;
+    explicit TerminationSignalHandler(QObject *parent = nullptr);
+    ~TerminationSignalHandler() override;
 
     // Installs the handlers. Returns false when they could not be installed.
     bool install();
@@ -27,4 +30,6 @@ private:
     void readSignal();
 
     QSocketNotifier *mNotifier = nullptr;
+    struct sigaction mPrevious[3] = {};
+    bool mInstalled = false;
 };
