@@ -45,9 +45,6 @@ QString ApplicationHandOff::applicationBundlePath()
 
 QString ApplicationHandOff::applicationExecutable()
 {
-    const QString overridden = qEnvironmentVariable("CORVEX_APP_EXECUTABLE");
-    if (!overridden.isEmpty())
-        return overridden;
     const QString bundlePath = applicationBundlePath();
     if (bundlePath.isEmpty())
         return QString();
@@ -67,8 +64,6 @@ bool ApplicationHandOff::isApplicationRunning() const
 {
     if (applicationOwnsBusName())
         return true;
-    if (!qEnvironmentVariableIsEmpty("CORVEX_APP_EXECUTABLE"))
-        return false; // a stand-in program is known only by the bus name
     return !RunningApplications::runningApplicationsWithBundleIdentifier(kCorvexDomain).isEmpty();
 }
 

@@ -18,8 +18,8 @@ class ScreenshotInfo;
 // An application this agent has just started is waited for (up to a few seconds) until it owns its bus name,
 // so that the screenshots that follow reach it as notifications instead of starting it again.
 //
-// The application is the bundle's Contents/MacOS/Corvex, the bundle being the one the agent lies in; the
-// environment variable CORVEX_APP_EXECUTABLE names another program to start instead (tests use it).
+// The application is the program of the bundle the agent lies in (Contents/MacOS/Corvex unless its Info.plist
+// names another).
 // Safe to use from any thread; calls are serialised.
 class ApplicationHandOff
 {

@@ -6,9 +6,9 @@
 // application (its bus name and the screenshot notifications it receives), a stand-in program started instead
 // of the application, screenshot files, and the shared log file.
 
-#include "platform/DistributedNotificationCenter.h"
-#include "foundation/Notifications.h"
 #include "TestSupport.h"
+#include "foundation/Notifications.h"
+#include "platform/DistributedNotificationCenter.h"
 
 #include <QBuffer>
 #include <QDBusConnection>
@@ -82,11 +82,9 @@ inline void resetCorvexDefaults()
 class AgentProcess
 {
 public:
-    explicit AgentProcess(const QProcessEnvironment &extra = {})
+    // The agent of the build, or another copy of it (say, inside a stand-in application bundle).
+    explicit AgentProcess(const QString &executable = agentExecutable()) : mExecutable(executable)
     {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(extra);
-        mProcess.setProcessEnvironment(environment);
         mProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     }
     ~AgentProcess() { terminate(); }
@@ -94,7 +92,7 @@ public:
     // Starts the agent and waits until it watches the folder.
     bool start(const QString &watchedFolder)
     {
-        mProcess.start(agentExecutable(), {});
+        mProcess.start(mExecutable, {});
         if (!mProcess.waitForStarted(10000))
             return false;
         const QString line = QStringLiteral("Watching the screenshot folder ") + watchedFolder;
@@ -116,6 +114,7 @@ public:
     QProcess &process() { return mProcess; }
 
 private:
+    QString mExecutable;
     QProcess mProcess;
 };
 
