@@ -13,9 +13,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -194,29 +191,6 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
     }
 }
 
-TEST_F(RenameItemTest, MultiPagePDFGivesPageOneAtItsMediaBoxSize)
-{
-    const QString source = path(QStringLiteral("pages.pdf"));
-    {
-        QPdfWriter writer(source);
-        writer.setResolution(72);
-        writer.setPageSize(QPageSize(QSizeF(120, 90), QPageSize::Point, QString(), QPageSize::ExactMatch));
-        writer.setPageMargins(QMarginsF());
-        QPainter painter(&writer);
-        painter.fillRect(QRectF(0, 0, 120, 90), QColor(0, 128, 0));
-        writer.setPageSize(QPageSize(QSizeF(612, 792), QPageSize::Point, QString(), QPageSize::ExactMatch));
-        writer.newPage();
-        painter.fillRect(QRectF(0, 0, 612, 792), Qt::red);
-    }
-    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(source), true), QSizeF(120, 90));
-    const QString destination = path(QStringLiteral("pages.png"));
-    ASSERT_TRUE(rename(source, destination));
-    auto written = ImageIOSource::createWithURL(url(destination));
-    ASSERT_NE(written, nullptr);
-    EXPECT_EQ(written->image().size(), QSize(120, 90));
-    EXPECT_EQ(written->image().pixel(60, 45), qRgb(0, 128, 0));
-}
-
 TEST_F(RenameItemTest, MissingSourceGivesNoSuchFileAndTheTrashStepFails)
 {
     const QString source = path(QStringLiteral("gone.png"));
@@ -330,26 +304,6 @@ TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
         else
             EXPECT_EQ(qAlpha(clear), 0);
     }
-
-    // A header claiming 30000 by 30000 pixels is refused before any file is made.
-    const QByteArray header = QByteArray("IHDR\0\0\x75\x30\0\0\x75\x30\x08\x02\0\0\0", 17);
-    quint32 crc = 0xffffffffu;
-    for (const char c : header) {
-        crc ^= quint8(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
-    }
-    crc = ~crc;
-    const char crcBytes[] = {char(crc >> 24), char(crc >> 16), char(crc >> 8), char(crc)};
-    const QString source = corvex::test::writeFile(path(QStringLiteral("huge.png")),
-                                                   QByteArray("\x89PNG\r\n\x1a\n\0\0\0\x0d", 12) + header +
-                                                       QByteArray(crcBytes, 4));
-    LogCapture log;
-    CorvexError error;
-    EXPECT_FALSE(rename(source, path(QStringLiteral("huge.jpg")), &error));
-    EXPECT_EQ(error.code(), 1);
-    EXPECT_TRUE(log.messages(DDLogFlagWarning).join(QLatin1Char(' ')).contains(QStringLiteral("too large")));
-    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("huge.jpg"))));
 }
 
 TEST_F(RenameItemTest, DestinationThatCannotBeCreatedGivesTheWriteError)
@@ -414,26 +368,6 @@ TEST_F(RenameItemTest, ImageDimensionsOfATIFFAndOfText)
     EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(
                   url(corvex::test::writeFile(path(QStringLiteral("t.png")), "text")), false),
               QSizeF(0, 0));
-}
-
-TEST(CorvexErrors, TextsAndCodes)
-{
-    const QUrl url = QUrl::fromLocalFile(QStringLiteral("/tmp/some folder/Shot 1.png"));
-    const CorvexError source = corvexErrorCGImageSourceCreateWithURL(url);
-    EXPECT_EQ(source.domain(), QStringLiteral("Corvex"));
-    EXPECT_EQ(source.code(), 1);
-    EXPECT_EQ(source.localizedFailureReason(),
-              QStringLiteral("The file \u201cShot 1.png\u201d couldn\u2019t be loaded as an image."));
-    const CorvexError finalize =
-        corvexErrorCGImageDestinationFinalizeWithURL(url, format(QStringLiteral("tif")));
-    EXPECT_EQ(finalize.code(), 2);
-    EXPECT_EQ(finalize.localizedFailureReason(),
-              QStringLiteral("An error occurred finalizing the TIFF screenshot to \u201cShot 1.png\u201d."));
-    const CorvexError noFile = corvexErrorNoSuchFile(url);
-    EXPECT_EQ(noFile.domain(), CorvexError::CocoaErrorDomain);
-    EXPECT_EQ(noFile.code(), 4);
-    EXPECT_EQ(noFile.userInfo().value(CorvexError::URLErrorKey).toUrl(), url);
-    EXPECT_TRUE(noFile.localizedFailureReason().isEmpty());
 }
 
 TEST(CorvexErrors, NoSuchFileRecognition)
