@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex defaults`, run as the real program.
+#include "TestSupport.h"
 #include "platform/PreferenceStore.h"
 #include "platform/PropertyList.h"
-#include "TestSupport.h"
 
 #include <QDateTime>
 #include <QTimeZone>
@@ -44,45 +44,42 @@ void expectError(const QStringList &arguments, const QString &message)
 
 TEST(DefaultsCommand, WritesAndReadsEveryType)
 {
-    EXPECT_EQ(writeAndRead(QStringLiteral("plain"), {QStringLiteral("hello world")}),
-              QVariant(QStringLiteral("hello world")));
-    EXPECT_EQ(writeAndRead(QStringLiteral("digits"), {QStringLiteral("42")}), QVariant(QStringLiteral("42")));
-    EXPECT_EQ(writeAndRead(QStringLiteral("s"), {QStringLiteral("-string"), QStringLiteral("-int")}),
-              QVariant(QStringLiteral("-int")));
-    EXPECT_EQ(writeAndRead(QStringLiteral("i"), {QStringLiteral("-int"), QStringLiteral("-17")}),
-              QVariant(qint64(-17)));
-    EXPECT_EQ(writeAndRead(QStringLiteral("f"), {QStringLiteral("-float"), QStringLiteral("2.5")}),
-              QVariant(2.5));
-    for (const char *truth : {"YES", "true", "1"})
-        EXPECT_EQ(writeAndRead(QStringLiteral("b"), {QStringLiteral("-bool"), QLatin1String(truth)}),
-                  QVariant(true));
-    for (const char *falsehood : {"no", "FALSE", "0"})
-        EXPECT_EQ(writeAndRead(QStringLiteral("b"), {QStringLiteral("-bool"), QLatin1String(falsehood)}),
-                  QVariant(false));
-    EXPECT_EQ(writeAndRead(QStringLiteral("d"), {QStringLiteral("-data"), QStringLiteral("00fF10")}),
-              QVariant(QByteArray("\x00\xff\x10", 3)));
-    EXPECT_EQ(writeAndRead(QStringLiteral("t"),
-                           {QStringLiteral("-date"), QStringLiteral("2024-03-01T12:30:00+01:00")})
-                  .toDateTime(),
-              QDateTime(QDate(2024, 3, 1), QTime(11, 30), QTimeZone::utc()));
-    EXPECT_TRUE(PropertyList::equal(
-        writeAndRead(QStringLiteral("a"), {QStringLiteral("-array"), QStringLiteral("x"),
-                                           QStringLiteral("-int"), QStringLiteral("3"), QStringLiteral("y")}),
-        QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y")}));
-    EXPECT_TRUE(PropertyList::equal(
-        writeAndRead(QStringLiteral("a"), {QStringLiteral("-array-add"), QStringLiteral("z")}),
-        QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y"), QStringLiteral("z")}));
-    EXPECT_TRUE(
-        PropertyList::equal(writeAndRead(QStringLiteral("e"), {QStringLiteral("-array")}), QVariantList{}));
-    EXPECT_TRUE(PropertyList::equal(
-        writeAndRead(QStringLiteral("m"),
-                     {QStringLiteral("-dict"), QStringLiteral("k"), QStringLiteral("v"), QStringLiteral("n"),
-                      QStringLiteral("-bool"), QStringLiteral("YES")}),
-        QVariantMap{{QStringLiteral("k"), QStringLiteral("v")}, {QStringLiteral("n"), true}}));
-    EXPECT_TRUE(PropertyList::equal(
-        writeAndRead(QStringLiteral("m"),
-                     {QStringLiteral("-dict-add"), QStringLiteral("k"), QStringLiteral("w")}),
-        QVariantMap{{QStringLiteral("k"), QStringLiteral("w")}, {QStringLiteral("n"), true}}));
+    // Key, the value's arguments (split at "|"), what is read back. One after another: -array-add and
+    // -dict-add extend what the rows before them wrote.
+    const struct
+    {
+        const char *key, *arguments;
+        QVariant expected;
+    } cases[] = {
+        {"plain", "hello world", QStringLiteral("hello world")},
+        {"digits", "42", QStringLiteral("42")},
+        {"s", "-string|-int", QStringLiteral("-int")},
+        {"i", "-int|-17", qint64(-17)},
+        {"f", "-float|2.5", 2.5},
+        {"b", "-bool|YES", true},
+        {"b", "-bool|no", false},
+        {"b", "-bool|true", true},
+        {"b", "-bool|FALSE", false},
+        {"b", "-bool|1", true},
+        {"b", "-bool|0", false},
+        {"d", "-data|00fF10", QByteArray("\x00\xff\x10", 3)},
+        {"t", "-date|2024-03-01T12:30:00+01:00",
+         QDateTime(QDate(2024, 3, 1), QTime(11, 30), QTimeZone::utc())},
+        {"a", "-array|x|-int|3|y", QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y")}},
+        {"a", "-array-add|z",
+         QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y"), QStringLiteral("z")}},
+        {"e", "-array", QVariantList{}},
+        {"m", "-dict|k|v|n|-bool|YES",
+         QVariantMap{{QStringLiteral("k"), QStringLiteral("v")}, {QStringLiteral("n"), true}}},
+        {"m", "-dict-add|k|w",
+         QVariantMap{{QStringLiteral("k"), QStringLiteral("w")}, {QStringLiteral("n"), true}}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const QVariant read = writeAndRead(QString::fromLatin1(c.key),
+                                           QString::fromLatin1(c.arguments).split(QLatin1Char('|')));
+        EXPECT_TRUE(PropertyList::equal(read, c.expected)) << read.toString().toStdString();
+    }
 
     // What the command wrote is what the store reads.
     PreferenceStore store(PreferenceStore::defaultDirectory());
@@ -126,48 +123,34 @@ TEST(DefaultsCommand, RefusesBadInputWithOneLine)
     ASSERT_EQ(
         defaults({QStringLiteral("write"), kDomain, QStringLiteral("present"), QStringLiteral("1")}).exitCode,
         0);
-    expectError({QStringLiteral("read"), kDomain, QStringLiteral("missing")},
-                QStringLiteral("the domain/default pair of (com.example.Cli, missing) does not exist"));
-    expectError({QStringLiteral("read"), QStringLiteral("com.example.Nowhere"), QStringLiteral("k")},
-                QStringLiteral("the domain/default pair of (com.example.Nowhere, k) does not exist"));
-    expectError({QStringLiteral("delete"), kDomain, QStringLiteral("missing")},
-                QStringLiteral("the domain/default pair of (com.example.Cli, missing) does not exist"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-int"),
-                 QStringLiteral("12abc")},
-                QStringLiteral("'12abc' is not an integer"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-float"),
-                 QStringLiteral("x")},
-                QStringLiteral("'x' is not a number"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-bool"),
-                 QStringLiteral("maybe")},
-                QStringLiteral("'maybe' is not a boolean"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-data"),
-                 QStringLiteral("abc")},
-                QStringLiteral("'abc' is not hexadecimal data"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-date"),
-                 QStringLiteral("soon")},
-                QStringLiteral("'soon' is not an ISO 8601 date"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-dict"),
-                 QStringLiteral("odd")},
-                QStringLiteral("the dictionary key 'odd' has no value"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-array"),
-                 QStringLiteral("-int")},
-                QStringLiteral("-int needs a value"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-int"),
-                 QStringLiteral("1"), QStringLiteral("2")},
-                QStringLiteral("-int takes exactly one value"));
-    expectError(
-        {QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("-blob"), QStringLiteral("1")},
-        QStringLiteral("unknown type '-blob'"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k"), QStringLiteral("two"),
-                 QStringLiteral("words")},
-                QStringLiteral("a plain value is one word"));
-    expectError({QStringLiteral("write"), kDomain, QStringLiteral("k")}, QStringLiteral("write needs"));
-    expectError(
-        {QStringLiteral("write"), QStringLiteral("../evil"), QStringLiteral("k"), QStringLiteral("v")},
-        QStringLiteral("'../evil' is not a valid domain name"));
-    expectError({QStringLiteral("frobnicate")}, QStringLiteral("unknown defaults action 'frobnicate'"));
-    expectError({}, QStringLiteral("usage: corvex defaults"));
+    // Arguments (split at "|"), then the start of the one line of error.
+    const struct
+    {
+        const char *arguments, *message;
+    } cases[] = {
+        {"read|com.example.Cli|missing",
+         "the domain/default pair of (com.example.Cli, missing) does not exist"},
+        {"read|com.example.Nowhere|k", "the domain/default pair of (com.example.Nowhere, k) does not exist"},
+        {"delete|com.example.Cli|missing",
+         "the domain/default pair of (com.example.Cli, missing) does not exist"},
+        {"write|com.example.Cli|k|-int|12abc", "'12abc' is not an integer"},
+        {"write|com.example.Cli|k|-float|x", "'x' is not a number"},
+        {"write|com.example.Cli|k|-bool|maybe", "'maybe' is not a boolean"},
+        {"write|com.example.Cli|k|-data|abc", "'abc' is not hexadecimal data"},
+        {"write|com.example.Cli|k|-date|soon", "'soon' is not an ISO 8601 date"},
+        {"write|com.example.Cli|k|-dict|odd", "the dictionary key 'odd' has no value"},
+        {"write|com.example.Cli|k|-array|-int", "-int needs a value"},
+        {"write|com.example.Cli|k|-int|1|2", "-int takes exactly one value"},
+        {"write|com.example.Cli|k|-blob|1", "unknown type '-blob'"},
+        {"write|com.example.Cli|k|two|words", "a plain value is one word"},
+        {"write|com.example.Cli|k", "write needs"},
+        {"write|../evil|k|v", "'../evil' is not a valid domain name"},
+        {"frobnicate", "unknown defaults action 'frobnicate'"},
+        {"", "usage: corvex defaults"},
+    };
+    for (const auto &c : cases)
+        expectError(QString::fromLatin1(c.arguments).split(QLatin1Char('|'), Qt::SkipEmptyParts),
+                    QString::fromLatin1(c.message));
     // Nothing of it was stored.
     PreferenceStore store(PreferenceStore::defaultDirectory());
     EXPECT_FALSE(store.value(kDomain, QStringLiteral("k")).isValid());
