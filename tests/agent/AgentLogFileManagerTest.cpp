@@ -12,6 +12,8 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 using namespace corvex::test::agent;
 
@@ -22,7 +24,7 @@ class AgentLogFileManagerTest : public testing::Test
 protected:
     void SetUp() override
     {
-        mFolder = freshFolder(QStringLiteral("logs"));
+        mFolder = freshFolder(u"logs"_s);
         mObserver = DistributedNotificationCenter::defaultCenter().addObserver(
             CorvexDidArchiveLogFileNotification, nullptr,
             [this](const QString &, const QVariantMap &) { ++mArchives; });
@@ -45,11 +47,8 @@ protected:
     {
         DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", __LINE__, text);
     }
-    QString current() const { return mFolder + QStringLiteral("/Corvex log.txt"); }
-    QStringList archives() const
-    {
-        return QDir(mFolder).entryList({QStringLiteral("log-*.txt")}, QDir::Files);
-    }
+    QString current() const { return mFolder + u"/Corvex log.txt"_s; }
+    QStringList archives() const { return QDir(mFolder).entryList({u"log-*.txt"_s}, QDir::Files); }
     static QString read(const QString &path)
     {
         QFile file(path);
@@ -66,29 +65,29 @@ TEST_F(AgentLogFileManagerTest, RollingRenamesTheFileAndStartsAFreshOne)
 {
     startLogger(400);
     for (int i = 0; i < 6; ++i)
-        log(QStringLiteral("first file line %1 ").arg(i) + QString(40, u'a'));
+        log(u"first file line %1 "_s.arg(i) + QString(40, u'a'));
     DDLog::flushLog();
     ASSERT_TRUE(waitUntil([&] { return mArchives == 1; }));
     ASSERT_EQ(archives().size(), 1);
     const QString archived = mFolder + u'/' + archives().first();
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("/log-[0-9A-F]{6}\\.txt$")).match(archived).hasMatch());
+    EXPECT_TRUE(QRegularExpression(u"/log-[0-9A-F]{6}\\.txt$"_s).match(archived).hasMatch());
     EXPECT_TRUE(DDLogFileInfo(archived).isArchived());
-    EXPECT_TRUE(read(archived).contains(QStringLiteral("first file line 0")));
+    EXPECT_TRUE(read(archived).contains(u"first file line 0"_s));
     // The fresh file exists at once, so a log window that reopens finds it.
     ASSERT_TRUE(QFileInfo::exists(current()));
     EXPECT_FALSE(DDLogFileInfo(current()).isArchived());
 
-    log(QStringLiteral("second file line"));
+    log(u"second file line"_s);
     DDLog::flushLog();
-    EXPECT_TRUE(read(current()).endsWith(QStringLiteral("  second file line\n")));
-    EXPECT_FALSE(read(current()).contains(QStringLiteral("first file line 0")));
+    EXPECT_TRUE(read(current()).endsWith(u"  second file line\n"_s));
+    EXPECT_FALSE(read(current()).contains(u"first file line 0"_s));
 }
 
 TEST_F(AgentLogFileManagerTest, KeepsFiveArchives)
 {
     startLogger(200);
     for (int i = 0; i < 40; ++i)
-        log(QStringLiteral("line %1 ").arg(i) + QString(250, u'b'));
+        log(u"line %1 "_s.arg(i) + QString(250, u'b'));
     DDLog::flushLog();
     ASSERT_TRUE(waitUntil([&] { return mArchives >= 40; }));
     EXPECT_EQ(archives().size(), 5);
@@ -99,23 +98,23 @@ TEST_F(AgentLogFileManagerTest, AtStartAnOversizeFileIsArchivedAndASmallOneReuse
 {
     writeFile(current(), QByteArray(2000, 'x') + '\n');
     startLogger(1000);
-    log(QStringLiteral("after start"));
+    log(u"after start"_s);
     DDLog::flushLog();
     ASSERT_TRUE(waitUntil([&] { return mArchives == 1; }));
     ASSERT_EQ(archives().size(), 1);
     EXPECT_EQ(QFileInfo(mFolder + u'/' + archives().first()).size(), 2001);
-    EXPECT_TRUE(read(current()).endsWith(QStringLiteral("  after start\n")));
+    EXPECT_TRUE(read(current()).endsWith(u"  after start\n"_s));
     DDLog::removeLogger(mLogger);
     DDLog::flushLog();
 
     // A second start goes on in the same file.
     mLogger.reset();
     startLogger(1000);
-    log(QStringLiteral("second start"));
+    log(u"second start"_s);
     DDLog::flushLog();
     const QString text = read(current());
-    EXPECT_TRUE(text.contains(QStringLiteral("after start")));
-    EXPECT_TRUE(text.endsWith(QStringLiteral("  second start\n")));
+    EXPECT_TRUE(text.contains(u"after start"_s));
+    EXPECT_TRUE(text.endsWith(u"  second start\n"_s));
     EXPECT_EQ(archives().size(), 1);
 }
 

@@ -18,6 +18,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 using namespace corvex::test::agent;
 
@@ -29,8 +31,8 @@ protected:
     void SetUp() override
     {
         resetCorvexDefaults();
-        mFolder = freshFolder(QStringLiteral("shots"));
-        writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {mFolder});
+        mFolder = freshFolder(u"shots"_s);
+        writeDefault(u"com.apple.screencapture"_s, u"location"_s, {mFolder});
     }
     QString shot(const QString &name) const { return mFolder + u'/' + name; }
 
@@ -45,8 +47,7 @@ TEST_F(CorvexAgentTest, ASecondAgentFindsTheFirstAndExits)
     EXPECT_EQ(second.exitCode, 0);
     EXPECT_TRUE(second.err.contains("another agent is already running"));
     EXPECT_EQ(first.process().state(), QProcess::Running);
-    EXPECT_TRUE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
-        QStringLiteral("com.ostrel.CorvexAgent")));
+    EXPECT_TRUE(QDBusConnection::sessionBus().interface()->isServiceRegistered(u"com.ostrel.CorvexAgent"_s));
     EXPECT_EQ(first.terminate(), 0);
 }
 
@@ -58,7 +59,7 @@ TEST_F(CorvexAgentTest, AFileWrittenSlowlyIsTakenOnceWhenComplete)
     ASSERT_TRUE(agent.start(mFolder));
 
     const QByteArray png = pngBytes();
-    QFile file(shot(QStringLiteral("Screenshot slow.png")));
+    QFile file(shot(u"Screenshot slow.png"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     for (qsizetype offset = 0; offset < png.size(); offset += 64) {
         file.write(png.mid(offset, 64));
@@ -72,17 +73,16 @@ TEST_F(CorvexAgentTest, AFileWrittenSlowlyIsTakenOnceWhenComplete)
     const QVariantMap userInfo = app.received().first();
     EXPECT_EQ(userInfo.value(CorvexScreenNumberKey).toLongLong(), 1);
     EXPECT_TRUE(userInfo.value(CorvexBookmarkDataKey).typeId() == QMetaType::QByteArray);
-    EXPECT_EQ(
-        userInfo.value(CorvexFileAttributesKey).toMap().value(QStringLiteral("NSFileSize")).toLongLong(),
-        png.size());
+    EXPECT_EQ(userInfo.value(CorvexFileAttributesKey).toMap().value(u"NSFileSize"_s).toLongLong(),
+              png.size());
 
     // Written to again, or renamed in its folder by the window: still the same screenshot.
     ASSERT_TRUE(file.open(QIODevice::Append));
     file.write("");
     file.close();
-    ASSERT_TRUE(QFile::rename(file.fileName(), shot(QStringLiteral("Screenshot renamed.png"))));
+    ASSERT_TRUE(QFile::rename(file.fileName(), shot(u"Screenshot renamed.png"_s)));
     // Files are taken in turn: a file written afterwards arrives after anything those changes caused.
-    const QString next = writeFile(shot(QStringLiteral("Screenshot next.png")), png);
+    const QString next = writeFile(shot(u"Screenshot next.png"_s), png);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
     EXPECT_EQ(app.receivedPaths(), (QStringList{file.fileName(), next}));
 }
@@ -94,44 +94,42 @@ TEST_F(CorvexAgentTest, FilesOfTheWrongKindOrNameAreIgnored)
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
 
-    writeFile(shot(QStringLiteral("notes.png")), pngBytes());
-    writeFile(shot(QStringLiteral("Screenshot list.txt")), "text");
-    writeFile(shot(QStringLiteral("Screenshot without extension")), pngBytes());
-    writeFile(shot(QStringLiteral(".Screenshot hidden.png")), pngBytes());
-    writeFile(shot(QStringLiteral("inner/Screenshot deeper.png")), pngBytes());
-    writeFile(shot(QStringLiteral("Screenshot empty.png")), QByteArray());
+    writeFile(shot(u"notes.png"_s), pngBytes());
+    writeFile(shot(u"Screenshot list.txt"_s), "text");
+    writeFile(shot(u"Screenshot without extension"_s), pngBytes());
+    writeFile(shot(u".Screenshot hidden.png"_s), pngBytes());
+    writeFile(shot(u"inner/Screenshot deeper.png"_s), pngBytes());
+    writeFile(shot(u"Screenshot empty.png"_s), QByteArray());
 
     // Moved in whole, with an upper-case extension: a screenshot, and the first one taken (files are taken
     // in turn, so any of the files above taken by mistake would have come first).
-    const QString outside = writeFile(home() + QStringLiteral("/elsewhere/Screenshot moved.PNG"), pngBytes());
-    ASSERT_TRUE(QFile::rename(outside, shot(QStringLiteral("Screenshot moved.PNG"))));
+    const QString outside = writeFile(home() + u"/elsewhere/Screenshot moved.PNG"_s, pngBytes());
+    ASSERT_TRUE(QFile::rename(outside, shot(u"Screenshot moved.PNG"_s)));
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
-    EXPECT_EQ(app.receivedPaths(), QStringList{shot(QStringLiteral("Screenshot moved.PNG"))});
+    EXPECT_EQ(app.receivedPaths(), QStringList{shot(u"Screenshot moved.PNG"_s)});
 }
 
 TEST_F(CorvexAgentTest, StartsTheApplicationWithABookmarkKeyUsedOnce)
 {
     ApplicationStandIn app; // not running: the agent must start it
     // A stand-in application bundle around the agent: its program records how it was started.
-    const QString launches = freshFolder(QStringLiteral("launches"));
-    const QString bundle = launches + QStringLiteral("/Corvex.app/Contents");
-    writeFile(bundle + QStringLiteral("/Info.plist"),
-              PropertyList::serialize(
-                  QVariantMap{{QStringLiteral("CFBundleIdentifier"), kCorvexDomain},
-                              {QStringLiteral("CFBundleExecutable"), QStringLiteral("FakeCorvex")}},
-                  PropertyList::Format::Xml));
+    const QString launches = freshFolder(u"launches"_s);
+    const QString bundle = launches + u"/Corvex.app/Contents"_s;
+    writeFile(bundle + u"/Info.plist"_s,
+              PropertyList::serialize(QVariantMap{{u"CFBundleIdentifier"_s, kCorvexDomain},
+                                                  {u"CFBundleExecutable"_s, u"FakeCorvex"_s}},
+                                      PropertyList::Format::Xml));
     const QString fakeApp =
-        writeFile(bundle + QStringLiteral("/MacOS/FakeCorvex"),
+        writeFile(bundle + u"/MacOS/FakeCorvex"_s,
                   "#!/bin/sh\nd=\"$(dirname \"$0\")/../../..\"\nprintf '%s\\n' \"$@\" > \"$d/.partial-$$\"\n"
                   "mv \"$d/.partial-$$\" \"$d/launch-$$.txt\"\n");
     QFile::setPermissions(fakeApp, QFile::permissions(fakeApp) | QFile::ExeOwner);
-    const QString agentBundle = QFileInfo(agentExecutable()).absolutePath() + QStringLiteral("/..");
-    const QString helper = bundle + QStringLiteral("/Helpers/CorvexAgent.app/Contents");
-    ASSERT_TRUE(QDir().mkpath(helper + QStringLiteral("/MacOS")));
-    ASSERT_TRUE(
-        QFile::copy(agentBundle + QStringLiteral("/Info.plist"), helper + QStringLiteral("/Info.plist")));
+    const QString agentBundle = QFileInfo(agentExecutable()).absolutePath() + u"/.."_s;
+    const QString helper = bundle + u"/Helpers/CorvexAgent.app/Contents"_s;
+    ASSERT_TRUE(QDir().mkpath(helper + u"/MacOS"_s));
+    ASSERT_TRUE(QFile::copy(agentBundle + u"/Info.plist"_s, helper + u"/Info.plist"_s));
     // A hard link keeps the program's own path inside the stand-in bundle; a copy where links are refused.
-    const QString agentCopy = helper + QStringLiteral("/MacOS/CorvexAgent");
+    const QString agentCopy = helper + u"/MacOS/CorvexAgent"_s;
     if (::link(QFile::encodeName(agentExecutable()).constData(), QFile::encodeName(agentCopy).constData()) !=
         0) {
         ASSERT_TRUE(QFile::copy(agentExecutable(), agentCopy));
@@ -139,9 +137,9 @@ TEST_F(CorvexAgentTest, StartsTheApplicationWithABookmarkKeyUsedOnce)
     AgentProcess agent(agentCopy);
     ASSERT_TRUE(agent.start(mFolder));
 
-    const QString first = writeFile(shot(QStringLiteral("Screenshot one.png")), pngBytes());
-    const QString second = writeFile(shot(QStringLiteral("Screenshot two.png")), pngBytes());
-    const auto launchFiles = [&] { return QDir(launches).entryList({QStringLiteral("launch-*.txt")}); };
+    const QString first = writeFile(shot(u"Screenshot one.png"_s), pngBytes());
+    const QString second = writeFile(shot(u"Screenshot two.png"_s), pngBytes());
+    const auto launchFiles = [&] { return QDir(launches).entryList({u"launch-*.txt"_s}); };
     ASSERT_TRUE(waitUntil([&] { return launchFiles().size() == 2; }));
 
     QStringList keys;
@@ -151,10 +149,10 @@ TEST_F(CorvexAgentTest, StartsTheApplicationWithABookmarkKeyUsedOnce)
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QStringList arguments = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
         ASSERT_EQ(arguments.size(), 6) << arguments.join(u' ').toStdString();
-        EXPECT_EQ(arguments.at(0), QStringLiteral("-filePath"));
-        EXPECT_EQ(arguments.at(2), QStringLiteral("-screenNum"));
-        EXPECT_EQ(arguments.at(3), QStringLiteral("1"));
-        EXPECT_EQ(arguments.at(4), QStringLiteral("-bookmarkData"));
+        EXPECT_EQ(arguments.at(0), u"-filePath"_s);
+        EXPECT_EQ(arguments.at(2), u"-screenNum"_s);
+        EXPECT_EQ(arguments.at(3), u"1"_s);
+        EXPECT_EQ(arguments.at(4), u"-bookmarkData"_s);
         paths.append(arguments.at(1));
         keys.append(arguments.at(5));
     }
@@ -181,23 +179,22 @@ TEST_F(CorvexAgentTest, FollowsTheScreenshotFolderWhenItMoves)
     ASSERT_TRUE(agent.start(mFolder));
 
     // A folder that does not exist yet: the agent waits for it.
-    const QString moved = freshFolder(QStringLiteral("parent")) + QStringLiteral("/later/shots");
-    writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {moved});
+    const QString moved = freshFolder(u"parent"_s) + u"/later/shots"_s;
+    writeDefault(u"com.apple.screencapture"_s, u"location"_s, {moved});
     DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexDefaultsChangedNotification);
-    ASSERT_TRUE(waitUntil([&] { return logText().contains(QStringLiteral("waiting for it to appear")); }));
+    ASSERT_TRUE(waitUntil([&] { return logText().contains(u"waiting for it to appear"_s); }));
     ASSERT_TRUE(QDir().mkpath(moved));
-    ASSERT_TRUE(waitUntil(
-        [&] { return logText().contains(QStringLiteral("Watching the screenshot folder ") + moved); }));
+    ASSERT_TRUE(waitUntil([&] { return logText().contains(u"Watching the screenshot folder "_s + moved); }));
 
-    writeFile(shot(QStringLiteral("Screenshot old place.png")), pngBytes());
-    const QString taken = writeFile(moved + QStringLiteral("/Screenshot new place.png"), pngBytes());
+    writeFile(shot(u"Screenshot old place.png"_s), pngBytes());
+    const QString taken = writeFile(moved + u"/Screenshot new place.png"_s, pngBytes());
     ASSERT_TRUE(waitUntil([&] { return !app.received().isEmpty(); }));
     EXPECT_EQ(app.receivedPaths(), QStringList{taken});
 
     // The folder deleted and made again is watched again.
     ASSERT_TRUE(QDir(moved).removeRecursively());
     ASSERT_TRUE(QDir().mkpath(moved));
-    const QString again = moved + QStringLiteral("/Screenshot again.png");
+    const QString again = moved + u"/Screenshot again.png"_s;
     ASSERT_TRUE(waitUntil([&] {
         if (!QFileInfo::exists(again))
             writeFile(again, pngBytes());
@@ -211,18 +208,17 @@ TEST_F(CorvexAgentTest, WritesTheApplicationsMessagesToTheSharedLog)
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
     const QDateTime timestamp(QDate(2026, 1, 2), QTime(3, 4, 5, 678));
-    const QVariantMap message{{QStringLiteral("msg"), QStringLiteral("Hello from the application")},
-                              {QStringLiteral("level"), 7},
-                              {QStringLiteral("flag"), 4},
-                              {QStringLiteral("context"), 1},
-                              {QStringLiteral("timestamp"), timestamp},
-                              {QStringLiteral("file"), QStringLiteral("/src/app/AppDelegate.cpp")},
-                              {QStringLiteral("function"), QStringLiteral("void AppDelegate::run()")},
-                              {QStringLiteral("lineNumber"), 42}};
+    const QVariantMap message{{u"msg"_s, u"Hello from the application"_s},
+                              {u"level"_s, 7},
+                              {u"flag"_s, 4},
+                              {u"context"_s, 1},
+                              {u"timestamp"_s, timestamp},
+                              {u"file"_s, u"/src/app/AppDelegate.cpp"_s},
+                              {u"function"_s, u"void AppDelegate::run()"_s},
+                              {u"lineNumber"_s, 42}};
     DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexAppLogNotification, message);
-    ASSERT_TRUE(waitUntil([&] { return logText().contains(QStringLiteral("Hello from the application")); }));
-    EXPECT_TRUE(
-        logText().contains(QStringLiteral("\n2026/01/02 03:04:05:678  Hello from the application\n")));
+    ASSERT_TRUE(waitUntil([&] { return logText().contains(u"Hello from the application"_s); }));
+    EXPECT_TRUE(logText().contains(u"\n2026/01/02 03:04:05:678  Hello from the application\n"_s));
     EXPECT_EQ(agent.terminate(), 0);
 }
 
@@ -232,14 +228,13 @@ TEST_F(CorvexAgentTest, TerminationFinishesInOrderAndLosesNothing)
     app.setRunning(true);
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
-    const QString path = writeFile(shot(QStringLiteral("Screenshot last.png")), pngBytes());
+    const QString path = writeFile(shot(u"Screenshot last.png"_s), pngBytes());
     EXPECT_EQ(agent.terminate(), 0);
     const QString log = logText();
-    EXPECT_TRUE(log.endsWith(QStringLiteral("CorvexAgent is quitting\n"))) << log.right(300).toStdString();
+    EXPECT_TRUE(log.endsWith(u"CorvexAgent is quitting\n"_s)) << log.right(300).toStdString();
     EXPECT_TRUE(QFileInfo::exists(path));
     // Either it was handed over before the end, or it was left as it is, never half-done.
-    if (log.contains(QStringLiteral("New screenshot: ") + path) &&
-        !log.contains(QStringLiteral("Left ") + path)) {
+    if (log.contains(u"New screenshot: "_s + path) && !log.contains(u"Left "_s + path)) {
         EXPECT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
     }
 }
@@ -253,10 +248,8 @@ TEST_F(CorvexAgentTest, SchedulesUpdateChecksAsThePreferencesSay)
     ASSERT_NE(agent.updateScheduler(), nullptr);
     EXPECT_FALSE(agent.updateScheduler()->isScheduled());
     for (const bool on : {true, false}) {
-        writeDefault(QStringLiteral("com.ostrel.Corvex"), QStringLiteral("checkForUpdates"),
-                     {QStringLiteral("-bool"), on ? QStringLiteral("YES") : QStringLiteral("NO")});
-        writeDefault(QStringLiteral("com.ostrel.Corvex"), QStringLiteral("SUEnableAutomaticChecks"),
-                     {QStringLiteral("-bool"), QStringLiteral("YES")});
+        writeDefault(u"com.ostrel.Corvex"_s, u"checkForUpdates"_s, {u"-bool"_s, on ? u"YES"_s : u"NO"_s});
+        writeDefault(u"com.ostrel.Corvex"_s, u"SUEnableAutomaticChecks"_s, {u"-bool"_s, u"YES"_s});
         DistributedNotificationCenter::defaultCenter().postNotificationName(
             CorvexDefaultsChangedNotification);
         EXPECT_TRUE(waitUntil([&] { return agent.updateScheduler()->isScheduled() == on; })) << on;

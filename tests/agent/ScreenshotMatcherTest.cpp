@@ -4,35 +4,34 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(ScreenshotMatcherTest, NameFolderAndExtensionDecide)
 {
-    const ScreenshotMatcher byName(QStringLiteral("/home/u/Desktop/"), QStringLiteral("Screenshot"), false);
-    EXPECT_EQ(byName.folder(), QStringLiteral("/home/u/Desktop"));
-    EXPECT_TRUE(byName.matches(QStringLiteral("/home/u/Desktop/Screenshot 2026.png")));
-    EXPECT_TRUE(byName.matches(QStringLiteral("/home/u/Desktop/screenshot from today.JPEG")));
+    const ScreenshotMatcher byName(u"/home/u/Desktop/"_s, u"Screenshot"_s, false);
+    EXPECT_EQ(byName.folder(), u"/home/u/Desktop"_s);
+    EXPECT_TRUE(byName.matches(u"/home/u/Desktop/Screenshot 2026.png"_s));
+    EXPECT_TRUE(byName.matches(u"/home/u/Desktop/screenshot from today.JPEG"_s));
     for (const char *ext : {"png", "jpg", "jpeg", "tif", "tiff", "gif", "bmp", "pdf"})
-        EXPECT_TRUE(byName.matches(QStringLiteral("/home/u/Desktop/Screenshot.") + QLatin1String(ext)))
-            << ext;
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Desktop/Holiday.png")));
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Desktop/Screenshot.webp")));
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Desktop/Screenshot")));
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Desktop/.Screenshot.png")));
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Desktop/sub/Screenshot.png")));
-    EXPECT_FALSE(byName.matches(QStringLiteral("/home/u/Screenshot.png")));
+        EXPECT_TRUE(byName.matches(u"/home/u/Desktop/Screenshot."_s + QLatin1String(ext))) << ext;
+    EXPECT_FALSE(byName.matches(u"/home/u/Desktop/Holiday.png"_s));
+    EXPECT_FALSE(byName.matches(u"/home/u/Desktop/Screenshot.webp"_s));
+    EXPECT_FALSE(byName.matches(u"/home/u/Desktop/Screenshot"_s));
+    EXPECT_FALSE(byName.matches(u"/home/u/Desktop/.Screenshot.png"_s));
+    EXPECT_FALSE(byName.matches(u"/home/u/Desktop/sub/Screenshot.png"_s));
+    EXPECT_FALSE(byName.matches(u"/home/u/Screenshot.png"_s));
 
-    const ScreenshotMatcher dedicated(QStringLiteral("/home/u/Pictures/Bildschirmfotos"),
-                                      QStringLiteral("Bildschirmfoto"), true);
-    EXPECT_TRUE(dedicated.matches(QStringLiteral("/home/u/Pictures/Bildschirmfotos/anything.png")));
-    EXPECT_FALSE(dedicated.matches(QStringLiteral("/home/u/Pictures/Bildschirmfotos/anything.txt")));
+    const ScreenshotMatcher dedicated(u"/home/u/Pictures/Bildschirmfotos"_s, u"Bildschirmfoto"_s, true);
+    EXPECT_TRUE(dedicated.matches(u"/home/u/Pictures/Bildschirmfotos/anything.png"_s));
+    EXPECT_FALSE(dedicated.matches(u"/home/u/Pictures/Bildschirmfotos/anything.txt"_s));
 
-    const ScreenshotMatcher unnamed(QStringLiteral("/shots"), QString(), false);
-    EXPECT_TRUE(unnamed.matches(QStringLiteral("/shots/2026-01-01_10-00.png")));
-    EXPECT_FALSE(ScreenshotMatcher().matches(QStringLiteral("/Screenshot.png")));
+    const ScreenshotMatcher unnamed(u"/shots"_s, QString(), false);
+    EXPECT_TRUE(unnamed.matches(u"/shots/2026-01-01_10-00.png"_s));
+    EXPECT_FALSE(ScreenshotMatcher().matches(u"/Screenshot.png"_s));
     EXPECT_NE(byName, dedicated);
-    EXPECT_EQ(byName,
-              ScreenshotMatcher(QStringLiteral("/home/u/Desktop"), QStringLiteral("Screenshot"), false));
+    EXPECT_EQ(byName, ScreenshotMatcher(u"/home/u/Desktop"_s, u"Screenshot"_s, false));
 }
 
 } // namespace

@@ -16,6 +16,8 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 using namespace corvex::test::agent;
 
@@ -27,30 +29,29 @@ protected:
     void SetUp() override
     {
         resetCorvexDefaults();
-        mFolder = freshFolder(QStringLiteral("shots"));
-        writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {mFolder});
+        mFolder = freshFolder(u"shots"_s);
+        writeDefault(u"com.apple.screencapture"_s, u"location"_s, {mFolder});
     }
     void setBool(const char *key, bool value)
     {
-        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
-                     {QStringLiteral("-bool"), value ? QStringLiteral("YES") : QStringLiteral("NO")});
+        writeDefault(u"com.ostrel.Corvex"_s, QString::fromLatin1(key),
+                     {u"-bool"_s, value ? u"YES"_s : u"NO"_s});
     }
     void setString(const char *key, const QString &value)
     {
-        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
-                     {QStringLiteral("-string"), value});
+        writeDefault(u"com.ostrel.Corvex"_s, QString::fromLatin1(key), {u"-string"_s, value});
     }
     // A desktop application that records the files it is asked to open; returns its record file.
     QString installRecordingViewer()
     {
-        const QString record = home() + QStringLiteral("/opened.txt");
+        const QString record = home() + u"/opened.txt"_s;
         QFile::remove(record);
-        const QString script = writeFile(home() + QStringLiteral("/bin/recording-viewer"),
+        const QString script = writeFile(home() + u"/bin/recording-viewer"_s,
                                          "#!/bin/sh\nfor f in \"$@\"; do printf '%s\\n' \"$f\" >> \"" +
                                              record.toUtf8() + "\"; done\n");
         QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeOwner);
         writeFile(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                      QStringLiteral("/applications/recording-viewer.desktop"),
+                      u"/applications/recording-viewer.desktop"_s,
                   "[Desktop Entry]\nType=Application\nName=Recording Viewer\nExec=" + script.toUtf8() +
                       " %f\nMimeType=image/png;image/jpeg;\n");
         return record;
@@ -74,22 +75,22 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
 {
     ApplicationStandIn app;
     app.setRunning(true);
-    const QString target = freshFolder(QStringLiteral("moved"));
+    const QString target = freshFolder(u"moved"_s);
     const QString record = installRecordingViewer();
     setBool("autoRename", true);
-    setString("autoRenameFormat", QStringLiteral("Shot :$Counter2$"));
+    setString("autoRenameFormat", u"Shot :$Counter2$"_s);
     setBool("autoReformat", true);
-    setString("autoReformatExtension", QStringLiteral("jpg"));
+    setString("autoReformatExtension", u"jpg"_s);
     setBool("autoMove", true);
     setString("autoMoveFolder", target);
     setBool("openWith", true);
-    setString("openWithBundleIdentifier", QStringLiteral("recording-viewer"));
+    setString("openWithBundleIdentifier", u"recording-viewer"_s);
     setBool("showCorvexWindow", false);
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
 
-    writeFile(mFolder + QStringLiteral("/Screenshot all.png"), pngBytes());
-    const QString final = target + QStringLiteral("/Shot 01.jpg");
+    writeFile(mFolder + u"/Screenshot all.png"_s, pngBytes());
+    const QString final = target + u"/Shot 01.jpg"_s;
     ASSERT_TRUE(waitUntil([&] { return !linesOf(record).isEmpty(); }, std::chrono::seconds(10)));
     EXPECT_EQ(linesOf(record), QStringList{final});
     EXPECT_EQ(QImageReader(final).format(), QByteArray("jpeg"));
@@ -98,9 +99,9 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
 
     // With the window on as well, the agent leaves the opening to the application and hands the result over.
     setBool("showCorvexWindow", true);
-    writeFile(mFolder + QStringLiteral("/Screenshot window.png"), pngBytes());
+    writeFile(mFolder + u"/Screenshot window.png"_s, pngBytes());
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
-    EXPECT_EQ(app.receivedPaths(), QStringList{target + QStringLiteral("/Shot 02.jpg")});
+    EXPECT_EQ(app.receivedPaths(), QStringList{target + u"/Shot 02.jpg"_s});
     EXPECT_EQ(linesOf(record).size(), 1);
 }
 
@@ -110,24 +111,24 @@ TEST_F(ScreenshotQueueTest, ABurstOfAHundredIsEachTakenOnce)
     app.setRunning(true);
     setBool("showCorvexWindow", true);
     setBool("autoRename", true);
-    setString("autoRenameFormat", QStringLiteral("Burst :$Counter3$"));
+    setString("autoRenameFormat", u"Burst :$Counter3$"_s);
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
 
     const QByteArray png = pngBytes(64, 48);
     for (int i = 0; i < 100; ++i)
-        writeFile(mFolder + QStringLiteral("/Screenshot burst %1.png").arg(i), png);
+        writeFile(mFolder + u"/Screenshot burst %1.png"_s.arg(i), png);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() >= 100; }, std::chrono::seconds(60)));
     // The agent takes files in turn: once a file written after the burst is in, a burst file taken twice
     // would have arrived before it.
-    writeFile(mFolder + QStringLiteral("/Screenshot after the burst.png"), png);
+    writeFile(mFolder + u"/Screenshot after the burst.png"_s, png);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() >= 101; }));
 
     const QStringList paths = app.receivedPaths();
     EXPECT_EQ(paths.size(), 101);
-    EXPECT_EQ(paths.last(), mFolder + QStringLiteral("/Burst 101.png"));
+    EXPECT_EQ(paths.last(), mFolder + u"/Burst 101.png"_s);
     QSet<int> counters;
-    const QRegularExpression pattern(QStringLiteral("/Burst (\\d{3})\\.png$"));
+    const QRegularExpression pattern(u"/Burst (\\d{3})\\.png$"_s);
     for (const QString &path : paths) {
         const QRegularExpressionMatch match = pattern.match(path);
         ASSERT_TRUE(match.hasMatch()) << path.toStdString();
@@ -137,7 +138,7 @@ TEST_F(ScreenshotQueueTest, ABurstOfAHundredIsEachTakenOnce)
     EXPECT_EQ(*std::min_element(counters.begin(), counters.end()), 1);
     EXPECT_EQ(namesIn(mFolder).size(), 101);
     AppUserDefaults::sharedCorvexDefaults().synchronize();
-    EXPECT_EQ(AppUserDefaults::sharedCorvexDefaults().integerForKey(QStringLiteral("autoRenameCount")), 101);
+    EXPECT_EQ(AppUserDefaults::sharedCorvexDefaults().integerForKey(u"autoRenameCount"_s), 101);
 }
 
 // In this process: the queue itself, with this test standing in for the running application.
@@ -149,20 +150,20 @@ TEST_F(ScreenshotQueueTest, TakesEachFileOnceAndSkipsFilesCorvexMade)
     ApplicationHandOff handOff;
     ScreenshotQueue queue(&handOff);
 
-    const QString empty = writeFile(mFolder + QStringLiteral("/Screenshot e.png"), QByteArray());
+    const QString empty = writeFile(mFolder + u"/Screenshot e.png"_s, QByteArray());
     queue.enqueue(empty);
     queue.waitUntilIdle();
     EXPECT_EQ(queue.takenCount(), 0) << "an empty file is not complete yet";
     writeFile(empty, pngBytes());
     queue.enqueue(empty);
     queue.enqueue(empty);
-    const QString renamed = mFolder + QStringLiteral("/Screenshot e renamed.png");
+    const QString renamed = mFolder + u"/Screenshot e renamed.png"_s;
     queue.waitUntilIdle();
     ASSERT_TRUE(QFile::rename(empty, renamed));
     queue.enqueue(renamed);
-    queue.enqueue(mFolder + QStringLiteral("/Screenshot missing.png"));
+    queue.enqueue(mFolder + u"/Screenshot missing.png"_s);
 
-    const QString made = writeFile(mFolder + QStringLiteral("/Screenshot made.png"), pngBytes());
+    const QString made = writeFile(mFolder + u"/Screenshot made.png"_s, pngBytes());
     ASSERT_EQ(ExtendedAttributes::set(made, ScreenshotQueue::CreatedByCorvexAttribute, QByteArray()), 0);
     queue.enqueue(made);
     queue.waitUntilIdle();
@@ -185,12 +186,12 @@ TEST_F(ScreenshotQueueTest, PausedStepsLeaveTheFileAsItIs)
     app.setRunning(true);
     setBool("showCorvexWindow", true);
     setBool("autoRename", true);
-    setString("autoRenameFormat", QStringLiteral("Paused :$Counter1$"));
+    setString("autoRenameFormat", u"Paused :$Counter1$"_s);
     ApplicationHandOff handOff;
     ScreenshotQueue queue(&handOff);
 
     queue.setPaused(true);
-    const QString path = writeFile(mFolder + QStringLiteral("/Screenshot p.png"), pngBytes());
+    const QString path = writeFile(mFolder + u"/Screenshot p.png"_s, pngBytes());
     queue.enqueue(path);
     queue.waitUntilIdle();
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
@@ -198,15 +199,15 @@ TEST_F(ScreenshotQueueTest, PausedStepsLeaveTheFileAsItIs)
     EXPECT_TRUE(QFileInfo::exists(path));
 
     queue.setPaused(false);
-    const QString next = writeFile(mFolder + QStringLiteral("/Screenshot q.png"), pngBytes());
+    const QString next = writeFile(mFolder + u"/Screenshot q.png"_s, pngBytes());
     queue.enqueue(next);
     queue.waitUntilIdle();
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
-    EXPECT_EQ(app.receivedPaths().last(), mFolder + QStringLiteral("/Paused 1.png"));
+    EXPECT_EQ(app.receivedPaths().last(), mFolder + u"/Paused 1.png"_s);
 
     // Once finished, nothing more is taken.
     queue.finish();
-    queue.enqueue(writeFile(mFolder + QStringLiteral("/Screenshot r.png"), pngBytes()));
+    queue.enqueue(writeFile(mFolder + u"/Screenshot r.png"_s, pngBytes()));
     queue.waitUntilIdle();
     EXPECT_EQ(queue.takenCount(), 2);
 }

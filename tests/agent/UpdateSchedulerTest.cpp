@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
@@ -45,10 +47,9 @@ protected:
     void SetUp() override
     {
         static int count = 0;
-        const QString bundle = sutest::makeInstalledBundle(
-            home() + QStringLiteral("/S%1/Corvex.app").arg(++count), "2.0.5", key.publicKeyBase64());
-        preferences =
-            AppUserDefaults::userDefaultsWithBundleIdentifier(QStringLiteral("test.sched%1").arg(count));
+        const QString bundle = sutest::makeInstalledBundle(home() + u"/S%1/Corvex.app"_s.arg(++count),
+                                                           "2.0.5", key.publicKeyBase64());
+        preferences = AppUserDefaults::userDefaultsWithBundleIdentifier(u"test.sched%1"_s.arg(count));
         updater = std::make_unique<SUUpdater>(Bundle(bundle), *preferences);
         updater->setFeedURL(server.url("/appcast.xml"));
         scheduler = std::make_unique<UpdateScheduler>(*updater, *preferences);
@@ -134,7 +135,7 @@ TEST_F(UpdateSchedulerTest, ANewerVersionIsNotifiedOnceAndItsActionOpensTheWindo
     for (uint id : {uint(7), uint(41)}) {
         QDBusMessage signal = QDBusMessage::createSignal("/org/freedesktop/Notifications",
                                                          "org.freedesktop.Notifications", "ActionInvoked");
-        signal << id << QStringLiteral("default");
+        signal << id << u"default"_s;
         bus.send(signal);
     }
     EXPECT_TRUE(waitUntil([&] { return windowsOpened == 1; }));

@@ -10,23 +10,25 @@
 #include <QTimeZone>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::ProcessResult;
 
-const QString kDomain = QStringLiteral("com.example.Cli");
+const QString kDomain = u"com.example.Cli"_s;
 
 ProcessResult defaults(const QStringList &arguments)
 {
-    return corvex::test::runCli(QStringList{QStringLiteral("defaults")} + arguments);
+    return corvex::test::runCli(QStringList{u"defaults"_s} + arguments);
 }
 
 // Writes a value with the command and reads it back with the command.
 QVariant writeAndRead(const QString &key, const QStringList &value)
 {
-    const ProcessResult written = defaults(QStringList{QStringLiteral("write"), kDomain, key} + value);
+    const ProcessResult written = defaults(QStringList{u"write"_s, kDomain, key} + value);
     EXPECT_EQ(written.exitCode, 0) << written.err.constData();
-    const ProcessResult read = defaults({QStringLiteral("read"), kDomain, key});
+    const ProcessResult read = defaults({u"read"_s, kDomain, key});
     EXPECT_EQ(read.exitCode, 0) << read.err.constData();
     return PropertyList::parse(read.out);
 }
@@ -39,7 +41,7 @@ void expectError(const QStringList &arguments, const QString &message)
     EXPECT_TRUE(result.out.isEmpty());
     const QString err = QString::fromUtf8(result.err);
     EXPECT_EQ(err.count(QLatin1Char('\n')), 1) << err.toStdString();
-    EXPECT_TRUE(err.startsWith(QStringLiteral("corvex: ") + message)) << err.toStdString();
+    EXPECT_TRUE(err.startsWith(u"corvex: "_s + message)) << err.toStdString();
 }
 
 TEST(DefaultsCommand, WritesAndReadsEveryType)
@@ -51,9 +53,9 @@ TEST(DefaultsCommand, WritesAndReadsEveryType)
         const char *key, *arguments;
         QVariant expected;
     } cases[] = {
-        {"plain", "hello world", QStringLiteral("hello world")},
-        {"digits", "42", QStringLiteral("42")},
-        {"s", "-string|-int", QStringLiteral("-int")},
+        {"plain", "hello world", u"hello world"_s},
+        {"digits", "42", u"42"_s},
+        {"s", "-string|-int", u"-int"_s},
         {"i", "-int|-17", qint64(-17)},
         {"f", "-float|2.5", 2.5},
         {"b", "-bool|YES", true},
@@ -65,14 +67,11 @@ TEST(DefaultsCommand, WritesAndReadsEveryType)
         {"d", "-data|00fF10", QByteArray("\x00\xff\x10", 3)},
         {"t", "-date|2024-03-01T12:30:00+01:00",
          QDateTime(QDate(2024, 3, 1), QTime(11, 30), QTimeZone::utc())},
-        {"a", "-array|x|-int|3|y", QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y")}},
-        {"a", "-array-add|z",
-         QVariantList{QStringLiteral("x"), qint64(3), QStringLiteral("y"), QStringLiteral("z")}},
+        {"a", "-array|x|-int|3|y", QVariantList{u"x"_s, qint64(3), u"y"_s}},
+        {"a", "-array-add|z", QVariantList{u"x"_s, qint64(3), u"y"_s, u"z"_s}},
         {"e", "-array", QVariantList{}},
-        {"m", "-dict|k|v|n|-bool|YES",
-         QVariantMap{{QStringLiteral("k"), QStringLiteral("v")}, {QStringLiteral("n"), true}}},
-        {"m", "-dict-add|k|w",
-         QVariantMap{{QStringLiteral("k"), QStringLiteral("w")}, {QStringLiteral("n"), true}}},
+        {"m", "-dict|k|v|n|-bool|YES", QVariantMap{{u"k"_s, u"v"_s}, {u"n"_s, true}}},
+        {"m", "-dict-add|k|w", QVariantMap{{u"k"_s, u"w"_s}, {u"n"_s, true}}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.arguments);
@@ -83,46 +82,36 @@ TEST(DefaultsCommand, WritesAndReadsEveryType)
 
     // What the command wrote is what the store reads.
     PreferenceStore store(PreferenceStore::defaultDirectory());
-    EXPECT_EQ(store.value(kDomain, QStringLiteral("i")).toLongLong(), -17);
+    EXPECT_EQ(store.value(kDomain, u"i"_s).toLongLong(), -17);
 }
 
 TEST(DefaultsCommand, ReadsDomainsAndDeletes)
 {
-    const QString other = QStringLiteral("com.example.Other");
-    ASSERT_EQ(defaults({QStringLiteral("write"), other, QStringLiteral("k"), QStringLiteral("v")}).exitCode,
-              0);
-    ASSERT_EQ(defaults({QStringLiteral("write"), other, QStringLiteral("gone"), QStringLiteral("-int"),
-                        QStringLiteral("1")})
-                  .exitCode,
-              0);
-    ProcessResult result = defaults({QStringLiteral("delete"), other, QStringLiteral("gone")});
+    const QString other = u"com.example.Other"_s;
+    ASSERT_EQ(defaults({u"write"_s, other, u"k"_s, u"v"_s}).exitCode, 0);
+    ASSERT_EQ(defaults({u"write"_s, other, u"gone"_s, u"-int"_s, u"1"_s}).exitCode, 0);
+    ProcessResult result = defaults({u"delete"_s, other, u"gone"_s});
     EXPECT_EQ(result.exitCode, 0) << result.err.constData();
 
-    result = defaults({QStringLiteral("read"), other});
+    result = defaults({u"read"_s, other});
     ASSERT_EQ(result.exitCode, 0);
-    EXPECT_TRUE(PropertyList::equal(PropertyList::parse(result.out),
-                                    QVariantMap{{QStringLiteral("k"), QStringLiteral("v")}}));
+    EXPECT_TRUE(PropertyList::equal(PropertyList::parse(result.out), QVariantMap{{u"k"_s, u"v"_s}}));
 
-    result = defaults({QStringLiteral("read")});
+    result = defaults({u"read"_s});
     ASSERT_EQ(result.exitCode, 0);
     const QVariantMap all = PropertyList::parse(result.out).toMap();
-    EXPECT_TRUE(
-        PropertyList::equal(all.value(other), QVariantMap{{QStringLiteral("k"), QStringLiteral("v")}}));
+    EXPECT_TRUE(PropertyList::equal(all.value(other), QVariantMap{{u"k"_s, u"v"_s}}));
 
-    result = defaults({QStringLiteral("delete"), other});
+    result = defaults({u"delete"_s, other});
     EXPECT_EQ(result.exitCode, 0) << result.err.constData();
-    EXPECT_FALSE(PropertyList::parse(defaults({QStringLiteral("read")}).out).toMap().contains(other));
-    expectError({QStringLiteral("read"), other},
-                QStringLiteral("the domain com.example.Other does not exist"));
-    expectError({QStringLiteral("delete"), other},
-                QStringLiteral("the domain com.example.Other does not exist"));
+    EXPECT_FALSE(PropertyList::parse(defaults({u"read"_s}).out).toMap().contains(other));
+    expectError({u"read"_s, other}, u"the domain com.example.Other does not exist"_s);
+    expectError({u"delete"_s, other}, u"the domain com.example.Other does not exist"_s);
 }
 
 TEST(DefaultsCommand, RefusesBadInputWithOneLine)
 {
-    ASSERT_EQ(
-        defaults({QStringLiteral("write"), kDomain, QStringLiteral("present"), QStringLiteral("1")}).exitCode,
-        0);
+    ASSERT_EQ(defaults({u"write"_s, kDomain, u"present"_s, u"1"_s}).exitCode, 0);
     // Arguments (split at "|"), then the start of the one line of error.
     const struct
     {
@@ -153,8 +142,8 @@ TEST(DefaultsCommand, RefusesBadInputWithOneLine)
                     QString::fromLatin1(c.message));
     // Nothing of it was stored.
     PreferenceStore store(PreferenceStore::defaultDirectory());
-    EXPECT_FALSE(store.value(kDomain, QStringLiteral("k")).isValid());
-    EXPECT_FALSE(store.domainExists(QStringLiteral("com.example.Nowhere")));
+    EXPECT_FALSE(store.value(kDomain, u"k"_s).isValid());
+    EXPECT_FALSE(store.domainExists(u"com.example.Nowhere"_s));
 }
 
 } // namespace

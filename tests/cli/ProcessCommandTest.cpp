@@ -2,14 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex process`, run as the real program over the shared preferences the test writes.
-#include "core/AppUserDefaults.h"
 #include "TestSupport.h"
+#include "core/AppUserDefaults.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -41,14 +43,11 @@ protected:
     static void SetUpTestSuite()
     {
         // An application that records what it was asked to open.
-        const QString program =
-            writeFile(home() + "/bin/record-open",
-                      QStringLiteral("#!/bin/sh\necho \"$1\" >> \"%1\"\n").arg(openedLog()).toUtf8());
+        const QString program = writeFile(home() + "/bin/record-open",
+                                          u"#!/bin/sh\necho \"$1\" >> \"%1\"\n"_s.arg(openedLog()).toUtf8());
         QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
         writeFile(home() + "/.local/share/applications/corvex-test-opener.desktop",
-                  QStringLiteral("[Desktop Entry]\nType=Application\nName=Opener\nExec=%1 %f\n")
-                      .arg(program)
-                      .toUtf8());
+                  u"[Desktop Entry]\nType=Application\nName=Opener\nExec=%1 %f\n"_s.arg(program).toUtf8());
     }
 
     void SetUp() override
@@ -57,7 +56,7 @@ protected:
              {"autoRename", "autoRenameFormat", "autoRenameCount", "autoReformat", "autoReformatExtension",
               "autoMove", "autoMoveFolder", "openWith", "openWithBundleIdentifier", "showCorvexWindow"})
             defaults().removeObjectForKey(QString::fromLatin1(key));
-        mFolder = home() + QStringLiteral("/shots-%1").arg(++sCount);
+        mFolder = home() + u"/shots-%1"_s.arg(++sCount);
         QDir().mkpath(mFolder);
     }
 

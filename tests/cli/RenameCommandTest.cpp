@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::runCli;
@@ -17,27 +19,26 @@ TEST(RenameCommand, ConvertsAndReportsFailures)
     QTemporaryDir dir;
     QImage image(30, 20, QImage::Format_RGB32);
     image.fill(qRgb(10, 200, 30));
-    const QString source = dir.filePath(QStringLiteral("shot.png"));
+    const QString source = dir.filePath(u"shot.png"_s);
     ASSERT_TRUE(image.save(source));
 
-    const QString destination = dir.filePath(QStringLiteral("shot.TIF"));
-    auto result = runCli({QStringLiteral("rename"), source, destination});
+    const QString destination = dir.filePath(u"shot.TIF"_s);
+    auto result = runCli({u"rename"_s, source, destination});
     EXPECT_EQ(result.exitCode, 0) << result.err.constData();
     EXPECT_EQ(QImage(destination).size(), QSize(30, 20));
     EXPECT_FALSE(QFileInfo::exists(source));
 
-    result = runCli({QStringLiteral("rename"), destination, dir.filePath(QStringLiteral("shot.webp"))});
+    result = runCli({u"rename"_s, destination, dir.filePath(u"shot.webp"_s)});
     EXPECT_NE(result.exitCode, 0);
     EXPECT_TRUE(result.err.contains("unknown image extension 'webp'")) << result.err.constData();
     EXPECT_TRUE(result.err.contains("gif, jpg, jpeg, jpe, bmp, pdf, png, tiff, tif"));
     EXPECT_TRUE(QFileInfo::exists(destination));
 
-    result = runCli({QStringLiteral("rename"), dir.filePath(QStringLiteral("gone.png")),
-                     dir.filePath(QStringLiteral("gone.jpg"))});
+    result = runCli({u"rename"_s, dir.filePath(u"gone.png"_s), dir.filePath(u"gone.jpg"_s)});
     EXPECT_NE(result.exitCode, 0);
     EXPECT_TRUE(result.err.contains("gone.png")) << result.err.constData();
 
-    result = runCli({QStringLiteral("rename"), destination});
+    result = runCli({u"rename"_s, destination});
     EXPECT_NE(result.exitCode, 0);
 }
 
@@ -48,14 +49,13 @@ TEST(RenameCommand, ConvertsThroughEveryKindOfStep)
     QTemporaryDir dir;
     QImage image(30, 20, QImage::Format_RGB32);
     image.fill(qRgb(10, 200, 30));
-    ASSERT_TRUE(image.save(dir.filePath(QStringLiteral("a.png"))));
-    const QStringList chain{QStringLiteral("a.png"), QStringLiteral("b.gif"),  QStringLiteral("c.jpg"),
-                            QStringLiteral("d.bmp"), QStringLiteral("e.tiff"), QStringLiteral("f.pdf"),
-                            QStringLiteral("g.png"), QStringLiteral("h.pdf")};
+    ASSERT_TRUE(image.save(dir.filePath(u"a.png"_s)));
+    const QStringList chain{u"a.png"_s,  u"b.gif"_s, u"c.jpg"_s, u"d.bmp"_s,
+                            u"e.tiff"_s, u"f.pdf"_s, u"g.png"_s, u"h.pdf"_s};
     for (qsizetype i = 1; i < chain.size(); ++i) {
         SCOPED_TRACE(chain.at(i).toStdString());
         const QString from = dir.filePath(chain.at(i - 1)), to = dir.filePath(chain.at(i));
-        const auto result = runCli({QStringLiteral("rename"), from, to});
+        const auto result = runCli({u"rename"_s, from, to});
         ASSERT_EQ(result.exitCode, 0) << result.err.constData();
         EXPECT_FALSE(QFileInfo::exists(from));
         if (!to.endsWith(QLatin1String(".pdf"))) {
@@ -64,11 +64,11 @@ TEST(RenameCommand, ConvertsThroughEveryKindOfStep)
             EXPECT_NEAR(qGreen(written.pixel(15, 10)), 200, 8);
         }
     }
-    const QString disguised = dir.filePath(QStringLiteral("h.png"));
-    ASSERT_TRUE(QFile::rename(dir.filePath(QStringLiteral("h.pdf")), disguised));
-    const auto result = runCli({QStringLiteral("rename"), disguised, dir.filePath(QStringLiteral("i.jpg"))});
+    const QString disguised = dir.filePath(u"h.png"_s);
+    ASSERT_TRUE(QFile::rename(dir.filePath(u"h.pdf"_s), disguised));
+    const auto result = runCli({u"rename"_s, disguised, dir.filePath(u"i.jpg"_s)});
     ASSERT_EQ(result.exitCode, 0) << result.err.constData();
-    EXPECT_EQ(QImage(dir.filePath(QStringLiteral("i.jpg"))).size(), QSize(30, 20));
+    EXPECT_EQ(QImage(dir.filePath(u"i.jpg"_s)).size(), QSize(30, 20));
 }
 
 } // namespace

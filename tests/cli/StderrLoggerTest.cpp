@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A pipe whose read end is drained into a byte array.
@@ -60,18 +62,18 @@ TEST(StderrLoggerTest, ErrorsArePrintedOneLineEachAndOthersOnlyWhenVerbose)
 {
     Pipe quietPipe;
     cli::StderrLogger quiet(quietPipe.writeEnd(), false);
-    quiet.logMessage(message(QStringLiteral("Could not read x.png"), DDLogFlagError));
-    quiet.logMessage(message(QStringLiteral("Renamed x.png"), DDLogFlagInfo));
-    quiet.logMessage(message(QStringLiteral("Almost full\n"), DDLogFlagWarning));
-    quiet.logMessage(message(QStringLiteral("Two\nlines"), DDLogFlagError));
+    quiet.logMessage(message(u"Could not read x.png"_s, DDLogFlagError));
+    quiet.logMessage(message(u"Renamed x.png"_s, DDLogFlagInfo));
+    quiet.logMessage(message(u"Almost full\n"_s, DDLogFlagWarning));
+    quiet.logMessage(message(u"Two\nlines"_s, DDLogFlagError));
     EXPECT_EQ(quietPipe.readAll(), QByteArray("corvex: Could not read x.png\ncorvex: Two\nlines\n"));
 
     Pipe verbosePipe;
     cli::StderrLogger verbose(verbosePipe.writeEnd(), true);
-    verbose.logMessage(message(QStringLiteral("Renamed x.png"), DDLogFlagInfo));
-    verbose.logMessage(message(QStringLiteral("Ends with a newline\n"), DDLogFlagWarning));
+    verbose.logMessage(message(u"Renamed x.png"_s, DDLogFlagInfo));
+    verbose.logMessage(message(u"Ends with a newline\n"_s, DDLogFlagWarning));
     EXPECT_EQ(verbosePipe.readAll(), QByteArray("corvex: Renamed x.png\ncorvex: Ends with a newline\n"));
-    EXPECT_EQ(verbose.loggerName(), QStringLiteral("corvex.stderrLogger"));
+    EXPECT_EQ(verbose.loggerName(), u"corvex.stderrLogger"_s);
 }
 
 TEST(StderrLoggerTest, LinesOfConcurrentWritersNeverInterleave)
@@ -83,7 +85,7 @@ TEST(StderrLoggerTest, LinesOfConcurrentWritersNeverInterleave)
     for (int t = 0; t < 4; ++t)
         writers.emplace_back([&logger, &longText, t] {
             for (int i = 0; i < 25; ++i)
-                logger.logMessage(message(QStringLiteral("%1 %2").arg(t).arg(longText), DDLogFlagInfo));
+                logger.logMessage(message(u"%1 %2"_s.arg(t).arg(longText), DDLogFlagInfo));
         });
     QByteArray all;
     std::thread reader([&] { all = pipe.readToEnd(); });
@@ -105,7 +107,7 @@ TEST(StderrLoggerTest, ALoggerWhoseDescriptorIsClosedStaysQuiet)
     const int descriptor = ::dup(pipe.writeEnd());
     cli::StderrLogger logger(descriptor, false);
     ::close(descriptor);
-    logger.logMessage(message(QStringLiteral("Nowhere to go"), DDLogFlagError));
+    logger.logMessage(message(u"Nowhere to go"_s, DDLogFlagError));
     EXPECT_TRUE(pipe.readAll().isEmpty());
 }
 

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::runCli;
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
@@ -17,15 +19,15 @@ namespace {
 TEST(WatchCommandTest, PrintsEachChangeUntilTerminated)
 {
     static int run = 0;
-    const QString folder = corvex::test::home() + QStringLiteral("/watch-cli-%1").arg(++run);
-    const QString shot = writeFile(folder + QStringLiteral("/shot.png"), "png");
-    const QString missing = folder + QStringLiteral("/missing.png");
+    const QString folder = corvex::test::home() + u"/watch-cli-%1"_s.arg(++run);
+    const QString shot = writeFile(folder + u"/shot.png"_s, "png");
+    const QString missing = folder + u"/missing.png"_s;
     QProcess watch;
     const auto stop = qScopeGuard([&] {
         watch.kill();
         watch.waitForFinished();
     });
-    watch.start(QStringLiteral(CORVEX_CLI_PATH), {QStringLiteral("watch"), shot, missing});
+    watch.start(QStringLiteral(CORVEX_CLI_PATH), {u"watch"_s, shot, missing});
     ASSERT_TRUE(watch.waitForStarted());
 
     // The missing path is reported once, after the first path is already watched.
@@ -50,7 +52,7 @@ TEST(WatchCommandTest, PrintsEachChangeUntilTerminated)
     EXPECT_EQ(out, written);
 
     // Reported with the path as given, although the file now has another name.
-    ASSERT_TRUE(QFile::rename(shot, shot + QStringLiteral(".renamed")));
+    ASSERT_TRUE(QFile::rename(shot, shot + u".renamed"_s));
     const QByteArray renamed = "UKKQueueFileRenamedNotification\t" + QFile::encodeName(shot) + "\n";
     out.clear();
     EXPECT_TRUE(waitUntil([&] {
@@ -68,12 +70,11 @@ TEST(WatchCommandTest, PrintsEachChangeUntilTerminated)
 
 TEST(WatchCommandTest, NothingToWatchFails)
 {
-    const auto none = runCli({QStringLiteral("watch")});
+    const auto none = runCli({u"watch"_s});
     EXPECT_EQ(none.exitCode, 1);
     EXPECT_TRUE(none.err.startsWith("corvex: watch needs at least one path"));
 
-    const auto missing =
-        runCli({QStringLiteral("watch"), QStringLiteral("/nonexistent/a"), QStringLiteral("/nonexistent/b")});
+    const auto missing = runCli({u"watch"_s, u"/nonexistent/a"_s, u"/nonexistent/b"_s});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_EQ(missing.err.count('\n'), 2);
     EXPECT_TRUE(missing.out.isEmpty());

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/AppUserDefaults.h"
 
+#include "TestSupport.h"
 #include "core/FactoryDefaults.h"
+#include "core/UserDefaults.h"
 #include "platform/PreferenceStore.h"
 #include "platform/PropertyList.h"
-#include "TestSupport.h"
-#include "core/UserDefaults.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -16,9 +16,11 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kDomain = QStringLiteral("com.example.App");
+const QString kDomain = u"com.example.App"_s;
 
 class AppUserDefaultsTest : public testing::Test
 {
@@ -37,194 +39,187 @@ protected:
 
 TEST_F(AppUserDefaultsTest, ScalarGettersConvertNumbersAndStrings)
 {
-    store(QStringLiteral("yes"), QStringLiteral("YES"));
-    store(QStringLiteral("lowerYes"), QStringLiteral("yes"));
-    store(QStringLiteral("true"), QStringLiteral("true"));
-    store(QStringLiteral("no"), QStringLiteral("NO"));
-    store(QStringLiteral("zeros"), QStringLiteral("  007"));
-    store(QStringLiteral("mixed"), QStringLiteral("12abc"));
-    store(QStringLiteral("negative"), QStringLiteral("-3.75e1x"));
-    store(QStringLiteral("word"), QStringLiteral("abc12"));
-    store(QStringLiteral("huge"), QStringLiteral("99999999999999999999999"));
-    store(QStringLiteral("real"), 2.9);
-    store(QStringLiteral("int"), qint64(2));
-    store(QStringLiteral("bool"), true);
-    store(QStringLiteral("date"), QDateTime(QDate(2024, 1, 1), QTime(0, 0), QTimeZone::utc()));
-    store(QStringLiteral("data"), QByteArray("1"));
+    store(u"yes"_s, u"YES"_s);
+    store(u"lowerYes"_s, u"yes"_s);
+    store(u"true"_s, u"true"_s);
+    store(u"no"_s, u"NO"_s);
+    store(u"zeros"_s, u"  007"_s);
+    store(u"mixed"_s, u"12abc"_s);
+    store(u"negative"_s, u"-3.75e1x"_s);
+    store(u"word"_s, u"abc12"_s);
+    store(u"huge"_s, u"99999999999999999999999"_s);
+    store(u"real"_s, 2.9);
+    store(u"int"_s, qint64(2));
+    store(u"bool"_s, true);
+    store(u"date"_s, QDateTime(QDate(2024, 1, 1), QTime(0, 0), QTimeZone::utc()));
+    store(u"data"_s, QByteArray("1"));
 
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("yes")));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("lowerYes")));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("true")));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("no")));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("zeros")));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("word")));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("int")));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("real")));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("date")));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("data")));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("absent")));
+    EXPECT_TRUE(mDefaults.boolForKey(u"yes"_s));
+    EXPECT_TRUE(mDefaults.boolForKey(u"lowerYes"_s));
+    EXPECT_TRUE(mDefaults.boolForKey(u"true"_s));
+    EXPECT_FALSE(mDefaults.boolForKey(u"no"_s));
+    EXPECT_TRUE(mDefaults.boolForKey(u"zeros"_s));
+    EXPECT_FALSE(mDefaults.boolForKey(u"word"_s));
+    EXPECT_TRUE(mDefaults.boolForKey(u"int"_s));
+    EXPECT_TRUE(mDefaults.boolForKey(u"real"_s));
+    EXPECT_FALSE(mDefaults.boolForKey(u"date"_s));
+    EXPECT_FALSE(mDefaults.boolForKey(u"data"_s));
+    EXPECT_FALSE(mDefaults.boolForKey(u"absent"_s));
 
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("mixed")), 12);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("zeros")), 7);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("negative")), -3);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("word")), 0);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("huge")), std::numeric_limits<qint64>::max());
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("real")), 2);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("bool")), 1);
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("date")), 0);
+    EXPECT_EQ(mDefaults.integerForKey(u"mixed"_s), 12);
+    EXPECT_EQ(mDefaults.integerForKey(u"zeros"_s), 7);
+    EXPECT_EQ(mDefaults.integerForKey(u"negative"_s), -3);
+    EXPECT_EQ(mDefaults.integerForKey(u"word"_s), 0);
+    EXPECT_EQ(mDefaults.integerForKey(u"huge"_s), std::numeric_limits<qint64>::max());
+    EXPECT_EQ(mDefaults.integerForKey(u"real"_s), 2);
+    EXPECT_EQ(mDefaults.integerForKey(u"bool"_s), 1);
+    EXPECT_EQ(mDefaults.integerForKey(u"date"_s), 0);
 
-    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(QStringLiteral("negative")), -37.5);
-    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(QStringLiteral("mixed")), 12.0);
-    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(QStringLiteral("int")), 2.0);
-    EXPECT_FLOAT_EQ(mDefaults.floatForKey(QStringLiteral("real")), 2.9f);
-    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(QStringLiteral("date")), 0.0);
+    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(u"negative"_s), -37.5);
+    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(u"mixed"_s), 12.0);
+    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(u"int"_s), 2.0);
+    EXPECT_FLOAT_EQ(mDefaults.floatForKey(u"real"_s), 2.9f);
+    EXPECT_DOUBLE_EQ(mDefaults.doubleForKey(u"date"_s), 0.0);
 }
 
 TEST_F(AppUserDefaultsTest, ObjectGettersGiveOnlyTheirOwnType)
 {
-    store(QStringLiteral("string"), QStringLiteral("text"));
-    store(QStringLiteral("empty"), QString());
-    store(QStringLiteral("number"), qint64(5));
-    store(QStringLiteral("strings"), QVariantList{QStringLiteral("a"), QStringLiteral("b")});
-    store(QStringLiteral("mixed"), QVariantList{QStringLiteral("a"), qint64(1), QStringLiteral("b")});
-    store(QStringLiteral("none"), QVariantList{});
-    store(QStringLiteral("dict"), QVariantMap{{QStringLiteral("k"), true}});
-    store(QStringLiteral("data"), QByteArray());
+    store(u"string"_s, u"text"_s);
+    store(u"empty"_s, QString());
+    store(u"number"_s, qint64(5));
+    store(u"strings"_s, QVariantList{u"a"_s, u"b"_s});
+    store(u"mixed"_s, QVariantList{u"a"_s, qint64(1), u"b"_s});
+    store(u"none"_s, QVariantList{});
+    store(u"dict"_s, QVariantMap{{u"k"_s, true}});
+    store(u"data"_s, QByteArray());
 
-    EXPECT_EQ(mDefaults.stringForKey(QStringLiteral("string")), QStringLiteral("text"));
-    EXPECT_FALSE(mDefaults.stringForKey(QStringLiteral("empty")).isNull());
-    EXPECT_TRUE(mDefaults.stringForKey(QStringLiteral("number")).isNull());
-    EXPECT_TRUE(mDefaults.stringForKey(QStringLiteral("absent")).isNull());
+    EXPECT_EQ(mDefaults.stringForKey(u"string"_s), u"text"_s);
+    EXPECT_FALSE(mDefaults.stringForKey(u"empty"_s).isNull());
+    EXPECT_TRUE(mDefaults.stringForKey(u"number"_s).isNull());
+    EXPECT_TRUE(mDefaults.stringForKey(u"absent"_s).isNull());
 
-    EXPECT_EQ(mDefaults.stringArrayForKey(QStringLiteral("strings")),
-              (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
-    EXPECT_FALSE(mDefaults.stringArrayForKey(QStringLiteral("mixed")).has_value());
-    ASSERT_TRUE(mDefaults.stringArrayForKey(QStringLiteral("none")).has_value());
-    EXPECT_TRUE(mDefaults.stringArrayForKey(QStringLiteral("none"))->isEmpty());
-    EXPECT_FALSE(mDefaults.stringArrayForKey(QStringLiteral("string")).has_value());
+    EXPECT_EQ(mDefaults.stringArrayForKey(u"strings"_s), (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_FALSE(mDefaults.stringArrayForKey(u"mixed"_s).has_value());
+    ASSERT_TRUE(mDefaults.stringArrayForKey(u"none"_s).has_value());
+    EXPECT_TRUE(mDefaults.stringArrayForKey(u"none"_s)->isEmpty());
+    EXPECT_FALSE(mDefaults.stringArrayForKey(u"string"_s).has_value());
 
-    EXPECT_EQ(mDefaults.arrayForKey(QStringLiteral("mixed"))->size(), 3);
-    EXPECT_FALSE(mDefaults.arrayForKey(QStringLiteral("dict")).has_value());
-    EXPECT_TRUE(mDefaults.dictionaryForKey(QStringLiteral("dict"))->value(QStringLiteral("k")).toBool());
-    EXPECT_FALSE(mDefaults.dictionaryForKey(QStringLiteral("strings")).has_value());
+    EXPECT_EQ(mDefaults.arrayForKey(u"mixed"_s)->size(), 3);
+    EXPECT_FALSE(mDefaults.arrayForKey(u"dict"_s).has_value());
+    EXPECT_TRUE(mDefaults.dictionaryForKey(u"dict"_s)->value(u"k"_s).toBool());
+    EXPECT_FALSE(mDefaults.dictionaryForKey(u"strings"_s).has_value());
     // Empty data is there; a string is not data.
-    EXPECT_FALSE(mDefaults.dataForKey(QStringLiteral("data")).isNull());
-    EXPECT_TRUE(mDefaults.dataForKey(QStringLiteral("string")).isNull());
+    EXPECT_FALSE(mDefaults.dataForKey(u"data"_s).isNull());
+    EXPECT_TRUE(mDefaults.dataForKey(u"string"_s).isNull());
 }
 
 TEST_F(AppUserDefaultsTest, WritesReachTheDiskBeforeTheCallReturns)
 {
-    mDefaults.setInteger(-8, QStringLiteral("int"));
-    mDefaults.setFloat(1.5f, QStringLiteral("float"));
-    mDefaults.setDouble(0.25, QStringLiteral("double"));
-    mDefaults.setBool(true, QStringLiteral("bool"));
-    mDefaults.setObject(QStringLiteral("x"), QStringLiteral("gone"));
-    mDefaults.removeObjectForKey(QStringLiteral("gone"));
-    mDefaults.setObject(QVariant::fromValue(QSize(1, 1)), QStringLiteral("refused"));
+    mDefaults.setInteger(-8, u"int"_s);
+    mDefaults.setFloat(1.5f, u"float"_s);
+    mDefaults.setDouble(0.25, u"double"_s);
+    mDefaults.setBool(true, u"bool"_s);
+    mDefaults.setObject(u"x"_s, u"gone"_s);
+    mDefaults.removeObjectForKey(u"gone"_s);
+    mDefaults.setObject(QVariant::fromValue(QSize(1, 1)), u"refused"_s);
 
     PreferenceStore otherProcess(mFolder.path());
-    const QVariantMap expected{{QStringLiteral("int"), qint64(-8)},
-                               {QStringLiteral("float"), 1.5},
-                               {QStringLiteral("double"), 0.25},
-                               {QStringLiteral("bool"), true}};
+    const QVariantMap expected{
+        {u"int"_s, qint64(-8)}, {u"float"_s, 1.5}, {u"double"_s, 0.25}, {u"bool"_s, true}};
     EXPECT_TRUE(PropertyList::equal(otherProcess.dictionary(kDomain), expected));
     EXPECT_TRUE(mDefaults.synchronize());
 }
 
 TEST_F(AppUserDefaultsTest, RegistrationDictionaryIsTheFallbackAndIsReplacedWhole)
 {
-    mDefaults.registerDefaults(
-        {{QStringLiteral("flag"), true}, {QStringLiteral("name"), QStringLiteral("reg")}});
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("flag")));
-    mDefaults.setBool(false, QStringLiteral("flag"));
-    EXPECT_FALSE(mDefaults.boolForKey(QStringLiteral("flag"))) << "a stored value wins";
-    mDefaults.removeObjectForKey(QStringLiteral("flag"));
-    EXPECT_TRUE(mDefaults.boolForKey(QStringLiteral("flag")));
+    mDefaults.registerDefaults({{u"flag"_s, true}, {u"name"_s, u"reg"_s}});
+    EXPECT_TRUE(mDefaults.boolForKey(u"flag"_s));
+    mDefaults.setBool(false, u"flag"_s);
+    EXPECT_FALSE(mDefaults.boolForKey(u"flag"_s)) << "a stored value wins";
+    mDefaults.removeObjectForKey(u"flag"_s);
+    EXPECT_TRUE(mDefaults.boolForKey(u"flag"_s));
 
-    mDefaults.registerDefaults({{QStringLiteral("other"), qint64(3)}});
-    EXPECT_FALSE(mDefaults.objectForKey(QStringLiteral("flag")).isValid());
-    EXPECT_TRUE(mDefaults.stringForKey(QStringLiteral("name")).isNull());
-    EXPECT_EQ(mDefaults.integerForKey(QStringLiteral("other")), 3);
+    mDefaults.registerDefaults({{u"other"_s, qint64(3)}});
+    EXPECT_FALSE(mDefaults.objectForKey(u"flag"_s).isValid());
+    EXPECT_TRUE(mDefaults.stringForKey(u"name"_s).isNull());
+    EXPECT_EQ(mDefaults.integerForKey(u"other"_s), 3);
 }
 
 TEST_F(AppUserDefaultsTest, SharedCorvexDefaultsSeeOnlyWhatIsStored)
 {
     AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
     EXPECT_EQ(&shared, &AppUserDefaults::sharedCorvexDefaults());
-    EXPECT_EQ(shared.bundleIdentifier(), QStringLiteral("com.ostrel.Corvex"));
+    EXPECT_EQ(shared.bundleIdentifier(), u"com.ostrel.Corvex"_s);
     // The standard preferences register the factory defaults; the shared instance ignores them.
-    UserDefaults standard(QStringLiteral("com.ostrel.Corvex"));
+    UserDefaults standard(u"com.ostrel.Corvex"_s);
     standard.registerDefaults(factoryDefaults());
-    EXPECT_TRUE(standard.boolForKey(QStringLiteral("showCorvexWindow")));
-    EXPECT_FALSE(shared.boolForKey(QStringLiteral("showCorvexWindow")));
-    EXPECT_FALSE(shared.objectForKey(QStringLiteral("autoReformatExtension")).isValid());
+    EXPECT_TRUE(standard.boolForKey(u"showCorvexWindow"_s));
+    EXPECT_FALSE(shared.boolForKey(u"showCorvexWindow"_s));
+    EXPECT_FALSE(shared.objectForKey(u"autoReformatExtension"_s).isValid());
 
     // Both see each other's writes at once.
-    standard.setBool(true, QStringLiteral("autoRename"));
-    EXPECT_TRUE(shared.boolForKey(QStringLiteral("autoRename")));
-    shared.setObject(QStringLiteral("png"), QStringLiteral("autoReformatExtension"));
-    EXPECT_EQ(standard.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("png"));
-    shared.removeObjectForKey(QStringLiteral("autoRename"));
-    shared.removeObjectForKey(QStringLiteral("autoReformatExtension"));
+    standard.setBool(true, u"autoRename"_s);
+    EXPECT_TRUE(shared.boolForKey(u"autoRename"_s));
+    shared.setObject(u"png"_s, u"autoReformatExtension"_s);
+    EXPECT_EQ(standard.stringForKey(u"autoReformatExtension"_s), u"png"_s);
+    shared.removeObjectForKey(u"autoRename"_s);
+    shared.removeObjectForKey(u"autoReformatExtension"_s);
 }
 
 TEST_F(AppUserDefaultsTest, ScreenshotBookmarksAreKeptInOneDictionary)
 {
-    const QString bookmarks = QStringLiteral("screenshotBookmarks");
-    mDefaults.setScreenshotBookmarkData(QByteArray(), QStringLiteral("missing"));
+    const QString bookmarks = u"screenshotBookmarks"_s;
+    mDefaults.setScreenshotBookmarkData(QByteArray(), u"missing"_s);
     ASSERT_TRUE(mDefaults.dictionaryForKey(bookmarks).has_value())
         << "absent data stores an empty dictionary";
     EXPECT_TRUE(mDefaults.dictionaryForKey(bookmarks)->isEmpty());
 
-    mDefaults.setScreenshotBookmarkData(QByteArray("one"), QStringLiteral("k1"));
-    mDefaults.setScreenshotBookmarkData(QByteArray("two"), QStringLiteral("k2"));
-    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("k1")), QByteArray("one"));
-    mDefaults.setScreenshotBookmarkData(QByteArray(), QStringLiteral("k1"));
-    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("k1")).isNull());
-    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("k2")), QByteArray("two"));
+    mDefaults.setScreenshotBookmarkData(QByteArray("one"), u"k1"_s);
+    mDefaults.setScreenshotBookmarkData(QByteArray("two"), u"k2"_s);
+    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(u"k1"_s), QByteArray("one"));
+    mDefaults.setScreenshotBookmarkData(QByteArray(), u"k1"_s);
+    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(u"k1"_s).isNull());
+    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(u"k2"_s), QByteArray("two"));
 
     // Another process adds its own bookmark meanwhile: it is kept.
     PreferenceStore otherProcess(mFolder.path());
     QVariantMap theirs = otherProcess.value(kDomain, bookmarks).toMap();
-    theirs.insert(QStringLiteral("theirs"), QByteArray("3"));
+    theirs.insert(u"theirs"_s, QByteArray("3"));
     otherProcess.setValue(kDomain, bookmarks, theirs);
     ASSERT_TRUE(otherProcess.synchronize(kDomain));
-    mDefaults.setScreenshotBookmarkData(QByteArray("four"), QStringLiteral("k4"));
-    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("theirs")), QByteArray("3"));
+    mDefaults.setScreenshotBookmarkData(QByteArray("four"), u"k4"_s);
+    EXPECT_EQ(mDefaults.screenshotBookmarkDataForKey(u"theirs"_s), QByteArray("3"));
 
-    store(bookmarks, QStringLiteral("not a dictionary"));
-    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("k2")).isNull());
-    mDefaults.setScreenshotBookmarkData(QByteArray("five"), QStringLiteral("k5"));
-    EXPECT_EQ(mDefaults.dictionaryForKey(bookmarks)->keys(), QStringList{QStringLiteral("k5")});
+    store(bookmarks, u"not a dictionary"_s);
+    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(u"k2"_s).isNull());
+    mDefaults.setScreenshotBookmarkData(QByteArray("five"), u"k5"_s);
+    EXPECT_EQ(mDefaults.dictionaryForKey(bookmarks)->keys(), QStringList{u"k5"_s});
 
-    store(bookmarks, QVariantMap{{QStringLiteral("text"), QStringLiteral("not data")}});
-    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(QStringLiteral("text")).isNull());
+    store(bookmarks, QVariantMap{{u"text"_s, u"not data"_s}});
+    EXPECT_TRUE(mDefaults.screenshotBookmarkDataForKey(u"text"_s).isNull());
 }
 
 TEST_F(AppUserDefaultsTest, ScreencaptureDefaultsFallBackOnTheDesktopTool)
 {
     qputenv("XDG_CURRENT_DESKTOP", "GNOME");
     const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
-    corvex::test::writeFile(config + QStringLiteral("/user-dirs.dirs"),
-                            "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    corvex::test::writeFile(config + u"/user-dirs.dirs"_s, "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
     AppUserDefaults &screencapture = AppUserDefaults::sharedScreencaptureDefaults();
-    EXPECT_TRUE(
-        screencapture.stringForKey(QStringLiteral("location")).startsWith(QDir::homePath() + "/Bilder/"));
-    EXPECT_EQ(screencapture.stringForKey(QStringLiteral("type")), QStringLiteral("png"));
-    EXPECT_FALSE(screencapture.stringForKey(QStringLiteral("name")).isEmpty());
-    EXPECT_FALSE(screencapture.objectForKey(QStringLiteral("other")).isValid());
+    EXPECT_TRUE(screencapture.stringForKey(u"location"_s).startsWith(QDir::homePath() + "/Bilder/"));
+    EXPECT_EQ(screencapture.stringForKey(u"type"_s), u"png"_s);
+    EXPECT_FALSE(screencapture.stringForKey(u"name"_s).isEmpty());
+    EXPECT_FALSE(screencapture.objectForKey(u"other"_s).isValid());
 
     // A stored value wins; the raw domain has no fallbacks.
-    auto raw = AppUserDefaults::userDefaultsWithBundleIdentifier(QStringLiteral("com.apple.screencapture"));
-    EXPECT_FALSE(raw->objectForKey(QStringLiteral("type")).isValid());
-    raw->setObject(QStringLiteral("jpg"), QStringLiteral("type"));
-    EXPECT_EQ(screencapture.stringForKey(QStringLiteral("type")), QStringLiteral("jpg"));
-    raw->removeObjectForKey(QStringLiteral("type"));
+    auto raw = AppUserDefaults::userDefaultsWithBundleIdentifier(u"com.apple.screencapture"_s);
+    EXPECT_FALSE(raw->objectForKey(u"type"_s).isValid());
+    raw->setObject(u"jpg"_s, u"type"_s);
+    EXPECT_EQ(screencapture.stringForKey(u"type"_s), u"jpg"_s);
+    raw->removeObjectForKey(u"type"_s);
 
     // The desktop's own setting changing is seen without a restart.
-    corvex::test::writeFile(config + QStringLiteral("/user-dirs.dirs"), "XDG_PICTURES_DIR=\"$HOME/Fotos\"\n");
-    EXPECT_TRUE(
-        screencapture.stringForKey(QStringLiteral("location")).startsWith(QDir::homePath() + "/Fotos/"));
+    corvex::test::writeFile(config + u"/user-dirs.dirs"_s, "XDG_PICTURES_DIR=\"$HOME/Fotos\"\n");
+    EXPECT_TRUE(screencapture.stringForKey(u"location"_s).startsWith(QDir::homePath() + "/Fotos/"));
     qunsetenv("XDG_CURRENT_DESKTOP");
 }
 

@@ -2,16 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/AutomaticSteps.h"
 #include "../core/CapturingLogger.h"
+#include "TestSupport.h"
 #include "core/AppUserDefaults.h"
 #include "core/FileFormat.h"
 #include "core/ScreenshotInfo.h"
-#include "TestSupport.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,7 +29,7 @@ protected:
              {"autoRename", "autoRenameFormat", "autoRenameCount", "autoReformat", "autoReformatExtension",
               "autoMove", "autoMoveFolder", "openWith", "openWithBundleIdentifier", "showCorvexWindow"})
             AppUserDefaults::sharedCorvexDefaults().removeObjectForKey(QString::fromLatin1(key));
-        mFolder = home() + QStringLiteral("/steps-%1").arg(++sCount);
+        mFolder = home() + u"/steps-%1"_s.arg(++sCount);
         QDir().mkpath(mFolder);
     }
 

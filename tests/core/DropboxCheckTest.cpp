@@ -11,6 +11,8 @@
 #include <QStringEncoder>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
@@ -21,7 +23,7 @@ class DropboxCheckTest : public testing::Test
 protected:
     void SetUp() override
     {
-        mHome = home() + QStringLiteral("/dropbox-%1").arg(++sCount);
+        mHome = home() + u"/dropbox-%1"_s.arg(++sCount);
         QDir().mkpath(mHome);
         DropboxCheck::setHomeFolder(mHome);
     }

@@ -12,19 +12,21 @@
 #include <QSysInfo>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 SystemFacts sampleFacts()
 {
     SystemFacts facts;
-    facts.bundleVersion = QStringLiteral("2.0.5");
-    facts.sourceRevision = QStringLiteral("ce9f1b3");
-    facts.operatingSystem = QStringLiteral("Debian GNU/Linux 12 (bookworm), Linux 6.1.0");
+    facts.bundleVersion = u"2.0.5"_s;
+    facts.sourceRevision = u"ce9f1b3"_s;
+    facts.operatingSystem = u"Debian GNU/Linux 12 (bookworm), Linux 6.1.0"_s;
     facts.memoryMegabytes = 8192;
     facts.displayCount = 1;
-    facts.localeIdentifier = QStringLiteral("en_GB");
-    facts.languages = {QStringLiteral("en-GB"), QStringLiteral("en"), QStringLiteral("de")};
-    facts.mediumTimeFormat = QStringLiteral("HH:mm:ss");
+    facts.localeIdentifier = u"en_GB"_s;
+    facts.languages = {u"en-GB"_s, u"en"_s, u"de"_s};
+    facts.mediumTimeFormat = u"HH:mm:ss"_s;
     return facts;
 }
 
@@ -94,7 +96,7 @@ TEST(FeedbackReportTest, SystemDescriptionLines)
         SCOPED_TRACE(c.what);
         SystemFacts facts = sampleFacts();
         c.change(facts);
-        const QStringList lines = FeedbackReport::systemDescription(facts, QStringLiteral("\n")).split('\n');
+        const QStringList lines = FeedbackReport::systemDescription(facts, u"\n"_s).split('\n');
         ASSERT_EQ(lines.size(), 9); // eight lines, each ended
         EXPECT_EQ(lines.at(c.line), QLatin1String(c.expected));
         EXPECT_TRUE(lines.last().isEmpty());
@@ -103,9 +105,9 @@ TEST(FeedbackReportTest, SystemDescriptionLines)
 
 TEST(FeedbackReportTest, MemoryFromMeminfo)
 {
-    EXPECT_EQ(FeedbackReport::memoryLine(8192), QStringLiteral("8.00 GB RAM"));
-    EXPECT_EQ(FeedbackReport::memoryLine(15921), QStringLiteral("15.55 GB RAM"));
-    EXPECT_EQ(FeedbackReport::memoryLine(std::nullopt), QStringLiteral("? GB RAM"));
+    EXPECT_EQ(FeedbackReport::memoryLine(8192), u"8.00 GB RAM"_s);
+    EXPECT_EQ(FeedbackReport::memoryLine(15921), u"15.55 GB RAM"_s);
+    EXPECT_EQ(FeedbackReport::memoryLine(std::nullopt), u"? GB RAM"_s);
 
     QTemporaryDir dir;
     struct Case
@@ -130,7 +132,7 @@ TEST(FeedbackReportTest, MemoryFromMeminfo)
 TEST(FeedbackReportTest, OperatingSystemFromOsRelease)
 {
     QTemporaryDir dir;
-    const QString kernel = QStringLiteral(", Linux %1").arg(QSysInfo::kernelVersion());
+    const QString kernel = u", Linux %1"_s.arg(QSysInfo::kernelVersion());
     struct Case
     {
         const char *contents;
@@ -147,15 +149,14 @@ TEST(FeedbackReportTest, OperatingSystemFromOsRelease)
         const QString path = corvex::test::writeFile(dir.filePath("os-release"), c.contents);
         EXPECT_EQ(FeedbackReport::operatingSystemName(path), QLatin1String(c.name) + kernel);
     }
-    EXPECT_EQ(FeedbackReport::operatingSystemName(dir.filePath("absent")), QStringLiteral("Linux") + kernel);
+    EXPECT_EQ(FeedbackReport::operatingSystemName(dir.filePath("absent")), u"Linux"_s + kernel);
 }
 
 TEST(FeedbackReportTest, MailtoTextIsEscapedOnceAsAWhole)
 {
-    const QString description =
-        QStringLiteral("Corvex version 2.0.5 (ce9f1b3)\rCustom: a = \"~/Shots #1\" 100% é\r");
+    const QString description = u"Corvex version 2.0.5 (ce9f1b3)\rCustom: a = \"~/Shots #1\" 100% é\r"_s;
     EXPECT_EQ(
-        FeedbackReport::feedbackMailText(QStringLiteral("help@example.org"), description),
+        FeedbackReport::feedbackMailText(u"help@example.org"_s, description),
         QByteArray("mailto:help@example.org?subject=Corvex%20Feedback&body=%0D%0D---%0D"
                    "Corvex%20version%202.0.5%20(ce9f1b3)%0DCustom:%20a%20=%20%22~/Shots%20%231%22%20100%25%20"
                    "%C3%A9%0D"));
@@ -169,10 +170,10 @@ TEST(FeedbackReportTest, FeedbackMailAndHelpGoToTheDesktop)
     const QString address = bundle.objectForInfoDictionaryKey(FeedbackReport::SupportEmailKey).toString();
     const QString page = bundle.objectForInfoDictionaryKey(FeedbackReport::SupportWebPageKey).toString();
     ASSERT_FALSE(address.isEmpty());
-    ASSERT_TRUE(page.startsWith(QStringLiteral("https://")));
+    ASSERT_TRUE(page.startsWith(u"https://"_s));
 
-    UrlRecorder mail(QStringLiteral("mailto"));
-    UrlRecorder web(QStringLiteral("https"));
+    UrlRecorder mail(u"mailto"_s);
+    UrlRecorder web(u"https"_s);
     CorvexError error;
     ASSERT_TRUE(FeedbackReport::openFeedbackMail(&error)) << qPrintable(error.localizedDescription());
     ASSERT_TRUE(FeedbackReport::openHelp(&error)) << qPrintable(error.localizedDescription());
@@ -186,8 +187,8 @@ TEST(FeedbackReportTest, FeedbackMailAndHelpGoToTheDesktop)
                 testing::StartsWith("subject=Corvex Feedback&body=\r\r---\rCorvex version "));
     ASSERT_EQ(web.urls.size(), 1);
     EXPECT_EQ(web.urls.first(), FeedbackReport::helpURL(page));
-    EXPECT_EQ(FeedbackReport::helpURL(QStringLiteral("https://example.org/corvex/")).toString(),
-              QStringLiteral("https://example.org/corvex/support/?source=app"));
+    EXPECT_EQ(FeedbackReport::helpURL(u"https://example.org/corvex/"_s).toString(),
+              u"https://example.org/corvex/support/?source=app"_s);
 }
 
 TEST(FeedbackReportTest, CaptureSettingsComeFromTheDomainOnly)
@@ -195,16 +196,15 @@ TEST(FeedbackReportTest, CaptureSettingsComeFromTheDomainOnly)
     auto capture = AppUserDefaults::userDefaultsWithBundleIdentifier(kScreencaptureDomain);
     // Nothing set in the domain: an empty last line, whatever the desktop's own tool would say.
     EXPECT_TRUE(FeedbackReport::currentSystemFacts().captureSettings.isEmpty());
-    capture->setObject(QStringLiteral("png"), kScreencaptureTypeKey);
+    capture->setObject(u"png"_s, kScreencaptureTypeKey);
     const QStringList lines =
-        FeedbackReport::systemDescription(FeedbackReport::currentSystemFacts(), QStringLiteral("\n"))
-            .split('\n');
+        FeedbackReport::systemDescription(FeedbackReport::currentSystemFacts(), u"\n"_s).split('\n');
     capture->removeObjectForKey(kScreencaptureTypeKey);
     ASSERT_EQ(lines.size(), 9);
-    EXPECT_EQ(lines.at(7), QStringLiteral("Custom Screencapture Prefs: type = \"png\""));
-    EXPECT_EQ(lines.at(0), QStringLiteral("Corvex version %1 (%2)")
-                               .arg(FeedbackReport::applicationBundle().bundleVersion(),
-                                    FeedbackReport::currentSystemFacts().sourceRevision));
+    EXPECT_EQ(lines.at(7), u"Custom Screencapture Prefs: type = \"png\""_s);
+    EXPECT_EQ(lines.at(0),
+              u"Corvex version %1 (%2)"_s.arg(FeedbackReport::applicationBundle().bundleVersion(),
+                                              FeedbackReport::currentSystemFacts().sourceRevision));
 }
 
 TEST(FeedbackReportTest, UpdaterProfileEntries)
@@ -225,10 +225,10 @@ TEST(FeedbackReportTest, UpdaterProfileEntries)
 
     const QList<QVariantMap> versions = FeedbackReport::feedParameters(false);
     ASSERT_GE(versions.size(), 1);
-    EXPECT_EQ(versions.at(0).value("key"), QStringLiteral("appVersion"));
+    EXPECT_EQ(versions.at(0).value("key"), u"appVersion"_s);
     EXPECT_EQ(versions.at(0).value("value"), FeedbackReport::applicationBundle().bundleVersion());
     if (versions.size() == 2) {
-        EXPECT_EQ(versions.at(1).value("key"), QStringLiteral("osVersion"));
+        EXPECT_EQ(versions.at(1).value("key"), u"osVersion"_s);
     }
 }
 

@@ -5,25 +5,23 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(FileFormatTable, RowsInMenuOrder)
 {
     const auto &formats = FileFormat::allFileFormats();
     ASSERT_EQ(formats.size(), 6);
-    const QStringList utis{QStringLiteral("com.compuserve.gif"), QStringLiteral("public.jpeg"),
-                           QStringLiteral("com.microsoft.bmp"),  QStringLiteral("com.adobe.pdf"),
-                           QStringLiteral("public.png"),         QStringLiteral("public.tiff")};
-    const QStringList descriptions{QStringLiteral("GIF"),           QStringLiteral("JPEG"),
-                                   QStringLiteral("Microsoft BMP"), QStringLiteral("PDF"),
-                                   QStringLiteral("PNG"),           QStringLiteral("TIFF")};
+    const QStringList utis{u"com.compuserve.gif"_s, u"public.jpeg"_s, u"com.microsoft.bmp"_s,
+                           u"com.adobe.pdf"_s,      u"public.png"_s,  u"public.tiff"_s};
+    const QStringList descriptions{u"GIF"_s, u"JPEG"_s, u"Microsoft BMP"_s, u"PDF"_s, u"PNG"_s, u"TIFF"_s};
     for (int i = 0; i < 6; ++i) {
         EXPECT_EQ(formats.at(i)->uti(), utis.at(i));
         EXPECT_EQ(formats.at(i)->description(), descriptions.at(i));
     }
-    EXPECT_EQ(formats.at(1)->extensions(),
-              (QStringList{QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jpe")}));
-    EXPECT_EQ(formats.at(5)->extensions(), (QStringList{QStringLiteral("tiff"), QStringLiteral("tif")}));
+    EXPECT_EQ(formats.at(1)->extensions(), (QStringList{u"jpg"_s, u"jpeg"_s, u"jpe"_s}));
+    EXPECT_EQ(formats.at(5)->extensions(), (QStringList{u"tiff"_s, u"tif"_s}));
     EXPECT_TRUE(formats.at(3)->isPDF());
     EXPECT_FALSE(formats.at(4)->isPDF());
     // The rows are made once: every call hands out the same objects.
@@ -32,41 +30,39 @@ TEST(FileFormatTable, RowsInMenuOrder)
 
 TEST(FileFormatTable, KnownExtensionsAreTheNineOfTheRows)
 {
-    const QSet<QString> expected{QStringLiteral("gif"), QStringLiteral("jpg"),  QStringLiteral("jpeg"),
-                                 QStringLiteral("jpe"), QStringLiteral("bmp"),  QStringLiteral("pdf"),
-                                 QStringLiteral("png"), QStringLiteral("tiff"), QStringLiteral("tif")};
+    const QSet<QString> expected{u"gif"_s, u"jpg"_s, u"jpeg"_s, u"jpe"_s, u"bmp"_s,
+                                 u"pdf"_s, u"png"_s, u"tiff"_s, u"tif"_s};
     EXPECT_EQ(FileFormat::allKnownExtensions(), expected);
 }
 
 TEST(FileFormatLookup, ExtensionsIgnoreCaseOfTheArgument)
 {
     const auto &formats = FileFormat::allFileFormats();
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral("JPG")), formats.at(1));
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral("jpe")), formats.at(1));
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral("Tif")), formats.at(5));
-    EXPECT_EQ(qzIndexOfObjectForExtension(formats, QStringLiteral("PNG")), 4);
-    EXPECT_EQ(qzIndexOfObjectForExtension(formats, QStringLiteral("gif")), 0);
+    EXPECT_EQ(qzFileFormatForExtension(formats, u"JPG"_s), formats.at(1));
+    EXPECT_EQ(qzFileFormatForExtension(formats, u"jpe"_s), formats.at(1));
+    EXPECT_EQ(qzFileFormatForExtension(formats, u"Tif"_s), formats.at(5));
+    EXPECT_EQ(qzIndexOfObjectForExtension(formats, u"PNG"_s), 4);
+    EXPECT_EQ(qzIndexOfObjectForExtension(formats, u"gif"_s), 0);
 }
 
 TEST(FileFormatLookup, UnknownExtensionGivesNotFoundMarker)
 {
     const auto &formats = FileFormat::allFileFormats();
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral("webp")), nullptr);
+    EXPECT_EQ(qzFileFormatForExtension(formats, u"webp"_s), nullptr);
     EXPECT_EQ(qzFileFormatForExtension(formats, QString()), nullptr);
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral(".png")), nullptr);
-    EXPECT_EQ(qzIndexOfObjectForExtension(formats, QStringLiteral("webp")), NSNotFound);
+    EXPECT_EQ(qzFileFormatForExtension(formats, u".png"_s), nullptr);
+    EXPECT_EQ(qzIndexOfObjectForExtension(formats, u"webp"_s), NSNotFound);
     EXPECT_EQ(NSNotFound, qsizetype(9223372036854775807LL));
-    EXPECT_EQ(qzIndexOfObjectForExtension({}, QStringLiteral("png")), NSNotFound);
+    EXPECT_EQ(qzIndexOfObjectForExtension({}, u"png"_s), NSNotFound);
 }
 
 TEST(FileFormatLookup, FirstMatchingElementWins)
 {
-    std::unique_ptr<FileFormat> custom(FileFormat::fileFormat(
-        QStringLiteral("public.jpeg"), QStringLiteral("Mine"), {QStringLiteral("jpg")}));
+    std::unique_ptr<FileFormat> custom(FileFormat::fileFormat(u"public.jpeg"_s, u"Mine"_s, {u"jpg"_s}));
     const QList<const FileFormat *> formats{FileFormat::allFileFormats().at(4), custom.get(),
                                             FileFormat::allFileFormats().at(1)};
-    EXPECT_EQ(qzIndexOfObjectForExtension(formats, QStringLiteral("JPG")), 1);
-    EXPECT_EQ(qzFileFormatForExtension(formats, QStringLiteral("jpeg")), FileFormat::allFileFormats().at(1));
+    EXPECT_EQ(qzIndexOfObjectForExtension(formats, u"JPG"_s), 1);
+    EXPECT_EQ(qzFileFormatForExtension(formats, u"jpeg"_s), FileFormat::allFileFormats().at(1));
 }
 
 TEST(FileFormatIdentity, FreshFormatWithSameFieldsIsDifferent)
@@ -76,8 +72,8 @@ TEST(FileFormatIdentity, FreshFormatWithSameFieldsIsDifferent)
         FileFormat::fileFormat(row->uti(), row->description(), row->extensions()));
     EXPECT_NE(static_cast<const FileFormat *>(fresh.get()), row);
     EXPECT_EQ(fresh->uti(), row->uti());
-    fresh->setDescription(QStringLiteral("Changed"));
-    EXPECT_EQ(row->description(), QStringLiteral("JPEG"));
+    fresh->setDescription(u"Changed"_s);
+    EXPECT_EQ(row->description(), u"JPEG"_s);
 }
 
 TEST(FileFormatArchiving, UTIIsStoredUnderEveryKey)
@@ -85,18 +81,18 @@ TEST(FileFormatArchiving, UTIIsStoredUnderEveryKey)
     const FileFormat *png = FileFormat::allFileFormats().at(4);
     const QVariantMap archive = png->encodeWithCoder();
     EXPECT_EQ(archive.size(), 3);
-    EXPECT_EQ(archive.value(QStringLiteral("uti")).toString(), QStringLiteral("public.png"));
-    EXPECT_EQ(archive.value(QStringLiteral("description")).toString(), QStringLiteral("public.png"));
-    EXPECT_EQ(archive.value(QStringLiteral("extensions")).toString(), QStringLiteral("public.png"));
+    EXPECT_EQ(archive.value(u"uti"_s).toString(), u"public.png"_s);
+    EXPECT_EQ(archive.value(u"description"_s).toString(), u"public.png"_s);
+    EXPECT_EQ(archive.value(u"extensions"_s).toString(), u"public.png"_s);
 }
 
 TEST(FileFormatArchiving, DecodedFormatCarriesUTIEverywhereAndIsNotTheRow)
 {
     const FileFormat *tiff = FileFormat::allFileFormats().at(5);
     std::unique_ptr<FileFormat> decoded(FileFormat::initWithCoder(tiff->encodeWithCoder()));
-    EXPECT_EQ(decoded->uti(), QStringLiteral("public.tiff"));
-    EXPECT_EQ(decoded->description(), QStringLiteral("public.tiff"));
-    EXPECT_EQ(decoded->extensions(), QStringList{QStringLiteral("public.tiff")});
+    EXPECT_EQ(decoded->uti(), u"public.tiff"_s);
+    EXPECT_EQ(decoded->description(), u"public.tiff"_s);
+    EXPECT_EQ(decoded->extensions(), QStringList{u"public.tiff"_s});
     EXPECT_NE(static_cast<const FileFormat *>(decoded.get()), tiff);
     // The real row is found again through the UTI, not through the broken extensions.
     EXPECT_EQ(FileFormat::fileFormatForUTI(decoded->uti()), tiff);
@@ -106,12 +102,11 @@ TEST(FileFormatArchiving, DecodedFormatCarriesUTIEverywhereAndIsNotTheRow)
 
 TEST(FileFormatArchiving, KeysAreDecodedIndependently)
 {
-    const QVariantMap archive{{QStringLiteral("uti"), QStringLiteral("public.png")},
-                              {QStringLiteral("description"), QStringLiteral("PNG")},
-                              {QStringLiteral("extensions"), QStringList{QStringLiteral("png")}}};
+    const QVariantMap archive{
+        {u"uti"_s, u"public.png"_s}, {u"description"_s, u"PNG"_s}, {u"extensions"_s, QStringList{u"png"_s}}};
     std::unique_ptr<FileFormat> decoded(FileFormat::initWithCoder(archive));
-    EXPECT_EQ(decoded->description(), QStringLiteral("PNG"));
-    EXPECT_EQ(decoded->extensions(), QStringList{QStringLiteral("png")});
+    EXPECT_EQ(decoded->description(), u"PNG"_s);
+    EXPECT_EQ(decoded->extensions(), QStringList{u"png"_s});
 }
 
 } // namespace

@@ -12,6 +12,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // White with a one-pixel red line and blue text: what 4:2:0 chroma smears.
@@ -23,7 +25,7 @@ QImage screenshotLike(int width = 123, int height = 45)
     painter.setPen(QColor(255, 0, 0));
     painter.drawLine(0, 10, width - 1, 10);
     painter.setPen(QColor(0, 0, 255));
-    painter.drawText(QRect(0, 15, width, height - 15), Qt::AlignCenter, QStringLiteral("Corvex 42"));
+    painter.drawText(QRect(0, 15, width, height - 15), Qt::AlignCenter, u"Corvex 42"_s);
     painter.end();
     return image;
 }
@@ -119,7 +121,7 @@ TEST(ImageIOJPEGTest, ResolutionIsStoredInDotsPerInch)
     image.setDotsPerMeterX(5669); // 144 dpi
     image.setDotsPerMeterY(3780); // 96 dpi
     QTemporaryDir dir;
-    const QString file = corvex::test::writeFile(dir.filePath(QStringLiteral("dpi.jpg")), encode(image));
+    const QString file = corvex::test::writeFile(dir.filePath(u"dpi.jpg"_s), encode(image));
     EXPECT_EQ(ImageIOResolution::storedDotsPerInch(file, ImageIOResolution::Container::JPEG),
               QSizeF(144, 96));
 }
@@ -140,7 +142,7 @@ TEST(ImageIOJPEGTest, RowsMustMatchTheSizeAndWriteErrorsAreReported)
     ASSERT_TRUE(encoder.writeRows(reinterpret_cast<const uchar *>(rows.constData()), 2, &reason));
     reason.clear();
     EXPECT_FALSE(encoder.finish(&reason));
-    EXPECT_TRUE(reason.contains(QStringLiteral("2 of its 3 rows"))) << reason.toStdString();
+    EXPECT_TRUE(reason.contains(u"2 of its 3 rows"_s)) << reason.toStdString();
     EXPECT_FALSE(encoder.writeRows(reinterpret_cast<const uchar *>(rows.constData()), 2, &reason));
 
     // A device that takes nothing: the encoder fails with a reason instead of crashing.

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace pngchunks;
@@ -118,20 +120,20 @@ TEST_F(ImageIOPNGTest, RowsArriveInOrderWithSizeFormatAndResolution)
     for (const QImage &image : {opaque, translucent}) {
         Recorder recorder;
         QString reason;
-        ASSERT_TRUE(ImageIOPNG::readRows(save(QStringLiteral("rows.png"), image), 1 << 20, recorder, &reason))
+        ASSERT_TRUE(ImageIOPNG::readRows(save(u"rows.png"_s, image), 1 << 20, recorder, &reason))
             << reason.toStdString();
         EXPECT_EQ(recorder.begins, 1);
         EXPECT_EQ(recorder.mSize, image.size());
         EXPECT_EQ(recorder.mFormat, image.format());
         expectRows(recorder, image);
         // read() gives the same pixels, with the resolution as dots per meter.
-        const QImage whole = ImageIOPNG::read(mDir.filePath(QStringLiteral("rows.png")), 1 << 20, &reason);
+        const QImage whole = ImageIOPNG::read(mDir.filePath(u"rows.png"_s), 1 << 20, &reason);
         EXPECT_EQ(whole, image);
         EXPECT_EQ(whole.dotsPerMeterX(), image.dotsPerMeterX() > 0 ? image.dotsPerMeterX() : 2835);
-        QFile::remove(mDir.filePath(QStringLiteral("rows.png")));
+        QFile::remove(mDir.filePath(u"rows.png"_s));
     }
     Recorder recorder;
-    ASSERT_TRUE(ImageIOPNG::readRows(save(QStringLiteral("dpi.png"), opaque), 1 << 20, recorder, nullptr));
+    ASSERT_TRUE(ImageIOPNG::readRows(save(u"dpi.png"_s, opaque), 1 << 20, recorder, nullptr));
     EXPECT_NEAR(recorder.mDotsPerInch.width(), 144, 0.05);
     EXPECT_NEAR(recorder.mDotsPerInch.height(), 96, 0.05);
 }
@@ -147,8 +149,8 @@ TEST_F(ImageIOPNGTest, OnlyAResolutionPerMetreCounts)
                                chunk("IDAT", qCompress(QByteArray(4, '\0')).mid(4)) +
                                chunk("IEND", QByteArray());
         QSizeF dpi;
-        ASSERT_TRUE(ImageIOPNG::readProperties(
-            corvex::test::writeFile(mDir.filePath(QStringLiteral("phys.png")), png), nullptr, &dpi, nullptr));
+        ASSERT_TRUE(ImageIOPNG::readProperties(corvex::test::writeFile(mDir.filePath(u"phys.png"_s), png),
+                                               nullptr, &dpi, nullptr));
         EXPECT_EQ(dpi.toSize(), unit ? QSize(144, 96) : QSize(72, 72)) << int(unit);
     }
 }
@@ -158,8 +160,7 @@ TEST_F(ImageIOPNGTest, InterlacedFilesAreHandedOverRowByRow)
     for (const QSize size : {QSize(37, 29), QSize(1, 1), QSize(3, 9)}) {
         SCOPED_TRACE(size.width());
         const QImage image = noisy(size.width(), size.height());
-        const QString file =
-            corvex::test::writeFile(mDir.filePath(QStringLiteral("adam7.png")), interlacedPNG(image));
+        const QString file = corvex::test::writeFile(mDir.filePath(u"adam7.png"_s), interlacedPNG(image));
         Recorder recorder;
         QString reason;
         ASSERT_TRUE(ImageIOPNG::readRows(file, 1 << 20, recorder, &reason)) << reason.toStdString();
@@ -172,7 +173,7 @@ TEST_F(ImageIOPNGTest, InterlacedFilesAreHandedOverRowByRow)
 
 TEST_F(ImageIOPNGTest, TheReaderCanStopDecoding)
 {
-    const QString file = save(QStringLiteral("stop.png"), noisy(20, 12));
+    const QString file = save(u"stop.png"_s, noisy(20, 12));
     Recorder refusing;
     refusing.stopAt = -1;
     QString reason;
@@ -196,12 +197,12 @@ TEST_F(ImageIOPNGTest, TheReaderCanStopDecoding)
 TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
 {
     const QImage image = noisy(200, 150);
-    const QString file = save(QStringLiteral("big.png"), image);
+    const QString file = save(u"big.png"_s, image);
     // 200 x 150 x 4 bytes is the limit: one byte less refuses before anything is handed over.
     Recorder refused;
     QString reason;
     EXPECT_FALSE(ImageIOPNG::readRows(file, 200 * 150 * 4 - 1, refused, &reason));
-    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    EXPECT_TRUE(reason.contains(u"too large"_s)) << reason.toStdString();
     EXPECT_EQ(refused.begins, 0);
     Recorder accepted;
     EXPECT_TRUE(ImageIOPNG::readRows(file, 200 * 150 * 4, accepted, nullptr));
@@ -210,8 +211,7 @@ TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
     QFile whole(file);
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
-    const QString cut =
-        corvex::test::writeFile(mDir.filePath(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2));
+    const QString cut = corvex::test::writeFile(mDir.filePath(u"cut.png"_s), bytes.left(bytes.size() / 2));
     Recorder partial;
     reason.clear();
     EXPECT_FALSE(ImageIOPNG::readRows(cut, 1 << 20, partial, &reason));
@@ -220,7 +220,7 @@ TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
     EXPECT_EQ(ImageIOPNG::read(cut, 1 << 20, &reason), QImage());
 
     reason.clear();
-    EXPECT_FALSE(ImageIOPNG::readRows(mDir.filePath(QStringLiteral("none.png")), 1 << 20, partial, &reason));
+    EXPECT_FALSE(ImageIOPNG::readRows(mDir.filePath(u"none.png"_s), 1 << 20, partial, &reason));
     EXPECT_FALSE(reason.isEmpty());
 }
 

@@ -1,15 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIORowPipeline.h"
+#include "TestSupport.h"
 #include "core/ImageIOPNG.h"
 #include "core/ImageRowWriter.h"
-#include "TestSupport.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstring>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -54,7 +56,7 @@ private:
     static bool fail(QString *reason)
     {
         if (reason)
-            *reason = QStringLiteral("the disk is full");
+            *reason = u"the disk is full"_s;
         return false;
     }
     size_t mRowBytes = 0;
@@ -90,7 +92,7 @@ TEST_F(ImageIORowPipelineTest, EveryRowArrivesInOrder)
     // Rows of 2 KB: the image passes in many bands, more than are ever in flight.
     for (const QImage::Format format : {QImage::Format_RGB888, QImage::Format_RGBA8888}) {
         const QImage image = noisy(517, 901, format);
-        const QString file = save(QStringLiteral("rows.png"), image);
+        const QString file = save(u"rows.png"_s, image);
         CollectingWriter writer;
         Failure failure = Failure::Source;
         QString reason;
@@ -108,13 +110,12 @@ TEST_F(ImageIORowPipelineTest, EveryRowArrivesInOrder)
 
 TEST_F(ImageIORowPipelineTest, UnreadableSourcesAreTheSourcesFailure)
 {
-    const QString good = save(QStringLiteral("good.png"), noisy(300, 400, QImage::Format_RGB888));
+    const QString good = save(u"good.png"_s, noisy(300, 400, QImage::Format_RGB888));
     QFile file(good);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
-    const QString cut =
-        corvex::test::writeFile(mDir.filePath(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2));
-    for (const QString &path : {mDir.filePath(QStringLiteral("missing.png")), cut}) {
+    const QString cut = corvex::test::writeFile(mDir.filePath(u"cut.png"_s), bytes.left(bytes.size() / 2));
+    for (const QString &path : {mDir.filePath(u"missing.png"_s), cut}) {
         SCOPED_TRACE(path.toStdString());
         CollectingWriter writer;
         Failure failure = Failure::None;
@@ -130,13 +131,13 @@ TEST_F(ImageIORowPipelineTest, UnreadableSourcesAreTheSourcesFailure)
     QString reason;
     EXPECT_FALSE(ImageIORowPipeline::convertPNG(good, 300 * 400 * 4 - 1, writer, &failure, &reason));
     EXPECT_EQ(failure, Failure::Source);
-    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    EXPECT_TRUE(reason.contains(u"too large"_s)) << reason.toStdString();
     EXPECT_EQ(writer.mBegins, 0);
 }
 
 TEST_F(ImageIORowPipelineTest, AFailingWriterStopsTheDecoder)
 {
-    const QString file = save(QStringLiteral("big.png"), noisy(640, 2000, QImage::Format_RGB888));
+    const QString file = save(u"big.png"_s, noisy(640, 2000, QImage::Format_RGB888));
     for (const int failAt : {-1, 0, 1000, 1999}) {
         SCOPED_TRACE(failAt);
         CollectingWriter writer;
@@ -145,7 +146,7 @@ TEST_F(ImageIORowPipelineTest, AFailingWriterStopsTheDecoder)
         QString reason;
         EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
         EXPECT_EQ(failure, Failure::Destination);
-        EXPECT_EQ(reason, QStringLiteral("the disk is full"));
+        EXPECT_EQ(reason, u"the disk is full"_s);
         EXPECT_EQ(writer.mFinishes, 0);
     }
     CollectingWriter writer;
@@ -154,7 +155,7 @@ TEST_F(ImageIORowPipelineTest, AFailingWriterStopsTheDecoder)
     QString reason;
     EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
     EXPECT_EQ(failure, Failure::Destination);
-    EXPECT_EQ(reason, QStringLiteral("the disk is full"));
+    EXPECT_EQ(reason, u"the disk is full"_s);
 }
 
 } // namespace

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIOTIFF.h"
-#include "core/ImageIOResolution.h"
 #include "TestSupport.h"
+#include "core/ImageIOResolution.h"
 
 #include <QBuffer>
 #include <QImageReader>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,7 +32,7 @@ protected:
         buffer.open(QIODevice::ReadWrite);
         QString reason;
         EXPECT_TRUE(ImageIOTIFF::write(image, &buffer, &reason)) << reason.toStdString();
-        const QString path = corvex::test::writeFile(mDir.filePath(QStringLiteral("out.tif")), buffer.data());
+        const QString path = corvex::test::writeFile(mDir.filePath(u"out.tif"_s), buffer.data());
         if (file)
             *file = path;
         mBytes = buffer.size();
@@ -91,7 +93,7 @@ TEST_F(ImageIOTIFFTest, RowsMustMatchTheSizeAndWriteErrorsAreReported)
     EXPECT_FALSE(encoder.writeRows(reinterpret_cast<const uchar *>(rows.constData()), 2, &reason));
     reason.clear();
     EXPECT_FALSE(encoder.finish(&reason));
-    EXPECT_TRUE(reason.contains(QStringLiteral("3 of its 4 rows"))) << reason.toStdString();
+    EXPECT_TRUE(reason.contains(u"3 of its 4 rows"_s)) << reason.toStdString();
 
     QBuffer closed; // takes no bytes
     reason.clear();

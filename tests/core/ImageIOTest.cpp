@@ -21,6 +21,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace pngchunks;
@@ -112,21 +114,18 @@ protected:
 TEST_F(ImageIOTest, KindIsRecognisedFromContentNotName)
 {
     const QImage image = blocks();
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("a.jpg"), FileFormat::PNGType, image)),
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"a.jpg"_s, FileFormat::PNGType, image)),
               ImageIOSource::Kind::PNG);
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("b.png"), FileFormat::JPEGType, image)),
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"b.png"_s, FileFormat::JPEGType, image)),
               ImageIOSource::Kind::JPEG);
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("c"), FileFormat::GIFType, image)),
-              ImageIOSource::Kind::GIF);
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("d"), FileFormat::BMPType, image)),
-              ImageIOSource::Kind::BMP);
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("e"), FileFormat::TIFFType, image)),
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"c"_s, FileFormat::GIFType, image)), ImageIOSource::Kind::GIF);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"d"_s, FileFormat::BMPType, image)), ImageIOSource::Kind::BMP);
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"e"_s, FileFormat::TIFFType, image)),
               ImageIOSource::Kind::TIFF);
-    EXPECT_EQ(ImageIOSource::kindOfFile(write(QStringLiteral("f"), FileFormat::PDFType, image)),
-              ImageIOSource::Kind::PDF);
-    EXPECT_EQ(ImageIOSource::kindOfFile(corvex::test::writeFile(path(QStringLiteral("g.png")), "hello")),
+    EXPECT_EQ(ImageIOSource::kindOfFile(write(u"f"_s, FileFormat::PDFType, image)), ImageIOSource::Kind::PDF);
+    EXPECT_EQ(ImageIOSource::kindOfFile(corvex::test::writeFile(path(u"g.png"_s), "hello")),
               ImageIOSource::Kind::Unknown);
-    EXPECT_EQ(ImageIOSource::kindOfFile(path(QStringLiteral("missing.png"))), ImageIOSource::Kind::Unknown);
+    EXPECT_EQ(ImageIOSource::kindOfFile(path(u"missing.png"_s)), ImageIOSource::Kind::Unknown);
 }
 
 TEST_F(ImageIOTest, EveryFormatRoundTripsItsPixels)
@@ -134,13 +133,12 @@ TEST_F(ImageIOTest, EveryFormatRoundTripsItsPixels)
     const QImage image = blocks();
     for (const FileFormat *format : FileFormat::allFileFormats()) {
         SCOPED_TRACE(format->description().toStdString());
-        const QImage back =
-            read(write(QStringLiteral("round.") + format->preferredExtension(), format->uti(), image));
+        const QImage back = read(write(u"round."_s + format->preferredExtension(), format->uti(), image));
         ASSERT_EQ(back.size(), image.size());
         if (format->uti() == FileFormat::JPEGType) {
             // Lossy: judged on smooth content, where it must be close.
             const QImage smooth = gradient();
-            const QImage smoothBack = read(write(QStringLiteral("smooth.jpg"), format->uti(), smooth));
+            const QImage smoothBack = read(write(u"smooth.jpg"_s, format->uti(), smooth));
             EXPECT_GT(psnr(smoothBack, smooth), 35.0);
             EXPECT_GT(psnr(back, image), 20.0);
         } else {
@@ -160,22 +158,22 @@ TEST_F(ImageIOTest, TransparencySurvivesWhereTheFormatHasIt)
             image.setPixel(x, y, qRgba(200, 10, 10, 255));
     image.setPixel(15, 5, qRgba(0, 0, 0, 128)); // half-transparent black
 
-    const QImage png = read(write(QStringLiteral("t.png"), FileFormat::PNGType, image));
+    const QImage png = read(write(u"t.png"_s, FileFormat::PNGType, image));
     EXPECT_EQ(png.format(), QImage::Format_RGBA8888);
     EXPECT_EQ(png.pixel(15, 5), qRgba(0, 0, 0, 128));
     EXPECT_EQ(qAlpha(png.pixel(19, 9)), 0);
 
-    const QImage pdf = read(write(QStringLiteral("t.pdf"), FileFormat::PDFType, image));
+    const QImage pdf = read(write(u"t.pdf"_s, FileFormat::PDFType, image));
     EXPECT_EQ(qAlpha(pdf.pixel(19, 9)), 0);
     EXPECT_EQ(pdf.pixel(3, 3), qRgba(200, 10, 10, 255));
 
     // JPEG has no transparency: shown over white, as a viewer would.
-    const QImage jpeg = read(write(QStringLiteral("t.jpg"), FileFormat::JPEGType, image));
+    const QImage jpeg = read(write(u"t.jpg"_s, FileFormat::JPEGType, image));
     EXPECT_GT(qRed(jpeg.pixel(19, 0)), 245);
     EXPECT_GT(qBlue(jpeg.pixel(19, 0)), 245);
 
     // GIF: the fully transparent pixels stay transparent, the half-transparent one is blended onto white.
-    const QImage gif = read(write(QStringLiteral("t.gif"), FileFormat::GIFType, image));
+    const QImage gif = read(write(u"t.gif"_s, FileFormat::GIFType, image));
     EXPECT_EQ(qAlpha(gif.pixel(19, 9)), 0);
     EXPECT_EQ(gif.pixel(3, 3), qRgb(200, 10, 10));
     EXPECT_EQ(gif.pixel(15, 5), qRgb(127, 127, 127));
@@ -203,7 +201,7 @@ TEST_F(ImageIOTest, GIFKeepsFewColoursExactlyAndQuantisesMany)
     ASSERT_TRUE(many.quantize(nullptr));
     EXPECT_FALSE(many.isExact());
     EXPECT_LE(many.palette().size(), 256);
-    const QImage back = read(write(QStringLiteral("rich.gif"), FileFormat::GIFType, rich));
+    const QImage back = read(write(u"rich.gif"_s, FileFormat::GIFType, rich));
     ASSERT_EQ(back.size(), rich.size());
     EXPECT_GT(psnr(back, rich), 30.0);
 }
@@ -213,7 +211,7 @@ TEST_F(ImageIOTest, ResolutionGivesPointSizeAndTravelsWithTheImage)
     QImage image = blocks(144, 72);
     image.setDotsPerMeterX(5669); // 144 dpi
     image.setDotsPerMeterY(5669);
-    const QString png = write(QStringLiteral("retina.png"), FileFormat::PNGType, image);
+    const QString png = write(u"retina.png"_s, FileFormat::PNGType, image);
     QSize pixels;
     QSizeF dpi;
     ASSERT_TRUE(ImageIOSource::readProperties(png, &pixels, &dpi));
@@ -225,21 +223,21 @@ TEST_F(ImageIOTest, ResolutionGivesPointSizeAndTravelsWithTheImage)
     EXPECT_NEAR(source->pointSize().height(), 36.0, 0.1);
 
     // A PDF page is the image's size in points.
-    const QString pdf = write(QStringLiteral("retina.pdf"), FileFormat::PDFType, image);
+    const QString pdf = write(u"retina.pdf"_s, FileFormat::PDFType, image);
     const QSizeF page = ImageIOPDF::firstPageSize(pdf);
     EXPECT_NEAR(page.width(), 72.0, 0.01);
     EXPECT_NEAR(page.height(), 36.0, 0.01);
 
     for (const QString &uti : {FileFormat::JPEGType, FileFormat::TIFFType}) {
         SCOPED_TRACE(uti.toStdString());
-        ASSERT_TRUE(ImageIOSource::readProperties(
-            write(QStringLiteral("r-") + QString::number(qHash(uti)), uti, image), &pixels, &dpi));
+        ASSERT_TRUE(ImageIOSource::readProperties(write(u"r-"_s + QString::number(qHash(uti)), uti, image),
+                                                  &pixels, &dpi));
         EXPECT_NEAR(dpi.width(), 144.0, 0.5);
     }
 
     // No stored resolution means 72 dpi.
-    ASSERT_TRUE(ImageIOSource::readProperties(
-        write(QStringLiteral("plain.png"), FileFormat::PNGType, blocks()), &pixels, &dpi));
+    ASSERT_TRUE(
+        ImageIOSource::readProperties(write(u"plain.png"_s, FileFormat::PNGType, blocks()), &pixels, &dpi));
     EXPECT_EQ(dpi, QSizeF(72, 72));
 }
 
@@ -249,7 +247,7 @@ TEST_F(ImageIOTest, SeventyTwoDpiMeasuresItsWholePixelSize)
     QImage image = blocks(1440, 900);
     image.setDotsPerMeterX(2835);
     image.setDotsPerMeterY(2835);
-    const QString png = write(QStringLiteral("plain.png"), FileFormat::PNGType, image);
+    const QString png = write(u"plain.png"_s, FileFormat::PNGType, image);
     auto source = ImageIOSource::createWithURL(QUrl::fromLocalFile(png));
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(int(source->pointSize().width()), 1440);
@@ -258,7 +256,7 @@ TEST_F(ImageIOTest, SeventyTwoDpiMeasuresItsWholePixelSize)
 
 TEST_F(ImageIOTest, PDFGivesOnlyPageOneAtItsSize)
 {
-    const QString file = path(QStringLiteral("two.pdf"));
+    const QString file = path(u"two.pdf"_s);
     {
         QPdfWriter writer(file);
         writer.setResolution(72);
@@ -281,23 +279,23 @@ TEST_F(ImageIOTest, PDFGivesOnlyPageOneAtItsSize)
 
 TEST_F(ImageIOTest, BrokenFilesAreRefusedWithAReason)
 {
-    const QString png = write(QStringLiteral("good.png"), FileFormat::PNGType, gradient());
+    const QString png = write(u"good.png"_s, FileFormat::PNGType, gradient());
     QFile file(png);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     const QStringList broken{
-        corvex::test::writeFile(path(QStringLiteral("empty.png")), QByteArray()),
-        corvex::test::writeFile(path(QStringLiteral("cut.png")), bytes.left(bytes.size() / 2)),
-        corvex::test::writeFile(path(QStringLiteral("text.png")), "This is not a picture.\n"),
-        corvex::test::writeFile(path(QStringLiteral("cut.jpg")), QByteArray("\xff\xd8\xff\xe0", 4)),
-        corvex::test::writeFile(path(QStringLiteral("nopages.pdf")),
+        corvex::test::writeFile(path(u"empty.png"_s), QByteArray()),
+        corvex::test::writeFile(path(u"cut.png"_s), bytes.left(bytes.size() / 2)),
+        corvex::test::writeFile(path(u"text.png"_s), "This is not a picture.\n"),
+        corvex::test::writeFile(path(u"cut.jpg"_s), QByteArray("\xff\xd8\xff\xe0", 4)),
+        corvex::test::writeFile(path(u"nopages.pdf"_s),
                                 "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
                                 "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
                                 "trailer <</Root 1 0 R>>\n%%EOF\n"),
-        path(QStringLiteral("missing.png")),
+        path(u"missing.png"_s),
     };
-    QDir().mkpath(path(QStringLiteral("folder.png")));
-    for (const QString &brokenPath : broken + QStringList{path(QStringLiteral("folder.png"))}) {
+    QDir().mkpath(path(u"folder.png"_s));
+    for (const QString &brokenPath : broken + QStringList{path(u"folder.png"_s)}) {
         SCOPED_TRACE(brokenPath.toStdString());
         QString reason;
         EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(brokenPath), &reason), nullptr);
@@ -316,10 +314,10 @@ TEST_F(ImageIOTest, HugeDeclaredSizesAreRefusedBeforeDecoding)
     const QByteArray idat = QByteArray::fromHex("789c030000000001");
     const QByteArray png = QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IDAT", idat) +
                            chunk("IEND", QByteArray());
-    const QString pngPath = corvex::test::writeFile(path(QStringLiteral("huge.png")), png);
+    const QString pngPath = corvex::test::writeFile(path(u"huge.png"_s), png);
     QString reason;
     EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(pngPath), &reason), nullptr);
-    EXPECT_TRUE(reason.contains(QStringLiteral("too large"))) << reason.toStdString();
+    EXPECT_TRUE(reason.contains(u"too large"_s)) << reason.toStdString();
     // The header alone can still be measured.
     QSize pixels;
     EXPECT_TRUE(ImageIOSource::readProperties(pngPath, &pixels, nullptr));
@@ -331,13 +329,13 @@ TEST_F(ImageIOTest, HugeDeclaredSizesAreRefusedBeforeDecoding)
     bmp += le32(54 + 16) + le32(0) + le32(54) + le32(40) + le32(30000) + le32(30000) +
            QByteArray("\x01\x00\x18\x00", 4) + le32(0) + le32(16) + le32(2835) + le32(2835) + le32(0) +
            le32(0) + QByteArray(16, '\0');
-    const QString bmpPath = corvex::test::writeFile(path(QStringLiteral("huge.bmp")), bmp);
+    const QString bmpPath = corvex::test::writeFile(path(u"huge.bmp"_s), bmp);
     EXPECT_EQ(ImageIOSource::createWithURL(QUrl::fromLocalFile(bmpPath), &reason), nullptr);
 }
 
 TEST_F(ImageIOTest, DestinationNeverReplacesAndCreatesNothingOnFailure)
 {
-    const QString existing = corvex::test::writeFile(path(QStringLiteral("there.jpg")), "keep me");
+    const QString existing = corvex::test::writeFile(path(u"there.jpg"_s), "keep me");
     QString reason;
     EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(existing), FileFormat::JPEGType, &reason),
               nullptr);
@@ -345,27 +343,26 @@ TEST_F(ImageIOTest, DestinationNeverReplacesAndCreatesNothingOnFailure)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray("keep me"));
 
-    EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(path(QStringLiteral("x.webp"))),
-                                                QStringLiteral("org.webmproject.webp"), &reason),
+    EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(path(u"x.webp"_s)),
+                                                u"org.webmproject.webp"_s, &reason),
               nullptr);
-    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("x.webp"))));
-    EXPECT_EQ(
-        ImageIODestination::createWithURL(QUrl::fromLocalFile(path(QStringLiteral("no/such/folder.png"))),
-                                          FileFormat::PNGType, &reason),
-        nullptr);
+    EXPECT_FALSE(QFileInfo::exists(path(u"x.webp"_s)));
+    EXPECT_EQ(ImageIODestination::createWithURL(QUrl::fromLocalFile(path(u"no/such/folder.png"_s)),
+                                                FileFormat::PNGType, &reason),
+              nullptr);
 
     // Given up before finalising: the empty file it made goes again.
     {
-        auto destination = ImageIODestination::createWithURL(
-            QUrl::fromLocalFile(path(QStringLiteral("later.png"))), FileFormat::PNGType);
+        auto destination =
+            ImageIODestination::createWithURL(QUrl::fromLocalFile(path(u"later.png"_s)), FileFormat::PNGType);
         ASSERT_NE(destination, nullptr);
-        EXPECT_TRUE(QFileInfo::exists(path(QStringLiteral("later.png"))));
+        EXPECT_TRUE(QFileInfo::exists(path(u"later.png"_s)));
     }
-    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("later.png"))));
+    EXPECT_FALSE(QFileInfo::exists(path(u"later.png"_s)));
 
     // Nothing added: finalising fails.
-    auto destination = ImageIODestination::createWithURL(
-        QUrl::fromLocalFile(path(QStringLiteral("nothing.png"))), FileFormat::PNGType);
+    auto destination =
+        ImageIODestination::createWithURL(QUrl::fromLocalFile(path(u"nothing.png"_s)), FileFormat::PNGType);
     ASSERT_NE(destination, nullptr);
     EXPECT_FALSE(destination->finalize(&reason));
 }
@@ -377,7 +374,7 @@ TEST_F(ImageIOTest, PNGEncoderStaysCompact)
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.fillRect(QRect(50, 50, 300, 200), QColor(0, 122, 255));
-    painter.drawText(QRect(400, 300, 300, 100), Qt::AlignCenter, QStringLiteral("Corvex"));
+    painter.drawText(QRect(400, 300, 300, 100), Qt::AlignCenter, u"Corvex"_s);
     painter.end();
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -398,7 +395,7 @@ TEST_F(ImageIOTest, PNGEncoderTakes32BitImagesRowByRow)
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
         ASSERT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
-        const QString file = corvex::test::writeFile(path(QStringLiteral("packed.png")), buffer.data());
+        const QString file = corvex::test::writeFile(path(u"packed.png"_s), buffer.data());
         const QImage back = read(file);
         EXPECT_EQ(back.format(),
                   image.format() == QImage::Format_ARGB32 ? QImage::Format_RGB888 : QImage::Format_RGBA8888);
@@ -416,7 +413,7 @@ TEST_F(ImageIOTest, APDFPageIsExactlyTheImagesSizeInPoints)
     for (const int width : {1, 2880, 4000, 4999, 5000, 5120, 7680}) {
         SCOPED_TRACE(width);
         const QImage image = blocks(width, 3);
-        const QString pdf = write(QStringLiteral("w%1.pdf").arg(width), FileFormat::PDFType, image);
+        const QString pdf = write(u"w%1.pdf"_s.arg(width), FileFormat::PDFType, image);
         EXPECT_EQ(ImageIOPDF::firstPageSize(pdf), QSizeF(width, 3));
         EXPECT_EQ(read(pdf).size(), QSize(width, 3));
     }
@@ -446,7 +443,7 @@ TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnUnrotated)
     for (const QByteArray &extra :
          {QByteArray(), QByteArray("/Rotate 90"), QByteArray("/Rotate 180"), QByteArray("/Rotate 270")}) {
         SCOPED_TRACE(extra.constData());
-        const QString file = page(QStringLiteral("box.pdf"), extra);
+        const QString file = page(u"box.pdf"_s, extra);
         EXPECT_EQ(ImageIOPDF::firstPageSize(file), QSizeF(612, 792));
         EXPECT_EQ(read(file).size(), QSize(612, 792));
         QFile::remove(file);
@@ -457,12 +454,12 @@ TEST_F(ImageIOTest, TheReadersOwnComplaintsGoToTheLog)
 {
     LogCapture capture;
     const QString damaged = corvex::test::writeFile(
-        path(QStringLiteral("damaged.pdf")), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
-                                             "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
-                                             "startxref\n99999\n%%EOF\n");
+        path(u"damaged.pdf"_s), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
+                                "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
+                                "startxref\n99999\n%%EOF\n");
     StderrCapture stderrCapture;
     ImageIOPDF::firstPageSize(damaged);
     stderrCapture.restore();
-    EXPECT_FALSE(capture.messages(DDLogFlagWarning).filter(QStringLiteral("PDF reader: ")).isEmpty());
-    EXPECT_FALSE(stderrCapture.text().contains(QStringLiteral("Error"))) << qPrintable(stderrCapture.text());
+    EXPECT_FALSE(capture.messages(DDLogFlagWarning).filter(u"PDF reader: "_s).isEmpty());
+    EXPECT_FALSE(stderrCapture.text().contains(u"Error"_s)) << qPrintable(stderrCapture.text());
 }

@@ -12,21 +12,23 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Makes NAME.app with an Info.plist and an executable; returns the bundle path.
 QString makeBundle(const QString &folder, const QString &name, const QString &identifier,
                    const QString &version)
 {
-    const QString bundle = folder + u'/' + name + QStringLiteral(".app");
-    const QVariantMap info{{QStringLiteral("CFBundleIdentifier"), identifier},
-                           {QStringLiteral("CFBundleVersion"), version},
-                           {QStringLiteral("CFBundleName"), name},
-                           {QStringLiteral("CFBundleExecutable"), name}};
-    corvex::test::writeFile(bundle + QStringLiteral("/Contents/Info.plist"),
+    const QString bundle = folder + u'/' + name + u".app"_s;
+    const QVariantMap info{{u"CFBundleIdentifier"_s, identifier},
+                           {u"CFBundleVersion"_s, version},
+                           {u"CFBundleName"_s, name},
+                           {u"CFBundleExecutable"_s, name}};
+    corvex::test::writeFile(bundle + u"/Contents/Info.plist"_s,
                             PropertyList::serialize(info, PropertyList::Format::Xml));
     const QString executable =
-        corvex::test::writeFile(bundle + QStringLiteral("/Contents/MacOS/") + name, "#!/bin/sh\nexit 0\n");
+        corvex::test::writeFile(bundle + u"/Contents/MacOS/"_s + name, "#!/bin/sh\nexit 0\n");
     QFile::setPermissions(executable, QFile::permissions(executable) | QFile::ExeOwner);
     return bundle;
 }
@@ -36,19 +38,18 @@ class LoginItemsTest : public testing::Test
 protected:
     void SetUp() override
     {
-        mRoot = corvex::test::home() + QStringLiteral("/login-") + QString::number(++sCounter);
-        mFolder = mRoot + QStringLiteral("/autostart");
+        mRoot = corvex::test::home() + u"/login-"_s + QString::number(++sCounter);
+        mFolder = mRoot + u"/autostart"_s;
         QDir().mkpath(mFolder);
-        mCurrent = QStringLiteral("/Current/Corvex.app");
-        const QString currentApp = makeBundle(mRoot + QStringLiteral("/Current"), QStringLiteral("Corvex"),
-                                              QStringLiteral("com.ostrel.Corvex"), QStringLiteral("2.0.5"));
-        mAgent = makeBundle(currentApp + QStringLiteral("/Contents/Helpers"), QStringLiteral("CorvexAgent"),
-                            QStringLiteral("com.ostrel.CorvexAgent"), QStringLiteral("2.0.5"));
-        const QString oldApp = makeBundle(mRoot + QStringLiteral("/Old"), QStringLiteral("Corvex"),
-                                          QStringLiteral("com.ostrel.Corvex"), QStringLiteral("1.9"));
+        mCurrent = u"/Current/Corvex.app"_s;
+        const QString currentApp =
+            makeBundle(mRoot + u"/Current"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"2.0.5"_s);
+        mAgent = makeBundle(currentApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s,
+                            u"com.ostrel.CorvexAgent"_s, u"2.0.5"_s);
+        const QString oldApp = makeBundle(mRoot + u"/Old"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"1.9"_s);
         mOldApp = oldApp;
-        mOldAgent = makeBundle(oldApp + QStringLiteral("/Contents/Helpers"), QStringLiteral("CorvexAgent"),
-                               QStringLiteral("com.ostrel.CorvexAgent"), QStringLiteral("1.9"));
+        mOldAgent = makeBundle(oldApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s, u"com.ostrel.CorvexAgent"_s,
+                               u"1.9"_s);
         mLogger = std::make_unique<LogCapture>();
     }
     void TearDown() override { mLogger.reset(); }
@@ -67,10 +68,7 @@ protected:
                          QFileDevice::FileModificationTime);
         return path;
     }
-    QString agentProgram(const QString &bundle) const
-    {
-        return bundle + QStringLiteral("/Contents/MacOS/CorvexAgent");
-    }
+    QString agentProgram(const QString &bundle) const { return bundle + u"/Contents/MacOS/CorvexAgent"_s; }
     QStringList names(const QList<LoginItem> &items) const
     {
         QStringList result;
@@ -88,35 +86,34 @@ protected:
 TEST_F(LoginItemsTest, AddingLeavesExactlyOneAgentEntryAtTheEnd)
 {
     LoginItems items(mFolder);
-    addEntry(QStringLiteral("old-agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mOldAgent), 1);
-    addEntry(QStringLiteral("editor.desktop"), QStringLiteral("Editor"), QStringLiteral("/bin/sh"), 2);
-    addEntry(QStringLiteral("agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 3);
+    addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
+    addEntry(u"editor.desktop"_s, u"Editor"_s, u"/bin/sh"_s, 2);
+    addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 3);
 
-    items.addAgentToLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
 
     const QList<LoginItem> after = items.snapshot();
     ASSERT_EQ(after.size(), 2);
-    EXPECT_EQ(QFileInfo(after.at(0).entryPath).fileName(), QStringLiteral("editor.desktop"));
+    EXPECT_EQ(QFileInfo(after.at(0).entryPath).fileName(), u"editor.desktop"_s);
     QUrl url;
     ASSERT_TRUE(LoginItems::resolveItem(after.at(1), &url));
     EXPECT_EQ(LoginItems::standardizedURL(url), LoginItems::standardizedURL(agentURL()));
-    EXPECT_EQ(after.at(1).displayName, QStringLiteral("CorvexAgent"));
+    EXPECT_EQ(after.at(1).displayName, u"CorvexAgent"_s);
     EXPECT_TRUE(mLogger->takeMessages().isEmpty());
 
     // Adding again replaces the entry instead of piling up another one.
-    items.addAgentToLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
     EXPECT_EQ(items.snapshot().size(), 2);
 }
 
 TEST_F(LoginItemsTest, RemovingTakesOnlyTheFirstAgentEntry)
 {
     LoginItems items(mFolder);
-    addEntry(QStringLiteral("b-old-agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mOldAgent),
-             1);
-    addEntry(QStringLiteral("a-agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 2);
+    addEntry(u"b-old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
+    addEntry(u"a-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 2);
 
     items.removeAgentFromLoginItems();
-    EXPECT_EQ(names(items.snapshot()), QStringList{QStringLiteral("a-agent.desktop")});
+    EXPECT_EQ(names(items.snapshot()), QStringList{u"a-agent.desktop"_s});
     items.removeAgentFromLoginItems();
     EXPECT_TRUE(items.snapshot().isEmpty());
     items.removeAgentFromLoginItems(); // nothing left: nothing happens
@@ -126,64 +123,59 @@ TEST_F(LoginItemsTest, RemovingTakesOnlyTheFirstAgentEntry)
 TEST_F(LoginItemsTest, OlderCopiesOfTheApplicationGoEqualOnesStay)
 {
     LoginItems items(mFolder);
-    addEntry(QStringLiteral("old-app.desktop"), QStringLiteral("Corvex"),
-             mOldApp + QStringLiteral("/Contents/MacOS/Corvex"), 1);
-    addEntry(QStringLiteral("current-app.desktop"), QStringLiteral("Corvex"),
-             mRoot + mCurrent + QStringLiteral("/Contents/MacOS/Corvex"), 2);
+    addEntry(u"old-app.desktop"_s, u"Corvex"_s, mOldApp + u"/Contents/MacOS/Corvex"_s, 1);
+    addEntry(u"current-app.desktop"_s, u"Corvex"_s, mRoot + mCurrent + u"/Contents/MacOS/Corvex"_s, 2);
 
-    items.addAgentToLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
     QStringList left = names(items.snapshot());
     ASSERT_EQ(left.size(), 2);
-    EXPECT_EQ(left.at(0), QStringLiteral("current-app.desktop"));
+    EXPECT_EQ(left.at(0), u"current-app.desktop"_s);
 
     // A running copy older than the entry leaves the entry alone.
-    addEntry(QStringLiteral("old-app.desktop"), QStringLiteral("Corvex"),
-             mOldApp + QStringLiteral("/Contents/MacOS/Corvex"), 0);
-    items.addAgentToLoginItems(agentURL(), QStringLiteral("1.5"));
+    addEntry(u"old-app.desktop"_s, u"Corvex"_s, mOldApp + u"/Contents/MacOS/Corvex"_s, 0);
+    items.addAgentToLoginItems(agentURL(), u"1.5"_s);
     left = names(items.snapshot());
-    EXPECT_TRUE(left.contains(QStringLiteral("old-app.desktop")));
-    EXPECT_TRUE(left.contains(QStringLiteral("current-app.desktop")));
+    EXPECT_TRUE(left.contains(u"old-app.desktop"_s));
+    EXPECT_TRUE(left.contains(u"current-app.desktop"_s));
 }
 
 TEST_F(LoginItemsTest, UnresolvableAgentEntryIsRemovedByAddAndOnlyLoggedByRemove)
 {
     LoginItems items(mFolder);
-    addEntry(QStringLiteral("gone.desktop"), QStringLiteral("CorvexAgent"),
-             QStringLiteral("/no/such/CorvexAgent.app/Contents/MacOS/CorvexAgent"), 1);
-    addEntry(QStringLiteral("other-gone.desktop"), QStringLiteral("Something"),
-             QStringLiteral("/no/such/tool"), 2);
+    addEntry(u"gone.desktop"_s, u"CorvexAgent"_s, u"/no/such/CorvexAgent.app/Contents/MacOS/CorvexAgent"_s,
+             1);
+    addEntry(u"other-gone.desktop"_s, u"Something"_s, u"/no/such/tool"_s, 2);
 
     items.removeAgentFromLoginItems();
     EXPECT_EQ(items.snapshot().size(), 2);
     EXPECT_EQ(mLogger->takeMessages(),
-              (QStringList{QStringLiteral("Login item CorvexAgent could not be resolved.  Error: 2"),
-                           QStringLiteral("Login item Something could not be resolved.  Error: 2")}));
+              (QStringList{u"Login item CorvexAgent could not be resolved.  Error: 2"_s,
+                           u"Login item Something could not be resolved.  Error: 2"_s}));
 
-    items.addAgentToLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
     const QStringList left = names(items.snapshot());
     ASSERT_EQ(left.size(), 2);
-    EXPECT_EQ(left.at(0), QStringLiteral("other-gone.desktop"));
+    EXPECT_EQ(left.at(0), u"other-gone.desktop"_s);
     EXPECT_EQ(mLogger->takeMessages().size(), 2);
 }
 
 TEST_F(LoginItemsTest, EnsureAddsOnlyWhenTheCurrentAgentIsMissing)
 {
     LoginItems items(mFolder);
-    items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
-    EXPECT_EQ(mLogger->takeMessages(),
-              QStringList{QStringLiteral("Agent wasn't found in login items so we'll add it.")});
+    items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
+    EXPECT_EQ(mLogger->takeMessages(), QStringList{u"Agent wasn't found in login items so we'll add it."_s});
     ASSERT_EQ(items.snapshot().size(), 1);
     const QString entry = items.snapshot().first().entryPath;
     const QDateTime written = QFileInfo(entry).lastModified();
 
-    items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
     EXPECT_TRUE(mLogger->takeMessages().isEmpty());
     EXPECT_EQ(QFileInfo(entry).lastModified(), written);
 
     // An entry for another copy of the agent does not count: it is replaced.
     QFile::remove(entry);
-    addEntry(QStringLiteral("old-agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mOldAgent), 1);
-    items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
+    addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
+    items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
     EXPECT_EQ(mLogger->takeMessages().size(), 1);
     const QList<LoginItem> after = items.snapshot();
     ASSERT_EQ(after.size(), 1);
@@ -195,8 +187,7 @@ TEST_F(LoginItemsTest, EnsureAddsOnlyWhenTheCurrentAgentIsMissing)
 TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
 {
     LoginItems items(mFolder);
-    const QString path =
-        addEntry(QStringLiteral("agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 1);
+    const QString path = addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 1);
     EXPECT_FALSE(items.agentSwitchedOffByDesktop());
     for (const char *line : {"X-GNOME-Autostart-enabled=false\n", "Hidden=true\n"}) {
         QFile file(path);
@@ -204,31 +195,31 @@ TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
         file.write(line);
         file.close();
         EXPECT_TRUE(items.agentSwitchedOffByDesktop()) << line;
-        items.ensureAgentIsInLoginItems(agentURL(), QStringLiteral("2.0.5"));
+        items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
         const QList<LoginItem> after = items.snapshot();
         ASSERT_EQ(after.size(), 1);
         EXPECT_FALSE(after.first().enabled) << "not switched on again behind the user's back";
         ASSERT_TRUE(QFile::remove(path));
-        addEntry(QStringLiteral("agent.desktop"), QStringLiteral("CorvexAgent"), agentProgram(mAgent), 1);
+        addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 1);
     }
 }
 
 TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
 {
-    const QString folder = corvex::test::home() + QStringLiteral("/entries");
+    const QString folder = corvex::test::home() + u"/entries"_s;
     QDir().mkpath(folder);
-    for (const QString &program : {QStringLiteral("/opt/My Apps/Corvex.app/Contents/MacOS/CorvexAgent"),
-                                   QStringLiteral("/tmp/odd \"name\" $HOME `x` back\\slash 100%/prog"),
-                                   QStringLiteral("/plain/path")}) {
+    for (const QString &program :
+         {u"/opt/My Apps/Corvex.app/Contents/MacOS/CorvexAgent"_s,
+          u"/tmp/odd \"name\" $HOME `x` back\\slash 100%/prog"_s, u"/plain/path"_s}) {
         AutostartEntry entry;
-        entry.setName(QStringLiteral(" Leading space"));
+        entry.setName(u" Leading space"_s);
         entry.setProgram(program);
-        const QString path = folder + QStringLiteral("/e.desktop");
+        const QString path = folder + u"/e.desktop"_s;
         ASSERT_TRUE(entry.write(path));
         AutostartEntry read;
         ASSERT_TRUE(read.read(path));
         EXPECT_EQ(read.program(), program);
-        EXPECT_EQ(read.name(), QStringLiteral(" Leading space"));
+        EXPECT_EQ(read.name(), u" Leading space"_s);
         EXPECT_TRUE(read.isEnabled());
     }
 }
@@ -236,19 +227,19 @@ TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
 TEST(AutostartEntryTest, ProgramSkipsEnvironmentAndRejectsBrokenQuoting)
 {
     AutostartEntry entry;
-    entry.setExec(QStringLiteral("env LANG=C FOO=bar \"/a b/prog\" --flag %u"));
-    EXPECT_EQ(entry.program(), QStringLiteral("/a b/prog"));
-    entry.setExec(QStringLiteral("\"/unterminated/prog"));
+    entry.setExec(u"env LANG=C FOO=bar \"/a b/prog\" --flag %u"_s);
+    EXPECT_EQ(entry.program(), u"/a b/prog"_s);
+    entry.setExec(u"\"/unterminated/prog"_s);
     EXPECT_TRUE(entry.program().isNull());
-    entry.setExec(QStringLiteral("\"/a\"b"));
+    entry.setExec(u"\"/a\"b"_s);
     EXPECT_TRUE(entry.program().isNull());
 
-    const QString path = corvex::test::writeFile(corvex::test::home() + QStringLiteral("/x.desktop"),
-                                                 "[Other Group]\nExec=/bin/sh\n");
+    const QString path =
+        corvex::test::writeFile(corvex::test::home() + u"/x.desktop"_s, "[Other Group]\nExec=/bin/sh\n");
     int status = 0;
     EXPECT_FALSE(AutostartEntry().read(path, &status));
     EXPECT_EQ(status, ENOEXEC);
-    EXPECT_FALSE(AutostartEntry().read(path + QStringLiteral(".missing"), &status));
+    EXPECT_FALSE(AutostartEntry().read(path + u".missing"_s, &status));
     EXPECT_EQ(status, ENOENT);
 }
 

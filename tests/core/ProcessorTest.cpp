@@ -17,14 +17,15 @@
 #include <QPdfWriter>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
 
-const QString kWillPresent =
-    QStringLiteral("Will present screenshot in Corvex window because no other options are on");
+const QString kWillPresent = u"Will present screenshot in Corvex window because no other options are on"_s;
 
 AppUserDefaults &defaults()
 {
@@ -202,9 +203,7 @@ TEST_F(ProcessorTest, ARecordWithoutAttributesStillGetsAName)
     defaults().setObject("Shot :$DateYYYY$", "autoRenameFormat");
     const int year = QDate::currentDate().year();
     const QString name = processor().fileNameByAutomaticRenamingFromInfo(info, format("png"));
-    EXPECT_TRUE(name == QStringLiteral("Shot %1").arg(year) ||
-                name == QStringLiteral("Shot %1").arg(year + 1))
-        << name.toStdString();
+    EXPECT_TRUE(name == u"Shot %1"_s.arg(year) || name == u"Shot %1"_s.arg(year + 1)) << name.toStdString();
 }
 
 QString writePdf(const QString &path, const QSizeF &points)
@@ -258,9 +257,7 @@ protected:
         // Made before GIO first reads the application folders.
         for (const char *name : {"viewer", "editor", "pdfviewer", "other"}) {
             const QString program = home() + "/bin/record-" + name;
-            writeFile(
-                program,
-                QStringLiteral("#!/bin/sh\necho \"%1 $1\" >> \"%2\"\n").arg(name, openedLog()).toUtf8());
+            writeFile(program, u"#!/bin/sh\necho \"%1 $1\" >> \"%2\"\n"_s.arg(name, openedLog()).toUtf8());
             QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
             writeFile(home() + "/.local/share/applications/corvex-test-" + name + ".desktop",
                       QStringLiteral("[Desktop Entry]\nType=Application\nName=Test %1\nExec=%2 %f\n"

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Comparator = QZSUStandardVersionComparator;
@@ -22,13 +24,13 @@ QStringList split(const QString &version)
 TEST(QZSUStandardVersionComparatorTest, CharacterTypes)
 {
     const Comparator &c = Comparator::defaultComparator();
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral(".")), Comparator::kPeriodType);
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("7")), Comparator::kNumberType);
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("b")), Comparator::kStringType);
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("-")), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(u"."_s), Comparator::kPeriodType);
+    EXPECT_EQ(c.typeOfCharacter(u"7"_s), Comparator::kNumberType);
+    EXPECT_EQ(c.typeOfCharacter(u"b"_s), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(u"-"_s), Comparator::kStringType);
     // Only a lone "." is a period; otherwise the first character decides.
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("..")), Comparator::kStringType);
-    EXPECT_EQ(c.typeOfCharacter(QStringLiteral("3x")), Comparator::kNumberType);
+    EXPECT_EQ(c.typeOfCharacter(u".."_s), Comparator::kStringType);
+    EXPECT_EQ(c.typeOfCharacter(u"3x"_s), Comparator::kNumberType);
     // Unicode decimal digits count as digits (ARABIC-INDIC DIGIT THREE, FULLWIDTH DIGIT FIVE).
     EXPECT_EQ(c.typeOfCharacter(QString(QChar(0x0663))), Comparator::kNumberType);
     EXPECT_EQ(c.typeOfCharacter(QString(QChar(0xFF15))), Comparator::kNumberType);
@@ -42,13 +44,13 @@ TEST(QZSUStandardVersionComparatorTest, Splitting)
 {
     using L = QStringList;
     EXPECT_EQ(split(QString()), L());
-    EXPECT_EQ(split(QStringLiteral("1.0b3")), (L{"1", ".", "0", "b", "3"}));
-    EXPECT_EQ(split(QStringLiteral("1..2")), (L{"1", ".", ".", "2"}));
-    EXPECT_EQ(split(QStringLiteral("10.4rc")), (L{"10", ".", "4", "rc"}));
-    EXPECT_EQ(split(QStringLiteral("...")), (L{".", ".", "."}));
-    EXPECT_EQ(split(QStringLiteral("2.10.1")), (L{"2", ".", "10", ".", "1"}));
-    EXPECT_EQ(split(QStringLiteral("v12-beta")), (L{"v", "12", "-beta"}));
-    EXPECT_EQ(split(QStringLiteral("x")), (L{"x"}));
+    EXPECT_EQ(split(u"1.0b3"_s), (L{"1", ".", "0", "b", "3"}));
+    EXPECT_EQ(split(u"1..2"_s), (L{"1", ".", ".", "2"}));
+    EXPECT_EQ(split(u"10.4rc"_s), (L{"10", ".", "4", "rc"}));
+    EXPECT_EQ(split(u"..."_s), (L{".", ".", "."}));
+    EXPECT_EQ(split(u"2.10.1"_s), (L{"2", ".", "10", ".", "1"}));
+    EXPECT_EQ(split(u"v12-beta"_s), (L{"v", "12", "-beta"}));
+    EXPECT_EQ(split(u"x"_s), (L{"x"}));
 }
 
 TEST(QZSUStandardVersionComparatorTest, NumbersCompareByValue)
@@ -103,12 +105,12 @@ TEST(QZSUStandardVersionComparatorTest, EmptyStrings)
 TEST(QZSUStandardVersionComparatorTest, NumbersBeyondThirtyTwoBitsSaturate)
 {
     constexpr int max = std::numeric_limits<int>::max();
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("2147483647")), max);
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("2147483648")), max);
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("99999999999999999999999")), max);
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("-99999999999")), std::numeric_limits<int>::min());
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("  42abc")), 42);
-    EXPECT_EQ(Comparator::intValue(QStringLiteral("abc")), 0);
+    EXPECT_EQ(Comparator::intValue(u"2147483647"_s), max);
+    EXPECT_EQ(Comparator::intValue(u"2147483648"_s), max);
+    EXPECT_EQ(Comparator::intValue(u"99999999999999999999999"_s), max);
+    EXPECT_EQ(Comparator::intValue(u"-99999999999"_s), std::numeric_limits<int>::min());
+    EXPECT_EQ(Comparator::intValue(u"  42abc"_s), 42);
+    EXPECT_EQ(Comparator::intValue(u"abc"_s), 0);
     // Unicode digits have their decimal value: ARABIC-INDIC "12".
     EXPECT_EQ(Comparator::intValue(QString(QChar(0x0661)) + QChar(0x0662)), 12);
 
@@ -121,11 +123,9 @@ TEST(QZSUStandardVersionComparatorTest, NumbersBeyondThirtyTwoBitsSaturate)
 TEST(QZSUStandardVersionComparatorTest, UnicodeDigitsCompareByValue)
 {
     const QString arabicTen = QString(QChar(0x0661)) + QChar(0x0660);
-    EXPECT_EQ(Comparator::defaultComparator().compareVersion(QStringLiteral("1.") + arabicTen,
-                                                             QStringLiteral("1.9")),
+    EXPECT_EQ(Comparator::defaultComparator().compareVersion(u"1."_s + arabicTen, u"1.9"_s),
               Comparator::OrderedDescending);
-    EXPECT_EQ(split(QStringLiteral("2.") + arabicTen + QStringLiteral("b")),
-              (QStringList{"2", ".", arabicTen, "b"}));
+    EXPECT_EQ(split(u"2."_s + arabicTen + u"b"_s), (QStringList{"2", ".", arabicTen, "b"}));
 }
 
 } // namespace

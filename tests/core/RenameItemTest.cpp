@@ -17,6 +17,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const FileFormat *format(const QString &extension)
@@ -26,7 +28,7 @@ const FileFormat *format(const QString &extension)
 
 QString trashFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
 }
 
 QImage picture(int width = 40, int height = 30)
@@ -71,15 +73,13 @@ protected:
     // Makes the Dropbox check say that screenshot sharing might be on.
     void pretendDropboxSharesScreenshots()
     {
-        const QString home = path(QStringLiteral("dropbox-home"));
-        const QString folder = home + QStringLiteral("/Dropbox");
-        QDir().mkpath(folder + QStringLiteral("/Screenshots"));
-        corvex::test::writeFile(home + QStringLiteral("/.dropbox/host.db"),
+        const QString home = path(u"dropbox-home"_s);
+        const QString folder = home + u"/Dropbox"_s;
+        QDir().mkpath(folder + u"/Screenshots"_s);
+        corvex::test::writeFile(home + u"/.dropbox/host.db"_s,
                                 "0123abcd\n" + folder.toUtf8().toBase64() + "\n");
         DropboxCheck::setHomeFolder(home);
-        DropboxCheck::setClientFactsProvider([] {
-            return DropboxClientFacts{true, QStringLiteral("2.4.0"), QStringLiteral("2.4.0")};
-        });
+        DropboxCheck::setClientFactsProvider([] { return DropboxClientFacts{true, u"2.4.0"_s, u"2.4.0"_s}; });
         ASSERT_TRUE(DropboxCheck::screenshotFolderTest());
     }
 
@@ -88,13 +88,13 @@ protected:
 
 TEST_F(RenameItemTest, SameFormatMovesWithoutTrash)
 {
-    const QString source = writeImage(QStringLiteral("shot.png"));
+    const QString source = writeImage(u"shot.png"_s);
     const QByteArray bytes = [&] {
         QFile file(source);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }();
-    QDir().mkpath(path(QStringLiteral("sub")));
-    const QString destination = path(QStringLiteral("sub/renamed.PNG"));
+    QDir().mkpath(path(u"sub"_s));
+    const QString destination = path(u"sub/renamed.PNG"_s);
     LogCapture log;
     CorvexError error;
     ASSERT_TRUE(rename(source, destination, &error));
@@ -102,14 +102,14 @@ TEST_F(RenameItemTest, SameFormatMovesWithoutTrash)
     QFile moved(destination);
     ASSERT_TRUE(moved.open(QIODevice::ReadOnly));
     EXPECT_EQ(moved.readAll(), bytes);
-    EXPECT_FALSE(QDir(trashFolder() + QStringLiteral("/files")).exists(QStringLiteral("shot.png")));
+    EXPECT_FALSE(QDir(trashFolder() + u"/files"_s).exists(u"shot.png"_s));
     EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
 }
 
 TEST_F(RenameItemTest, SameFormatNeverReplacesAnExistingFile)
 {
-    const QString source = writeImage(QStringLiteral("a.jpg"));
-    const QString existing = corvex::test::writeFile(path(QStringLiteral("b.jpeg")), "older file");
+    const QString source = writeImage(u"a.jpg"_s);
+    const QString existing = corvex::test::writeFile(path(u"b.jpeg"_s), "older file");
     CorvexError error;
     EXPECT_FALSE(rename(source, existing, &error));
     EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
@@ -122,21 +122,20 @@ TEST_F(RenameItemTest, SameFormatNeverReplacesAnExistingFile)
 
 TEST_F(RenameItemTest, FreshlyMadeFormatIsNotTheRowSoTheFileIsConverted)
 {
-    const QString source = writeImage(QStringLiteral("x.jpg"));
-    std::unique_ptr<FileFormat> fresh(
-        FileFormat::fileFormat(FileFormat::JPEGType, QStringLiteral("JPEG"), {QStringLiteral("jpg")}));
-    const QString destination = path(QStringLiteral("y.jpg"));
-    ASSERT_TRUE(Processor::sharedProcessor().renameItemAtURL(url(source), format(QStringLiteral("jpg")),
-                                                             url(destination), fresh.get()));
+    const QString source = writeImage(u"x.jpg"_s);
+    std::unique_ptr<FileFormat> fresh(FileFormat::fileFormat(FileFormat::JPEGType, u"JPEG"_s, {u"jpg"_s}));
+    const QString destination = path(u"y.jpg"_s);
+    ASSERT_TRUE(Processor::sharedProcessor().renameItemAtURL(url(source), format(u"jpg"_s), url(destination),
+                                                             fresh.get()));
     // Converted, so the source went to the Trash rather than being renamed.
     EXPECT_TRUE(QFileInfo::exists(destination));
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/x.jpg")));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/x.jpg"_s));
 }
 
 TEST_F(RenameItemTest, ConversionWritesTheNewFileAndTrashesTheSource)
 {
-    const QString source = writeImage(QStringLiteral("Screenshot 1.png"));
-    const QString destination = path(QStringLiteral("Screenshot 1.jpg"));
+    const QString source = writeImage(u"Screenshot 1.png"_s);
+    const QString destination = path(u"Screenshot 1.jpg"_s);
     LogCapture log;
     CorvexError error;
     ASSERT_TRUE(rename(source, destination, &error));
@@ -150,8 +149,8 @@ TEST_F(RenameItemTest, ConversionWritesTheNewFileAndTrashesTheSource)
             << "the conversion is marked as Corvex's";
     }
     EXPECT_FALSE(QFileInfo::exists(source));
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/Screenshot 1.png")));
-    QFile info(trashFolder() + QStringLiteral("/info/Screenshot 1.png.trashinfo"));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/Screenshot 1.png"_s));
+    QFile info(trashFolder() + u"/info/Screenshot 1.png.trashinfo"_s);
     ASSERT_TRUE(info.open(QIODevice::ReadOnly));
     const QByteArray text = info.readAll();
     EXPECT_TRUE(text.contains("[Trash Info]"));
@@ -167,10 +166,8 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
         for (const FileFormat *to : FileFormat::allFileFormats()) {
             if (from == to)
                 continue;
-            SCOPED_TRACE(
-                QString(from->description() + QStringLiteral(" to ") + to->description()).toStdString());
-            const QString stem =
-                from->preferredExtension() + QStringLiteral("-to-") + to->preferredExtension();
+            SCOPED_TRACE(QString(from->description() + u" to "_s + to->description()).toStdString());
+            const QString stem = from->preferredExtension() + u"-to-"_s + to->preferredExtension();
             const QString source = writeImage(stem + QLatin1Char('.') + from->preferredExtension(), image);
             const QString destination = path(stem + QLatin1Char('.') + to->preferredExtension());
             CorvexError error;
@@ -193,85 +190,80 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
 
 TEST_F(RenameItemTest, MissingSourceGivesNoSuchFileAndTheTrashStepFails)
 {
-    const QString source = path(QStringLiteral("gone.png"));
+    const QString source = path(u"gone.png"_s);
     LogCapture log;
     CorvexError error;
-    EXPECT_FALSE(rename(source, path(QStringLiteral("gone.tiff")), &error));
+    EXPECT_FALSE(rename(source, path(u"gone.tiff"_s), &error));
     EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
     EXPECT_EQ(error.code(), 4);
     EXPECT_EQ(error.userInfo().value(CorvexError::URLErrorKey).toUrl(), url(source));
     EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
-    EXPECT_EQ(
-        log.messages(DDLogFlagError),
-        (QStringList{
-            QStringLiteral("Could not create image source for %1 because file does not exist").arg(source),
-            QStringLiteral("Could not move %1 to Trash.").arg(source)}));
-    EXPECT_FALSE(QFileInfo::exists(path(QStringLiteral("gone.tiff"))));
+    EXPECT_EQ(log.messages(DDLogFlagError),
+              (QStringList{u"Could not create image source for %1 because file does not exist"_s.arg(source),
+                           u"Could not move %1 to Trash."_s.arg(source)}));
+    EXPECT_FALSE(QFileInfo::exists(path(u"gone.tiff"_s)));
 }
 
 TEST_F(RenameItemTest, MissingPDFLogsBothPDFLinesFirst)
 {
-    const QString source = path(QStringLiteral("gone.pdf"));
+    const QString source = path(u"gone.pdf"_s);
     LogCapture log;
-    EXPECT_FALSE(rename(source, path(QStringLiteral("gone.png"))));
-    EXPECT_EQ(
-        log.messages(DDLogFlagError),
-        (QStringList{
-            QStringLiteral("Could not open PDF document %1").arg(source),
-            QStringLiteral("Could not get first page of PDF %1").arg(source),
-            QStringLiteral("Could not create image source for %1 because file does not exist").arg(source),
-            QStringLiteral("Could not move %1 to Trash.").arg(source)}));
+    EXPECT_FALSE(rename(source, path(u"gone.png"_s)));
+    EXPECT_EQ(log.messages(DDLogFlagError),
+              (QStringList{u"Could not open PDF document %1"_s.arg(source),
+                           u"Could not get first page of PDF %1"_s.arg(source),
+                           u"Could not create image source for %1 because file does not exist"_s.arg(source),
+                           u"Could not move %1 to Trash."_s.arg(source)}));
     log.clear();
     EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(source), true), QSizeF(0, 0));
     EXPECT_EQ(log.messages(DDLogFlagError),
-              (QStringList{QStringLiteral("Could not open PDF document %1").arg(source),
-                           QStringLiteral("Could not get first page of PDF %1").arg(source)}));
+              (QStringList{u"Could not open PDF document %1"_s.arg(source),
+                           u"Could not get first page of PDF %1"_s.arg(source)}));
 }
 
 TEST_F(RenameItemTest, PDFWithoutPagesLogsOnlyTheMissingPage)
 {
     const QString source = corvex::test::writeFile(
-        path(QStringLiteral("empty.pdf")), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
-                                           "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
-                                           "trailer <</Root 1 0 R>>\n%%EOF\n");
+        path(u"empty.pdf"_s), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
+                              "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
+                              "trailer <</Root 1 0 R>>\n%%EOF\n");
     LogCapture log;
     CorvexError error;
-    EXPECT_FALSE(rename(source, path(QStringLiteral("empty.png")), &error));
+    EXPECT_FALSE(rename(source, path(u"empty.png"_s), &error));
     EXPECT_EQ(error.domain(), CorvexError::CorvexErrorDomain);
     EXPECT_EQ(error.code(), 1);
     const QStringList errors = log.messages(DDLogFlagError);
-    EXPECT_EQ(errors, (QStringList{QStringLiteral("Could not get first page of PDF %1").arg(source),
-                                   QStringLiteral("Could not create image source for %1").arg(source)}));
+    EXPECT_EQ(errors, (QStringList{u"Could not get first page of PDF %1"_s.arg(source),
+                                   u"Could not create image source for %1"_s.arg(source)}));
     // The source is in the Trash, from where it can be taken back.
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/empty.pdf")));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/empty.pdf"_s));
 }
 
 TEST_F(RenameItemTest, UnreadableSourcesGiveTheLoadError)
 {
-    QFile good(writeImage(QStringLiteral("good.png")));
+    QFile good(writeImage(u"good.png"_s));
     ASSERT_TRUE(good.open(QIODevice::ReadOnly));
     const QByteArray bytes = good.readAll();
     // GIF takes a whole decoded image; JPEG and TIFF take a PNG's rows while they are decoded, so a cut PNG
     // fails after its destination was made: that partial file goes again.
-    for (const QString &extension : {QStringLiteral("gif"), QStringLiteral("jpg"), QStringLiteral("tiff")}) {
+    for (const QString &extension : {u"gif"_s, u"jpg"_s, u"tiff"_s}) {
         const QStringList sources{
-            corvex::test::writeFile(path(extension + QStringLiteral("-zero.png")), QByteArray()),
-            corvex::test::writeFile(path(extension + QStringLiteral("-cut.png")),
-                                    bytes.left(bytes.size() - 30)),
-            corvex::test::writeFile(path(extension + QStringLiteral("-notes.png")), "just some text\n")};
+            corvex::test::writeFile(path(extension + u"-zero.png"_s), QByteArray()),
+            corvex::test::writeFile(path(extension + u"-cut.png"_s), bytes.left(bytes.size() - 30)),
+            corvex::test::writeFile(path(extension + u"-notes.png"_s), "just some text\n")};
         for (const QString &source : sources) {
             SCOPED_TRACE(source.toStdString());
             LogCapture log;
             CorvexError error;
             const QString destination = source.chopped(3) + extension;
             EXPECT_FALSE(rename(source, destination, &error));
-            EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
+            EXPECT_EQ(error.domain(), u"Corvex"_s);
             EXPECT_EQ(error.code(), 1);
             EXPECT_EQ(error.localizedFailureReason(),
-                      QStringLiteral("The file \u201c%1\u201d couldn\u2019t be loaded as an image.")
-                          .arg(QFileInfo(source).fileName()));
+                      u"The file \u201c%1\u201d couldn\u2019t be loaded as an image."_s.arg(
+                          QFileInfo(source).fileName()));
             EXPECT_EQ(log.messages(DDLogFlagError),
-                      QStringList{QStringLiteral("Could not create image source for %1").arg(source)});
+                      QStringList{u"Could not create image source for %1"_s.arg(source)});
             EXPECT_FALSE(QFileInfo::exists(destination));
             EXPECT_FALSE(QFileInfo::exists(source));
         }
@@ -287,10 +279,10 @@ TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
             image.setPixel(x, y, qRgba(20, 90, 200, 255));
     image.setDotsPerMeterX(5669); // 144 dpi: 32 by 24 points
     image.setDotsPerMeterY(5669);
-    for (const QString &extension : {QStringLiteral("jpg"), QStringLiteral("tiff")}) {
+    for (const QString &extension : {u"jpg"_s, u"tiff"_s}) {
         SCOPED_TRACE(extension.toStdString());
-        const QString source = writeImage(QStringLiteral("alpha-%1.png").arg(extension), image);
-        const QString destination = path(QStringLiteral("alpha.") + extension);
+        const QString source = writeImage(u"alpha-%1.png"_s.arg(extension), image);
+        const QString destination = path(u"alpha."_s + extension);
         ASSERT_TRUE(rename(source, destination));
         const QSizeF points = Processor::sharedProcessor().imageDimensionsOfURL(url(destination), false);
         EXPECT_NEAR(points.width(), 32, 0.1);
@@ -299,7 +291,7 @@ TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
         ASSERT_NE(written, nullptr);
         const QRgb clear = written->image().pixel(5, 5), blue = written->image().pixel(50, 20);
         EXPECT_LT(qAbs(qBlue(blue) - 200), 8);
-        if (extension == QStringLiteral("jpg"))
+        if (extension == u"jpg"_s)
             EXPECT_GT(qGray(clear), 250) << "transparency is laid over white";
         else
             EXPECT_EQ(qAlpha(clear), 0);
@@ -308,65 +300,63 @@ TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
 
 TEST_F(RenameItemTest, DestinationThatCannotBeCreatedGivesTheWriteError)
 {
-    const QString source = writeImage(QStringLiteral("shot.png"));
-    const QString destination = path(QStringLiteral("missing-folder/shot.bmp"));
+    const QString source = writeImage(u"shot.png"_s);
+    const QString destination = path(u"missing-folder/shot.bmp"_s);
     LogCapture log;
     CorvexError error;
     EXPECT_FALSE(rename(source, destination, &error));
-    EXPECT_EQ(error.domain(), QStringLiteral("Corvex"));
+    EXPECT_EQ(error.domain(), u"Corvex"_s);
     EXPECT_EQ(error.code(), 3);
     EXPECT_EQ(error.localizedFailureReason(),
-              QStringLiteral(
-                  "An error occurred trying to write the Microsoft BMP screenshot to \u201cshot.bmp\u201d."));
-    EXPECT_EQ(log.messages(DDLogFlagError),
-              QStringList{QStringLiteral("Could create image destination at %1 with UTI com.microsoft.bmp")
-                              .arg(destination)});
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + QStringLiteral("/files/shot.png")));
+              u"An error occurred trying to write the Microsoft BMP screenshot to \u201cshot.bmp\u201d."_s);
+    EXPECT_EQ(
+        log.messages(DDLogFlagError),
+        QStringList{u"Could create image destination at %1 with UTI com.microsoft.bmp"_s.arg(destination)});
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/shot.png"_s));
 }
 
 TEST_F(RenameItemTest, FailedEncodingGivesTheFinalizeError)
 {
     // GIF cannot hold an image wider than 65535 pixels.
-    const QString source = writeImage(QStringLiteral("wide.png"), picture(70000, 1));
-    const QString destination = path(QStringLiteral("wide.gif"));
+    const QString source = writeImage(u"wide.png"_s, picture(70000, 1));
+    const QString destination = path(u"wide.gif"_s);
     LogCapture log;
     CorvexError error;
     EXPECT_FALSE(rename(source, destination, &error));
     EXPECT_EQ(error.code(), 2);
     EXPECT_EQ(error.localizedFailureReason(),
-              QStringLiteral("An error occurred finalizing the GIF screenshot to \u201cwide.gif\u201d."));
+              u"An error occurred finalizing the GIF screenshot to \u201cwide.gif\u201d."_s);
     EXPECT_EQ(log.messages(DDLogFlagError),
-              QStringList{QStringLiteral("CGImageDestinationFinalize failed for %1").arg(destination)});
+              QStringList{u"CGImageDestinationFinalize failed for %1"_s.arg(destination)});
 }
 
 TEST_F(RenameItemTest, DropboxExplanationIsAddedToVanishedFiles)
 {
     pretendDropboxSharesScreenshots();
     CorvexError error;
-    EXPECT_FALSE(rename(path(QStringLiteral("vanished.png")), path(QStringLiteral("moved.png")), &error));
+    EXPECT_FALSE(rename(path(u"vanished.png"_s), path(u"moved.png"_s), &error));
     EXPECT_TRUE(qz_isCocoaFileNoSuchFileError(error));
     EXPECT_TRUE(error.localizedRecoverySuggestion().startsWith(
-        QStringLiteral("Do you have \u201cShare screenshots using Dropbox\u201d turned on?")));
+        u"Do you have \u201cShare screenshots using Dropbox\u201d turned on?"_s));
 
     error = CorvexError();
-    EXPECT_FALSE(rename(path(QStringLiteral("vanished.png")), path(QStringLiteral("moved.jpg")), &error));
+    EXPECT_FALSE(rename(path(u"vanished.png"_s), path(u"moved.jpg"_s), &error));
     EXPECT_EQ(error.code(), 4);
     EXPECT_FALSE(error.localizedRecoverySuggestion().isEmpty());
 
     // Other failures are not about Dropbox.
-    const QString existing = corvex::test::writeFile(path(QStringLiteral("taken.png")), "x");
+    const QString existing = corvex::test::writeFile(path(u"taken.png"_s), "x");
     error = CorvexError();
-    EXPECT_FALSE(rename(writeImage(QStringLiteral("real.png")), existing, &error));
+    EXPECT_FALSE(rename(writeImage(u"real.png"_s), existing, &error));
     EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
 }
 
 TEST_F(RenameItemTest, ImageDimensionsOfATIFFAndOfText)
 {
-    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(writeImage(QStringLiteral("plain.tiff"))),
-                                                                false),
+    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(writeImage(u"plain.tiff"_s)), false),
               QSizeF(40, 30));
     EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(
-                  url(corvex::test::writeFile(path(QStringLiteral("t.png")), "text")), false),
+                  url(corvex::test::writeFile(path(u"t.png"_s), "text")), false),
               QSizeF(0, 0));
 }
 
@@ -376,24 +366,23 @@ TEST(CorvexErrors, NoSuchFileRecognition)
     EXPECT_TRUE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::CocoaErrorDomain, 260)));
     EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::CocoaErrorDomain, 516)));
     EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(CorvexError::POSIXErrorDomain, 4)));
-    EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(QStringLiteral("Corvex"), 4)));
+    EXPECT_FALSE(qz_isCocoaFileNoSuchFileError(CorvexError(u"Corvex"_s, 4)));
 }
 
 TEST(CorvexErrors, DropboxDecorationReplacesTheSuggestionAndKeepsTheRest)
 {
-    QVariantMap info{{CorvexError::LocalizedRecoverySuggestionErrorKey, QStringLiteral("Old advice")},
-                     {CorvexError::FilePathErrorKey, QStringLiteral("/x.png")}};
+    QVariantMap info{{CorvexError::LocalizedRecoverySuggestionErrorKey, u"Old advice"_s},
+                     {CorvexError::FilePathErrorKey, u"/x.png"_s}};
     const CorvexError decorated = corvexErrorByAddingDropboxIncompatibilityInformation(
         CorvexError(CorvexError::CocoaErrorDomain, 260, info));
     EXPECT_EQ(decorated.domain(), CorvexError::CocoaErrorDomain);
     EXPECT_EQ(decorated.code(), 260);
-    EXPECT_EQ(decorated.userInfo().value(CorvexError::FilePathErrorKey).toString(), QStringLiteral("/x.png"));
+    EXPECT_EQ(decorated.userInfo().value(CorvexError::FilePathErrorKey).toString(), u"/x.png"_s);
     EXPECT_EQ(decorated.localizedRecoverySuggestion(),
               QStringLiteral(
                   "Do you have \u201cShare screenshots using Dropbox\u201d turned on? That feature is "
                   "currently incompatible with Corvex. Try turning it off in the Dropbox app preferences."));
-    const CorvexError bare =
-        corvexErrorByAddingDropboxIncompatibilityInformation(CorvexError(QStringLiteral("D"), 9));
+    const CorvexError bare = corvexErrorByAddingDropboxIncompatibilityInformation(CorvexError(u"D"_s, 9));
     EXPECT_EQ(bare.userInfo().size(), 1);
 }
 

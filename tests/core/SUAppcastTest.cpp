@@ -6,9 +6,11 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QUrl kBase(QStringLiteral("https://example.org/corvex/appcast.xml"));
+const QUrl kBase(u"https://example.org/corvex/appcast.xml"_s);
 
 TEST(SUAppcastTest, ReadsEveryFieldOfAnItem)
 {

@@ -11,6 +11,8 @@
 #include <QUrlQuery>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
@@ -48,10 +50,9 @@ protected:
     void SetUp() override
     {
         static int count = 0;
-        appsFolder = home() + QStringLiteral("/Applications%1").arg(++count);
+        appsFolder = home() + u"/Applications%1"_s.arg(++count);
         bundlePath = sutest::makeInstalledBundle(appsFolder + "/Corvex.app", "2.0.5", key.publicKeyBase64());
-        preferences =
-            AppUserDefaults::userDefaultsWithBundleIdentifier(QStringLiteral("test.updater%1").arg(count));
+        preferences = AppUserDefaults::userDefaultsWithBundleIdentifier(u"test.updater%1"_s.arg(count));
         updater = std::make_unique<SUUpdater>(Bundle(bundlePath), *preferences);
         updater->setFeedURL(server.url("/appcast.xml"));
         delegate.bundlePath = bundlePath;
@@ -204,7 +205,7 @@ TEST_F(SUUpdaterTest, FeedFaultsEachSayWhatWentWrong)
     EXPECT_THAT(error.localizedDescription().toStdString(), testing::HasSubstr("cannot be reached"));
 
     updater->setFeedURL(QUrl());
-    preferences->setObject(QStringLiteral("not a url"), kSUFeedURLKey);
+    preferences->setObject(u"not a url"_s, kSUFeedURLKey);
     EXPECT_EQ(check(), "failed");
     EXPECT_TRUE(suErrorIs(error, SUError::NoFeedURL));
 }

@@ -1,18 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ScreenshotInfo.h"
+#include "TestSupport.h"
+#include "foundation/Notifications.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogMessage.h"
 #include "logging/DDLogger.h"
 #include "platform/FileAttributes.h"
-#include "foundation/Notifications.h"
 #include "platform/PropertyList.h"
-#include "TestSupport.h"
 
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
 #include <mutex>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,14 +48,13 @@ private:
 
 QString makeShot(const QString &name)
 {
-    return corvex::test::writeFile(corvex::test::home() + QStringLiteral("/Desktop/") + name,
-                                   "not really a PNG");
+    return corvex::test::writeFile(corvex::test::home() + u"/Desktop/"_s + name, "not really a PNG");
 }
 
 TEST(ScreenshotInfoFromFile, ExistingFileGetsAttributesAndAWorkingBookmark)
 {
     ErrorCapture capture;
-    const QString path = makeShot(QStringLiteral("Screen Shot 1.png"));
+    const QString path = makeShot(u"Screen Shot 1.png"_s);
     const ScreenshotInfo info(path, 2);
     EXPECT_EQ(info.filePath(), path);
     EXPECT_EQ(info.screenNumber(), 2);
@@ -65,7 +66,7 @@ TEST(ScreenshotInfoFromFile, ExistingFileGetsAttributesAndAWorkingBookmark)
     EXPECT_TRUE(capture.errors().isEmpty());
 
     // The bookmark follows the file through a rename.
-    const QString renamed = QFileInfo(path).path() + QStringLiteral("/renamed.png");
+    const QString renamed = QFileInfo(path).path() + u"/renamed.png"_s;
     ASSERT_TRUE(QFile::rename(path, renamed));
     EXPECT_EQ(info.filePathByResolvingBookmarkData(), renamed);
 }
@@ -73,35 +74,34 @@ TEST(ScreenshotInfoFromFile, ExistingFileGetsAttributesAndAWorkingBookmark)
 TEST(ScreenshotInfoFromFile, MissingFileIsStillARecordWithTwoErrorLines)
 {
     ErrorCapture capture;
-    const QString path = corvex::test::home() + QStringLiteral("/Desktop/gone.png");
+    const QString path = corvex::test::home() + u"/Desktop/gone.png"_s;
     const ScreenshotInfo info(path, 1);
     EXPECT_EQ(info.filePath(), path);
     EXPECT_EQ(info.screenNumber(), 1);
     EXPECT_FALSE(info.fileAttributes().has_value());
     EXPECT_FALSE(info.bookmarkData().has_value());
     EXPECT_FALSE(info.filePathByResolvingBookmarkData().has_value());
-    const QString reason =
-        QStringLiteral("The file “gone.png” couldn’t be opened because there is no such file.");
+    const QString reason = u"The file “gone.png” couldn’t be opened because there is no such file."_s;
     EXPECT_EQ(capture.errors(),
-              QStringList({QStringLiteral("Could not get file attributes for %1.  %2").arg(path, reason),
-                           QStringLiteral("Could not get bookmark data for %1.  %2").arg(path, reason)}));
+              QStringList({u"Could not get file attributes for %1.  %2"_s.arg(path, reason),
+                           u"Could not get bookmark data for %1.  %2"_s.arg(path, reason)}));
 }
 
 TEST(ScreenshotInfoDictionary, ValuesOfTheWrongTypeLeaveFieldsAbsent)
 {
-    QVariantMap dictionary{{CorvexFilePathKey, QStringLiteral("/tmp/a.png")},
+    QVariantMap dictionary{{CorvexFilePathKey, u"/tmp/a.png"_s},
                            {CorvexNewFilePathKey, qint64(5)},
-                           {CorvexFileAttributesKey, QStringLiteral("not a dictionary")},
+                           {CorvexFileAttributesKey, u"not a dictionary"_s},
                            {CorvexBookmarkDataKey, PropertyList::nullMarker()}};
     ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary(dictionary);
-    EXPECT_EQ(info.filePath(), QStringLiteral("/tmp/a.png"));
+    EXPECT_EQ(info.filePath(), u"/tmp/a.png"_s);
     EXPECT_FALSE(info.targetFilePath().has_value());
     EXPECT_FALSE(info.fileAttributes().has_value());
     EXPECT_FALSE(info.bookmarkData().has_value());
     EXPECT_EQ(info.screenNumber(), 0); // no "screenNum"
 
     dictionary.insert(CorvexFileAttributesKey, PropertyList::nullMarker());
-    dictionary.insert(CorvexBookmarkDataKey, QStringLiteral("text, not data"));
+    dictionary.insert(CorvexBookmarkDataKey, u"text, not data"_s);
     info = ScreenshotInfo::initWithNotificationDictionary(dictionary);
     EXPECT_FALSE(info.fileAttributes().has_value());
     EXPECT_FALSE(info.bookmarkData().has_value());
@@ -115,19 +115,19 @@ TEST(ScreenshotInfoDictionary, ScreenNumberIsReadAsAnInteger)
     };
     EXPECT_EQ(screen(qint64(3)), 3);
     EXPECT_EQ(screen(2.9), 2);
-    EXPECT_EQ(screen(QStringLiteral(" 4th")), 4);
-    EXPECT_EQ(screen(QStringLiteral("screen")), 0);
+    EXPECT_EQ(screen(u" 4th"_s), 4);
+    EXPECT_EQ(screen(u"screen"_s), 0);
     EXPECT_EQ(screen(PropertyList::nullMarker()), 0);
 }
 
 TEST(ScreenshotInfoDictionary, AbsentValuesGoOutAsTheNullMarkerAndTheTargetStaysHome)
 {
-    QVariantMap in{{CorvexFilePathKey, QStringLiteral("/tmp/b.png")},
+    QVariantMap in{{CorvexFilePathKey, u"/tmp/b.png"_s},
                    {CorvexScreenNumberKey, qint64(2)},
-                   {CorvexNewFilePathKey, QStringLiteral("/tmp/c.png")},
+                   {CorvexNewFilePathKey, u"/tmp/c.png"_s},
                    {CorvexBookmarkDataKey, PropertyList::nullMarker()}};
     const ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary(in);
-    ASSERT_EQ(info.targetFilePath(), QStringLiteral("/tmp/c.png"));
+    ASSERT_EQ(info.targetFilePath(), u"/tmp/c.png"_s);
 
     const QVariantMap out = info.notificationDictionary();
     EXPECT_EQ(out.keys(), QStringList({CorvexBookmarkDataKey, CorvexFileAttributesKey, CorvexFilePathKey,
@@ -146,7 +146,7 @@ TEST(ScreenshotInfoDictionary, AbsentValuesGoOutAsTheNullMarkerAndTheTargetStays
 
 TEST(ScreenshotInfoDictionary, FileRecordSurvivesTheWireExactly)
 {
-    const ScreenshotInfo info(makeShot(QStringLiteral("wire.png")), 1);
+    const ScreenshotInfo info(makeShot(u"wire.png"_s), 1);
     const QVariantMap out = info.notificationDictionary();
     const QVariant wire = PropertyList::parse(PropertyList::serialize(out, PropertyList::Format::Binary));
     const ScreenshotInfo back = ScreenshotInfo::initWithNotificationDictionary(wire.toMap());
@@ -157,15 +157,14 @@ TEST(ScreenshotInfoDictionary, FileRecordSurvivesTheWireExactly)
 
 TEST(ScreenshotInfoSetters, SameValueKeepsTheHeldStringAndNewValuesReplaceIt)
 {
-    ScreenshotInfo info =
-        ScreenshotInfo::initWithNotificationDictionary({{CorvexFilePathKey, QStringLiteral("/a")}});
+    ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary({{CorvexFilePathKey, u"/a"_s}});
     const QString held = info.filePath();
     info.setFilePath(QString::fromUtf8("/a")); // equal, but another buffer
     EXPECT_EQ(info.filePath().constData(), held.constData());
-    info.setFilePath(QStringLiteral("/b"));
-    EXPECT_EQ(info.filePath(), QStringLiteral("/b"));
+    info.setFilePath(u"/b"_s);
+    EXPECT_EQ(info.filePath(), u"/b"_s);
 
-    info.setTargetFilePath(QStringLiteral("/t"));
+    info.setTargetFilePath(u"/t"_s);
     const QString target = *info.targetFilePath();
     info.setTargetFilePath(QString::fromUtf8("/t"));
     EXPECT_EQ(info.targetFilePath()->constData(), target.constData());

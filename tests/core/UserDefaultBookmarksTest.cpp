@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/UserDefaultBookmarks.h"
+#include "TestSupport.h"
 #include "core/BookmarkException.h"
 #include "core/BookmarkItem.h"
-#include "TestSupport.h"
 #include "core/UserDefaults.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
 #include <ostream>
+
+using namespace Qt::StringLiterals;
 
 void PrintTo(const QString &text, std::ostream *stream)
 {
@@ -26,8 +28,8 @@ protected:
     void SetUp() override
     {
         static int run = 0;
-        mKey = QStringLiteral("favoriteFolderBookmarks-test-%1").arg(++run);
-        mRoot = corvex::test::home() + QStringLiteral("/favourites-%1").arg(run);
+        mKey = u"favoriteFolderBookmarks-test-%1"_s.arg(++run);
+        mRoot = corvex::test::home() + u"/favourites-%1"_s.arg(run);
     }
 
     QUrl folder(const QString &name)
@@ -78,39 +80,39 @@ TEST_F(UserDefaultBookmarksTest, MovesFollowTableDragArithmetic)
         {{4}, 0, "EABCD"},    {{0}, 5, "BCDEA"},    {{0, 4}, 2, "BAECD"}, {{}, 3, "ABCDE"},
     };
     for (const auto &example : cases) {
-        UserDefaultBookmarks list = listOf(QStringLiteral("ABCDE"));
+        UserDefaultBookmarks list = listOf(u"ABCDE"_s);
         list.moveBookmarkItemsAtIndexes(example.indexes, example.to);
         EXPECT_EQ(namesOf(list), QString::fromLatin1(example.result)) << "moved to " << example.to;
     }
 
     // A move writes nothing until saved.
-    UserDefaultBookmarks list = listOf(QStringLiteral("ABC"));
+    UserDefaultBookmarks list = listOf(u"ABC"_s);
     list.moveBookmarkItemsAtIndexes({2}, 0);
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("ABC"));
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"ABC"_s);
     list.save();
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("CAB"));
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"CAB"_s);
 }
 
 TEST_F(UserDefaultBookmarksTest, InsertAndRemoveSaveAtOnce)
 {
-    UserDefaultBookmarks list = listOf(QStringLiteral("AB"));
-    list.insertURLs({folder(QStringLiteral("X")), folder(QStringLiteral("Y"))}, 1);
-    EXPECT_EQ(namesOf(list), QStringLiteral("AXYB"));
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("AXYB"));
+    UserDefaultBookmarks list = listOf(u"AB"_s);
+    list.insertURLs({folder(u"X"_s), folder(u"Y"_s)}, 1);
+    EXPECT_EQ(namesOf(list), u"AXYB"_s);
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"AXYB"_s);
 
     // The same folder twice is kept twice.
-    list.insertURL(folder(QStringLiteral("A")), 4);
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("AXYBA"));
+    list.insertURL(folder(u"A"_s), 4);
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"AXYBA"_s);
 
     list.removeBookmarkItemsAtIndexes({0, 2});
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("XBA"));
-    EXPECT_EQ(list.bookmarkItemsAtIndexes({0, 2}).at(1)->URL()->fileName(), QStringLiteral("A"));
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"XBA"_s);
+    EXPECT_EQ(list.bookmarkItemsAtIndexes({0, 2}).at(1)->URL()->fileName(), u"A"_s);
 }
 
 TEST_F(UserDefaultBookmarksTest, StoredDataIsKeptAsItIsAndFollowsMovedFolders)
 {
     // Data saved back without any URL request is the very same data, bookmark or not.
-    UserDefaultBookmarks first = listOf(QStringLiteral("AB"));
+    UserDefaultBookmarks first = listOf(u"AB"_s);
     QVariantList data = stored();
     data.append(QByteArray("not a bookmark"));
     UserDefaults::standardUserDefaults().setObject(data, mKey);
@@ -120,13 +122,12 @@ TEST_F(UserDefaultBookmarksTest, StoredDataIsKeptAsItIsAndFollowsMovedFolders)
     EXPECT_EQ(stored(), data);
 
     // A favourite renamed in the file manager is found under its new name.
-    ASSERT_TRUE(QDir().rename(mRoot + QStringLiteral("/A"), mRoot + QStringLiteral("/A moved")));
+    ASSERT_TRUE(QDir().rename(mRoot + u"/A"_s, mRoot + u"/A moved"_s));
     UserDefaultBookmarks afterRename(mKey);
-    EXPECT_EQ(afterRename.bookmarkItemAtIndex(0)->URL(),
-              QUrl::fromLocalFile(mRoot + QStringLiteral("/A moved")));
+    EXPECT_EQ(afterRename.bookmarkItemAtIndex(0)->URL(), QUrl::fromLocalFile(mRoot + u"/A moved"_s));
 
     // Missing or not an array: an empty list.
-    UserDefaults::standardUserDefaults().setObject(QStringLiteral("text"), mKey);
+    UserDefaults::standardUserDefaults().setObject(u"text"_s, mKey);
     EXPECT_EQ(UserDefaultBookmarks(mKey).count(), 0);
     UserDefaults::standardUserDefaults().setObject(QVariant(), mKey);
     EXPECT_EQ(UserDefaultBookmarks(mKey).count(), 0);
@@ -134,13 +135,13 @@ TEST_F(UserDefaultBookmarksTest, StoredDataIsKeptAsItIsAndFollowsMovedFolders)
 
 TEST_F(UserDefaultBookmarksTest, ContainsComparesFilePathsExactly)
 {
-    UserDefaultBookmarks list = listOf(QStringLiteral("AB"));
-    const QUrl b = folder(QStringLiteral("B"));
+    UserDefaultBookmarks list = listOf(u"AB"_s);
+    const QUrl b = folder(u"B"_s);
     EXPECT_TRUE(list.containsURL(b));
-    EXPECT_FALSE(list.containsURL(folder(QStringLiteral("C"))));
+    EXPECT_FALSE(list.containsURL(folder(u"C"_s)));
     QUrl network = b;
-    network.setScheme(QStringLiteral("smb"));
-    network.setHost(QStringLiteral("server"));
+    network.setScheme(u"smb"_s);
+    network.setHost(u"server"_s);
     EXPECT_FALSE(list.containsURL(network));
     EXPECT_FALSE(list.containsURL(QUrl::fromLocalFile(b.toLocalFile() + QLatin1Char('/'))));
 
@@ -158,18 +159,18 @@ TEST_F(UserDefaultBookmarksTest, ProgrammingErrorsThrow)
         empty.bookmarkData();
         ADD_FAILURE() << "no exception";
     } catch (const BookmarkException &exception) {
-        EXPECT_EQ(exception.name(), QStringLiteral("NSInternalInconsistencyException"));
-        EXPECT_EQ(exception.reason(), QStringLiteral("Can not create bookmark data without a URL"));
+        EXPECT_EQ(exception.name(), u"NSInternalInconsistencyException"_s);
+        EXPECT_EQ(exception.reason(), u"Can not create bookmark data without a URL"_s);
     }
     try {
         empty.URL();
         ADD_FAILURE() << "no exception";
     } catch (const BookmarkException &exception) {
         EXPECT_EQ(exception.kind(), BookmarkException::InternalInconsistency);
-        EXPECT_EQ(exception.reason(), QStringLiteral("Can not create a URL without bookmark data"));
+        EXPECT_EQ(exception.reason(), u"Can not create a URL without bookmark data"_s);
     }
 
-    UserDefaultBookmarks list = listOf(QStringLiteral("AB"));
+    UserDefaultBookmarks list = listOf(u"AB"_s);
     const auto kindOf = [](const std::function<void()> &operation) {
         try {
             operation();
@@ -180,17 +181,17 @@ TEST_F(UserDefaultBookmarksTest, ProgrammingErrorsThrow)
     };
     EXPECT_EQ(kindOf([&] { list.bookmarkItemAtIndex(2); }), BookmarkException::Range);
     EXPECT_EQ(kindOf([&] { list.bookmarkItemsAtIndexes({1, 5}); }), BookmarkException::Range);
-    EXPECT_EQ(kindOf([&] { list.insertURL(folder(QStringLiteral("C")), 3); }), BookmarkException::Range);
+    EXPECT_EQ(kindOf([&] { list.insertURL(folder(u"C"_s), 3); }), BookmarkException::Range);
     EXPECT_EQ(kindOf([&] { list.removeBookmarkItemsAtIndexes({0, 2}); }), BookmarkException::Range);
     EXPECT_EQ(kindOf([&] { list.moveBookmarkItemsAtIndexes({0}, 3); }), BookmarkException::Range);
     EXPECT_EQ(kindOf([&] { list.insertURLs({}, 7); }), -1); // nothing to insert: only saved
-    EXPECT_EQ(namesOf(list), QStringLiteral("AB"));
+    EXPECT_EQ(namesOf(list), u"AB"_s);
 
     // A folder that cannot be bookmarked cannot be saved; the list stays as it was.
-    EXPECT_EQ(kindOf([&] { list.insertURL(QUrl::fromLocalFile(mRoot + QStringLiteral("/gone")), 0); }),
+    EXPECT_EQ(kindOf([&] { list.insertURL(QUrl::fromLocalFile(mRoot + u"/gone"_s), 0); }),
               BookmarkException::InvalidArgument);
     EXPECT_EQ(list.count(), 2);
-    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), QStringLiteral("AB"));
+    EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"AB"_s);
 
     // A bookmark that no longer resolves makes URLs() fail.
     QVariantList data = stored();

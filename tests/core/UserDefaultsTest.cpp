@@ -15,9 +15,11 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kDomain = QStringLiteral("com.example.Standard");
+const QString kDomain = u"com.example.Standard"_s;
 
 QStringList keysOf(const QSignalSpy &spy)
 {
@@ -30,25 +32,21 @@ QStringList keysOf(const QSignalSpy &spy)
 TEST(ArgumentDomain, ParsesKeyValuePairsAndPropertyListValues)
 {
     const QVariantMap domain = ArgumentDomain::parse(
-        {QStringLiteral("-screenNum"), QStringLiteral("1"), QStringLiteral("stray"),
-         QStringLiteral("-filePath"), QStringLiteral("/tmp/a b (1).png"), QStringLiteral("-count"),
-         QStringLiteral("<integer>3</integer>"), QStringLiteral("-list"),
-         QStringLiteral("(a, \"b c\", <0aff>)"), QStringLiteral("-dict"), QStringLiteral("{k = v; n = (1);}"),
-         QStringLiteral("-broken"), QStringLiteral("(a,"), QStringLiteral("-negative"), QStringLiteral("-5"),
-         QStringLiteral("-last")});
-    EXPECT_EQ(domain.value(QStringLiteral("screenNum")), QVariant(QStringLiteral("1")));
-    EXPECT_EQ(domain.value(QStringLiteral("filePath")).toString(), QStringLiteral("/tmp/a b (1).png"));
-    EXPECT_EQ(domain.value(QStringLiteral("count")).metaType().id(), QMetaType::LongLong);
-    EXPECT_EQ(domain.value(QStringLiteral("count")).toLongLong(), 3);
-    EXPECT_EQ(domain.value(QStringLiteral("list")).toList(),
-              (QVariantList{QStringLiteral("a"), QStringLiteral("b c"), QByteArray("\x0a\xff")}));
-    const QVariantMap dict = domain.value(QStringLiteral("dict")).toMap();
-    EXPECT_EQ(dict.value(QStringLiteral("k")).toString(), QStringLiteral("v"));
-    EXPECT_EQ(dict.value(QStringLiteral("n")).toList(), QVariantList{QStringLiteral("1")});
-    EXPECT_EQ(domain.value(QStringLiteral("broken")).toString(), QStringLiteral("(a,"));
-    EXPECT_EQ(domain.value(QStringLiteral("negative")).toString(), QStringLiteral("-5"));
-    EXPECT_FALSE(domain.contains(QStringLiteral("last")));
-    EXPECT_FALSE(domain.contains(QStringLiteral("stray")));
+        {u"-screenNum"_s, u"1"_s, u"stray"_s, u"-filePath"_s, u"/tmp/a b (1).png"_s, u"-count"_s,
+         u"<integer>3</integer>"_s, u"-list"_s, u"(a, \"b c\", <0aff>)"_s, u"-dict"_s, u"{k = v; n = (1);}"_s,
+         u"-broken"_s, u"(a,"_s, u"-negative"_s, u"-5"_s, u"-last"_s});
+    EXPECT_EQ(domain.value(u"screenNum"_s), QVariant(u"1"_s));
+    EXPECT_EQ(domain.value(u"filePath"_s).toString(), u"/tmp/a b (1).png"_s);
+    EXPECT_EQ(domain.value(u"count"_s).metaType().id(), QMetaType::LongLong);
+    EXPECT_EQ(domain.value(u"count"_s).toLongLong(), 3);
+    EXPECT_EQ(domain.value(u"list"_s).toList(), (QVariantList{u"a"_s, u"b c"_s, QByteArray("\x0a\xff")}));
+    const QVariantMap dict = domain.value(u"dict"_s).toMap();
+    EXPECT_EQ(dict.value(u"k"_s).toString(), u"v"_s);
+    EXPECT_EQ(dict.value(u"n"_s).toList(), QVariantList{u"1"_s});
+    EXPECT_EQ(domain.value(u"broken"_s).toString(), u"(a,"_s);
+    EXPECT_EQ(domain.value(u"negative"_s).toString(), u"-5"_s);
+    EXPECT_FALSE(domain.contains(u"last"_s));
+    EXPECT_FALSE(domain.contains(u"stray"_s));
 }
 
 class UserDefaultsTest : public testing::Test
@@ -72,26 +70,21 @@ TEST(TypedPreferences, ARealReadAsAnIntegerIsTruncatedAndHeldToTheIntegerRange)
 
 TEST_F(UserDefaultsTest, ArgumentsWinOverTheDomainWhichWinsOverRegistration)
 {
-    UserDefaults defaults(
-        kDomain,
-        {QStringLiteral("-screenNum"), QStringLiteral("2"), QStringLiteral("-flag"), QStringLiteral("NO")},
-        &mStore);
-    defaults.registerDefaults({{QStringLiteral("screenNum"), qint64(9)},
-                               {QStringLiteral("flag"), true},
-                               {QStringLiteral("name"), QStringLiteral("registered")}});
-    defaults.setInteger(5, QStringLiteral("screenNum"));
-    defaults.setObject(QStringLiteral("stored"), QStringLiteral("name"));
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("screenNum")), 2);
-    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("flag")));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("name")), QStringLiteral("stored"));
-    defaults.removeObjectForKey(QStringLiteral("name"));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("name")), QStringLiteral("registered"));
+    UserDefaults defaults(kDomain, {u"-screenNum"_s, u"2"_s, u"-flag"_s, u"NO"_s}, &mStore);
+    defaults.registerDefaults({{u"screenNum"_s, qint64(9)}, {u"flag"_s, true}, {u"name"_s, u"registered"_s}});
+    defaults.setInteger(5, u"screenNum"_s);
+    defaults.setObject(u"stored"_s, u"name"_s);
+    EXPECT_EQ(defaults.integerForKey(u"screenNum"_s), 2);
+    EXPECT_FALSE(defaults.boolForKey(u"flag"_s));
+    EXPECT_EQ(defaults.stringForKey(u"name"_s), u"stored"_s);
+    defaults.removeObjectForKey(u"name"_s);
+    EXPECT_EQ(defaults.stringForKey(u"name"_s), u"registered"_s);
     // The write went to the domain even though the argument hides it.
-    EXPECT_EQ(mStore.value(kDomain, QStringLiteral("screenNum")).toLongLong(), 5);
+    EXPECT_EQ(mStore.value(kDomain, u"screenNum"_s).toLongLong(), 5);
 
     const QVariantMap all = defaults.dictionaryRepresentation();
-    EXPECT_EQ(all.value(QStringLiteral("screenNum")).toString(), QStringLiteral("2"));
-    EXPECT_EQ(all.value(QStringLiteral("name")).toString(), QStringLiteral("registered"));
+    EXPECT_EQ(all.value(u"screenNum"_s).toString(), u"2"_s);
+    EXPECT_EQ(all.value(u"name"_s).toString(), u"registered"_s);
 }
 
 TEST_F(UserDefaultsTest, FactoryDefaultsFillTheRegistrationDomain)
@@ -100,33 +93,31 @@ TEST_F(UserDefaultsTest, FactoryDefaultsFillTheRegistrationDomain)
     EXPECT_EQ(factory.size(), 20);
     UserDefaults defaults(kDomain, {}, &mStore);
     defaults.registerDefaults(factory);
-    EXPECT_TRUE(defaults.boolForKey(QStringLiteral("showCorvexWindow")));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("jpg"));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("openWithBundleIdentifier")),
-              QStringLiteral("com.apple.Preview"));
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("logFontSize")), 9);
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("autoRenameFormat")).isValid());
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("checkForUpdates")).isValid());
+    EXPECT_TRUE(defaults.boolForKey(u"showCorvexWindow"_s));
+    EXPECT_EQ(defaults.stringForKey(u"autoReformatExtension"_s), u"jpg"_s);
+    EXPECT_EQ(defaults.stringForKey(u"openWithBundleIdentifier"_s), u"com.apple.Preview"_s);
+    EXPECT_EQ(defaults.integerForKey(u"logFontSize"_s), 9);
+    EXPECT_FALSE(defaults.objectForKey(u"autoRenameFormat"_s).isValid());
+    EXPECT_FALSE(defaults.objectForKey(u"checkForUpdates"_s).isValid());
     // Nothing of it is written.
     EXPECT_FALSE(mStore.domainExists(kDomain));
 }
 
 TEST_F(UserDefaultsTest, ValueChangedForEveryEffectiveChangeInThisProcess)
 {
-    UserDefaults defaults(kDomain, {QStringLiteral("-pinned"), QStringLiteral("1")}, &mStore);
+    UserDefaults defaults(kDomain, {u"-pinned"_s, u"1"_s}, &mStore);
     AppUserDefaults sameDomain(kDomain, mStore);
     QSignalSpy spy(&defaults, &UserDefaults::valueChanged);
 
-    defaults.setBool(true, QStringLiteral("a"));
-    defaults.setBool(true, QStringLiteral("a"));                    // no change
-    defaults.setInteger(2, QStringLiteral("pinned"));               // hidden by the argument
-    sameDomain.setObject(QStringLiteral("x"), QStringLiteral("b")); // another user of the domain
-    defaults.registerDefaults({{QStringLiteral("c"), qint64(1)}, {QStringLiteral("a"), false}});
-    defaults.registerDefaults({{QStringLiteral("c"), qint64(1)}}); // the same again
-    defaults.removeObjectForKey(QStringLiteral("a"));              // falls back on registered false
-    defaults.setObject(qint64(1), QStringLiteral("c"));            // stored 1 replaces registered 1
-    EXPECT_EQ(keysOf(spy), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
-                                        QStringLiteral("a")}));
+    defaults.setBool(true, u"a"_s);
+    defaults.setBool(true, u"a"_s);       // no change
+    defaults.setInteger(2, u"pinned"_s);  // hidden by the argument
+    sameDomain.setObject(u"x"_s, u"b"_s); // another user of the domain
+    defaults.registerDefaults({{u"c"_s, qint64(1)}, {u"a"_s, false}});
+    defaults.registerDefaults({{u"c"_s, qint64(1)}}); // the same again
+    defaults.removeObjectForKey(u"a"_s);              // falls back on registered false
+    defaults.setObject(qint64(1), u"c"_s);            // stored 1 replaces registered 1
+    EXPECT_EQ(keysOf(spy), (QStringList{u"a"_s, u"b"_s, u"c"_s, u"a"_s}));
 }
 
 TEST_F(UserDefaultsTest, ValueChangedArrivesOnTheObjectsThreadForWritesFromOtherThreads)
@@ -136,9 +127,9 @@ TEST_F(UserDefaultsTest, ValueChangedArrivesOnTheObjectsThreadForWritesFromOther
     QObject::connect(&defaults, &UserDefaults::valueChanged, &defaults, [&](const QString &) {
         onMainThread.append(QThread::currentThread() == defaults.thread());
     });
-    std::thread worker([&] { defaults.setInteger(3, QStringLiteral("fromWorker")); });
+    std::thread worker([&] { defaults.setInteger(3, u"fromWorker"_s); });
     worker.join();
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("fromWorker")), 3);
+    EXPECT_EQ(defaults.integerForKey(u"fromWorker"_s), 3);
     ASSERT_TRUE(corvex::test::waitUntil([&] { return !onMainThread.isEmpty(); }));
     EXPECT_EQ(onMainThread, QList<bool>{true});
 }
@@ -146,45 +137,41 @@ TEST_F(UserDefaultsTest, ValueChangedArrivesOnTheObjectsThreadForWritesFromOther
 TEST_F(UserDefaultsTest, AnotherProcessesWriteIsAnnouncedWithoutAskingForIt)
 {
     // The shared store, so that `corvex defaults` (another process) writes the same files.
-    const QString domain = QStringLiteral("com.example.Watched");
+    const QString domain = u"com.example.Watched"_s;
     UserDefaults defaults(domain);
-    defaults.setObject(QStringLiteral("old"), QStringLiteral("kept"));
-    defaults.setObject(QStringLiteral("before"), QStringLiteral("changed"));
+    defaults.setObject(u"old"_s, u"kept"_s);
+    defaults.setObject(u"before"_s, u"changed"_s);
     QSignalSpy spy(&defaults, &UserDefaults::valueChanged);
 
-    auto result = corvex::test::runCli({QStringLiteral("defaults"), QStringLiteral("write"), domain,
-                                        QStringLiteral("changed"), QStringLiteral("after")});
+    auto result = corvex::test::runCli({u"defaults"_s, u"write"_s, domain, u"changed"_s, u"after"_s});
     ASSERT_EQ(result.exitCode, 0) << result.err.constData();
     ASSERT_TRUE(corvex::test::waitUntil([&] { return spy.count() >= 1; }, std::chrono::milliseconds(3000)));
-    EXPECT_EQ(keysOf(spy), QStringList{QStringLiteral("changed")});
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("changed")), QStringLiteral("after"));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("kept")), QStringLiteral("old"));
+    EXPECT_EQ(keysOf(spy), QStringList{u"changed"_s});
+    EXPECT_EQ(defaults.stringForKey(u"changed"_s), u"after"_s);
+    EXPECT_EQ(defaults.stringForKey(u"kept"_s), u"old"_s);
 
     // An explicit synchronize reveals a change too, and announces it once.
-    result = corvex::test::runCli({QStringLiteral("defaults"), QStringLiteral("write"), domain,
-                                   QStringLiteral("added"), QStringLiteral("-int"), QStringLiteral("4")});
+    result = corvex::test::runCli({u"defaults"_s, u"write"_s, domain, u"added"_s, u"-int"_s, u"4"_s});
     ASSERT_EQ(result.exitCode, 0) << result.err.constData();
     EXPECT_TRUE(defaults.synchronize());
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("added")), 4);
+    EXPECT_EQ(defaults.integerForKey(u"added"_s), 4);
     // A later write's announcement comes after any second one of the same change.
-    result = corvex::test::runCli({QStringLiteral("defaults"), QStringLiteral("write"), domain,
-                                   QStringLiteral("last"), QStringLiteral("x")});
-    ASSERT_TRUE(corvex::test::waitUntil([&] { return keysOf(spy).contains(QStringLiteral("last")); }));
-    EXPECT_EQ(keysOf(spy),
-              (QStringList{QStringLiteral("changed"), QStringLiteral("added"), QStringLiteral("last")}));
+    result = corvex::test::runCli({u"defaults"_s, u"write"_s, domain, u"last"_s, u"x"_s});
+    ASSERT_TRUE(corvex::test::waitUntil([&] { return keysOf(spy).contains(u"last"_s); }));
+    EXPECT_EQ(keysOf(spy), (QStringList{u"changed"_s, u"added"_s, u"last"_s}));
 }
 
 TEST_F(UserDefaultsTest, StandardDefaultsUseTheSetDomainAndTheProcessArguments)
 {
-    ASSERT_TRUE(UserDefaults::setStandardDomain(QStringLiteral("com.example.StandardDomain")));
+    ASSERT_TRUE(UserDefaults::setStandardDomain(u"com.example.StandardDomain"_s));
     UserDefaults &standard = UserDefaults::standardUserDefaults();
     EXPECT_EQ(&standard, &UserDefaults::standardUserDefaults());
-    EXPECT_EQ(standard.domain(), QStringLiteral("com.example.StandardDomain"));
+    EXPECT_EQ(standard.domain(), u"com.example.StandardDomain"_s);
     EXPECT_EQ(UserDefaults::standardDomain(), standard.domain());
-    EXPECT_FALSE(UserDefaults::setStandardDomain(QStringLiteral("com.example.Late")));
+    EXPECT_FALSE(UserDefaults::setStandardDomain(u"com.example.Late"_s));
     EXPECT_EQ(standard.thread(), QCoreApplication::instance()->thread());
-    standard.setBool(true, QStringLiteral("flag"));
-    EXPECT_TRUE(PreferenceStore::shared().value(standard.domain(), QStringLiteral("flag")).toBool());
+    standard.setBool(true, u"flag"_s);
+    EXPECT_TRUE(PreferenceStore::shared().value(standard.domain(), u"flag"_s).toBool());
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Device
@@ -22,15 +24,15 @@ struct Device
 // A PCI device list in the layout of /sys/bus/pci/devices.
 QString makeDeviceList(const QTemporaryDir &dir, const std::vector<Device> &devices)
 {
-    const QString root = dir.filePath(QStringLiteral("devices"));
+    const QString root = dir.filePath(u"devices"_s);
     QDir().mkpath(root);
     for (const Device &device : devices) {
         const QString folder = root + QLatin1Char('/') + QLatin1String(device.address);
         QDir().mkpath(folder);
         if (device.classCode)
-            corvex::test::writeFile(folder + QStringLiteral("/class"), QByteArray(device.classCode) + '\n');
-        corvex::test::writeFile(folder + QStringLiteral("/vendor"), QByteArray(device.vendor) + '\n');
-        corvex::test::writeFile(folder + QStringLiteral("/device"), QByteArray(device.device) + '\n');
+            corvex::test::writeFile(folder + u"/class"_s, QByteArray(device.classCode) + '\n');
+        corvex::test::writeFile(folder + u"/vendor"_s, QByteArray(device.vendor) + '\n');
+        corvex::test::writeFile(folder + u"/device"_s, QByteArray(device.device) + '\n');
     }
     return root;
 }
@@ -54,9 +56,9 @@ TEST(VideoHardwareInfoTest, InterrogationKeepsDisplayControllersInBusOrder)
     VideoHardwareInfo info(makeDeviceList(dir, kMachine));
     info.interrogateHardware();
     ASSERT_EQ(info.serviceCount(), 3u);
-    EXPECT_TRUE(info.service(0).endsWith(QStringLiteral("0000:00:02.0")));
-    EXPECT_TRUE(info.service(1).endsWith(QStringLiteral("0000:01:00.0")));
-    EXPECT_TRUE(info.service(2).endsWith(QStringLiteral("0000:04:00.0")));
+    EXPECT_TRUE(info.service(0).endsWith(u"0000:00:02.0"_s));
+    EXPECT_TRUE(info.service(1).endsWith(u"0000:01:00.0"_s));
+    EXPECT_TRUE(info.service(2).endsWith(u"0000:04:00.0"_s));
     EXPECT_TRUE(info.service(3).isEmpty());
 }
 
@@ -88,8 +90,7 @@ TEST(VideoHardwareInfoTest, SelectionReadsIdsUpToAndIncludingTheCount)
         info.selectDevice(c.index);
         EXPECT_EQ(info.vendorID(), c.vendor);
         EXPECT_EQ(info.deviceID(), c.device);
-        EXPECT_EQ(log.messages(DDLogFlagError).contains(QStringLiteral("Bad service count index")),
-                  c.badIndex);
+        EXPECT_EQ(log.messages(DDLogFlagError).contains(u"Bad service count index"_s), c.badIndex);
     }
 }
 
@@ -105,9 +106,9 @@ TEST(VideoHardwareInfoTest, NoControllersOrNoDeviceListLeavesIdsAtZero)
         EXPECT_EQ(info.serviceCount(), 0u);
         EXPECT_EQ(info.vendorID(), 0u);
         EXPECT_EQ(info.deviceID(), 0u);
-        EXPECT_TRUE(log.messages(DDLogFlagError).filter(QStringLiteral("Bad service count")).isEmpty());
-        EXPECT_EQ(log.messages(DDLogFlagError).contains(QStringLiteral("No matching IOPCIDevice services!")),
-                  devices.endsWith(QStringLiteral("absent")));
+        EXPECT_TRUE(log.messages(DDLogFlagError).filter(u"Bad service count"_s).isEmpty());
+        EXPECT_EQ(log.messages(DDLogFlagError).contains(u"No matching IOPCIDevice services!"_s),
+                  devices.endsWith(u"absent"_s));
     }
 }
 
@@ -116,34 +117,33 @@ TEST(VideoHardwareInfoTest, AtMostSixteenControllersAreKept)
     QTemporaryDir dir;
     std::vector<QByteArray> addresses;
     for (int i = 0; i < 20; ++i)
-        addresses.push_back(QStringLiteral("0000:%1:00.0").arg(i, 2, 16, QLatin1Char('0')).toLatin1());
+        addresses.push_back(u"0000:%1:00.0"_s.arg(i, 2, 16, QLatin1Char('0')).toLatin1());
     std::vector<Device> devices;
     for (const QByteArray &address : addresses)
         devices.push_back({address.constData(), "0x030000", "0x10de", "0x1c82"});
     VideoHardwareInfo info(makeDeviceList(dir, devices));
     info.interrogateHardware();
     EXPECT_EQ(info.serviceCount(), 16u);
-    EXPECT_TRUE(info.service(15).endsWith(QStringLiteral("0000:0f:00.0")));
+    EXPECT_TRUE(info.service(15).endsWith(u"0000:0f:00.0"_s));
     info.selectDevice(16);
     EXPECT_EQ(info.vendorID(), 0u); // the slot past the array reads nothing
 }
 
 TEST(VideoHardwareInfoTest, VendorAndModelNames)
 {
-    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x1002), QStringLiteral("ATI"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x10de), QStringLiteral("NVIDIA"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x8086), QStringLiteral("Intel"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x15ad), QStringLiteral("Unknown"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0), QStringLiteral("Unknown"));
+    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x1002), u"ATI"_s);
+    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x10de), u"NVIDIA"_s);
+    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x8086), u"Intel"_s);
+    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0x15ad), u"Unknown"_s);
+    EXPECT_EQ(VideoHardwareInfo::translateVideoVendorID(0), u"Unknown"_s);
 
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("table.plist"));
-    const QVariantMap written{
-        {QStringLiteral("0x10de"), QVariantMap{{QStringLiteral("0x1c82"), "GTX 1050 Ti"}}},
-        {QStringLiteral("0x1234"), QStringLiteral("not a dictionary")}};
+    const QString path = dir.filePath(u"table.plist"_s);
+    const QVariantMap written{{u"0x10de"_s, QVariantMap{{u"0x1c82"_s, "GTX 1050 Ti"}}},
+                              {u"0x1234"_s, u"not a dictionary"_s}};
     corvex::test::writeFile(path, PropertyList::serialize(written, PropertyList::Format::Xml));
     const QVariantMap table = VideoHardwareInfo::readTranslationTable(path);
-    const QVariantMap missing = VideoHardwareInfo::readTranslationTable(dir.filePath(QStringLiteral("none")));
+    const QVariantMap missing = VideoHardwareInfo::readTranslationTable(dir.filePath(u"none"_s));
     EXPECT_TRUE(missing.isEmpty());
     struct Case
     {
@@ -168,22 +168,20 @@ TEST(VideoHardwareInfoTest, BuiltTableNamesDisplayControllersOnly)
     const QString path = VideoHardwareInfo::translationTablePath();
     ASSERT_TRUE(QFileInfo::exists(path)) << qPrintable(path);
     const QVariantMap table = VideoHardwareInfo::readTranslationTable(path);
-    const QRegularExpression id(QStringLiteral("^0x[0-9a-f]{4}$"));
+    const QRegularExpression id(u"^0x[0-9a-f]{4}$"_s);
     for (const char *vendor : {"0x1002", "0x10de", "0x8086", "0x15ad"}) {
         const QVariantMap models = table.value(QLatin1String(vendor)).toMap();
         EXPECT_FALSE(models.isEmpty()) << vendor;
         for (auto it = models.cbegin(); it != models.cend(); ++it) {
             EXPECT_TRUE(id.match(it.key()).hasMatch()) << qPrintable(it.key());
-            EXPECT_FALSE(it.value().toString().contains(QStringLiteral("Audio")))
-                << qPrintable(it.value().toString());
-            EXPECT_FALSE(it.value().toString().contains(QStringLiteral("USB")))
-                << qPrintable(it.value().toString());
+            EXPECT_FALSE(it.value().toString().contains(u"Audio"_s)) << qPrintable(it.value().toString());
+            EXPECT_FALSE(it.value().toString().contains(u"USB"_s)) << qPrintable(it.value().toString());
         }
     }
     // Through the process-wide table: a known card, a virtual adapter, a device that is no display
     // controller.
     EXPECT_THAT(VideoHardwareInfo::translateVideoDeviceID(0x1c82, 0x10de).toStdString(),
                 testing::HasSubstr("GeForce GTX 1050 Ti"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoDeviceID(0x0405, 0x15ad), QStringLiteral("SVGA II Adapter"));
-    EXPECT_EQ(VideoHardwareInfo::translateVideoDeviceID(0x0fb9, 0x10de), QStringLiteral("0x0fb9"));
+    EXPECT_EQ(VideoHardwareInfo::translateVideoDeviceID(0x0405, 0x15ad), u"SVGA II Adapter"_s);
+    EXPECT_EQ(VideoHardwareInfo::translateVideoDeviceID(0x0fb9, 0x10de), u"0x0fb9"_s);
 }

@@ -26,6 +26,8 @@
 #include <QPushButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::waitUntil;
 
 namespace {
@@ -40,8 +42,7 @@ protected:
         UserDefaults::standardUserDefaults().registerDefaults(factoryDefaults());
         sController = new SS_PrefsController(kPanes);
         sController->setAlwaysShowsToolbar(true);
-        sController->setPanesOrder(
-            {QStringLiteral("General"), QStringLiteral("Advanced"), QStringLiteral("Updates")});
+        sController->setPanesOrder({u"General"_s, u"Advanced"_s, u"Updates"_s});
     }
     static void TearDownTestSuite()
     {
@@ -68,8 +69,7 @@ SS_PrefsController *PreferencePanesTest::sController = nullptr;
 
 TEST_F(PreferencePanesTest, TheThreeBundlesLoadInTheirOrder)
 {
-    EXPECT_EQ(sController->panesOrder(), (QStringList{QStringLiteral("General"), QStringLiteral("Advanced"),
-                                                      QStringLiteral("Updates")}));
+    EXPECT_EQ(sController->panesOrder(), (QStringList{u"General"_s, u"Advanced"_s, u"Updates"_s}));
     for (const QString &name : sController->panesOrder()) {
         QWidget *view = show(name);
         ASSERT_NE(view, nullptr) << qPrintable(name);
@@ -93,13 +93,13 @@ TEST_F(PreferencePanesTest, TheThreeBundlesLoadInTheirOrder)
 TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
 {
     const QList<QPair<QString, QStringList>> panes{
-        {QStringLiteral("General"),
+        {u"General"_s,
          {kShowCorvexWindowKey, kUseLastDirectoryAndExtensionValuesKey, kHideExtensionKey,
           kQuitAppAfterLastWindowClosedKey, kStartAtLogInKey, kAllowAgentToRunInBackgroundKey,
           kShowMenuIconKey, kGrayscaleMenuIconKey}},
-        {QStringLiteral("Advanced"),
+        {u"Advanced"_s,
          {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey, kUseLenientTimeParserKey}},
-        {QStringLiteral("Updates"), {kCheckForUpdatesKey}},
+        {u"Updates"_s, {kCheckForUpdatesKey}},
     };
     for (const auto &[pane, keys] : panes) {
         QWidget *view = show(pane);
@@ -122,7 +122,7 @@ TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
 
 TEST_F(PreferencePanesTest, AChangedStepReachesTheAgentsDecision)
 {
-    QWidget *view = show(QStringLiteral("Advanced"));
+    QWidget *view = show(u"Advanced"_s);
     ASSERT_NE(view, nullptr);
     for (const QString &key : {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey})
         defaults().setBool(false, key);
@@ -136,13 +136,13 @@ TEST_F(PreferencePanesTest, AChangedStepReachesTheAgentsDecision)
 
 TEST_F(PreferencePanesTest, PatternEditorStoresPiecesAndPreviewsWithoutAdvancingTheCounter)
 {
-    QWidget *view = show(QStringLiteral("Advanced"));
+    QWidget *view = show(u"Advanced"_s);
     ASSERT_NE(view, nullptr);
     defaults().setBool(true, kAutoRenameKey);
     defaults().setBool(false, kAutoReformatKey);
     defaults().setInteger(41, kAutoRenameCountKey);
-    auto *edit = view->findChild<QLineEdit *>(QStringLiteral("renamePattern"));
-    auto *preview = view->findChild<QLabel *>(QStringLiteral("renamePreview"));
+    auto *edit = view->findChild<QLineEdit *>(u"renamePattern"_s);
+    auto *preview = view->findChild<QLabel *>(u"renamePreview"_s);
     ASSERT_TRUE(edit && preview);
 
     struct Case
@@ -150,33 +150,29 @@ TEST_F(PreferencePanesTest, PatternEditorStoresPiecesAndPreviewsWithoutAdvancing
         QString typed;
         QString stored;
     };
-    for (const Case &c :
-         {Case{QStringLiteral("Shot $Counter3$_$Counter1$"), QStringLiteral("Shot :$Counter3$:_:$Counter1$")},
-          Case{QStringLiteral("$DateYYYY$-$Nope$"), QStringLiteral("$DateYYYY$:-$Nope$")},
-          Case{QStringLiteral("a:b"), QStringLiteral("ab")}}) {
+    for (const Case &c : {Case{u"Shot $Counter3$_$Counter1$"_s, u"Shot :$Counter3$:_:$Counter1$"_s},
+                          Case{u"$DateYYYY$-$Nope$"_s, u"$DateYYYY$:-$Nope$"_s}, Case{u"a:b"_s, u"ab"_s}}) {
         edit->clear();
         edit->setFocus();
         QTest::keyClicks(edit, c.typed);
         EXPECT_EQ(defaults().stringForKey(kAutoRenameFormatKey), c.stored) << qPrintable(c.typed);
     }
 
-    defaults().setObject(QStringLiteral("Shot :$Counter3$:_:$Counter1$:/:$Unknown$"), kAutoRenameFormatKey);
-    EXPECT_EQ(edit->text(), QStringLiteral("Shot $Counter3$_$Counter1$/$Unknown$"));
-    EXPECT_TRUE(preview->text().endsWith(QStringLiteral("Shot 042_43:$Unknown$.png")))
-        << qPrintable(preview->text());
+    defaults().setObject(u"Shot :$Counter3$:_:$Counter1$:/:$Unknown$"_s, kAutoRenameFormatKey);
+    EXPECT_EQ(edit->text(), u"Shot $Counter3$_$Counter1$/$Unknown$"_s);
+    EXPECT_TRUE(preview->text().endsWith(u"Shot 042_43:$Unknown$.png"_s)) << qPrintable(preview->text());
     EXPECT_EQ(defaults().integerForKey(kAutoRenameCountKey), 41);
 
-    view->findChild<QPushButton *>(QStringLiteral("resetCounter"))->click();
+    view->findChild<QPushButton *>(u"resetCounter"_s)->click();
     EXPECT_EQ(defaults().integerForKey(kAutoRenameCountKey), 0);
-    EXPECT_TRUE(waitUntil([&] {
-        return preview->text().endsWith(QStringLiteral("Shot 001_2:$Unknown$.png"));
-    })) << qPrintable(preview->text());
-    EXPECT_TRUE(view->findChild<QLabel *>(QStringLiteral("counterValue"))->text().contains(QLatin1Char('0')));
+    EXPECT_TRUE(waitUntil([&] { return preview->text().endsWith(u"Shot 001_2:$Unknown$.png"_s); }))
+        << qPrintable(preview->text());
+    EXPECT_TRUE(view->findChild<QLabel *>(u"counterValue"_s)->text().contains(QLatin1Char('0')));
 }
 
 TEST_F(PreferencePanesTest, TokenMenuOffersEveryToken)
 {
-    QWidget *view = show(QStringLiteral("Advanced"));
+    QWidget *view = show(u"Advanced"_s);
     ASSERT_NE(view, nullptr);
     QStringList offered;
     for (QAction *action : view->findChildren<QAction *>())
@@ -189,40 +185,40 @@ TEST_F(PreferencePanesTest, TokenMenuOffersEveryToken)
 
 TEST_F(PreferencePanesTest, FormatsApplicationsAndFoldersThatAreGoneStayVisible)
 {
-    QWidget *view = show(QStringLiteral("Advanced"));
+    QWidget *view = show(u"Advanced"_s);
     ASSERT_NE(view, nullptr);
-    auto *formats = view->findChild<QComboBox *>(QStringLiteral("autoReformatFormat"));
+    auto *formats = view->findChild<QComboBox *>(u"autoReformatFormat"_s);
     ASSERT_EQ(formats->count(), 6);
     formats->setCurrentIndex(4);
     Q_EMIT formats->activated(4); // as the user's choice
-    EXPECT_EQ(defaults().stringForKey(kAutoReformatExtensionKey), QStringLiteral("png"));
-    defaults().setObject(QStringLiteral("tiff"), kAutoReformatExtensionKey);
+    EXPECT_EQ(defaults().stringForKey(kAutoReformatExtensionKey), u"png"_s);
+    defaults().setObject(u"tiff"_s, kAutoReformatExtensionKey);
     EXPECT_EQ(formats->currentIndex(), 5);
 
-    auto *apps = view->findChild<QComboBox *>(QStringLiteral("openWithApplication"));
+    auto *apps = view->findChild<QComboBox *>(u"openWithApplication"_s);
     ASSERT_NE(apps, nullptr);
-    defaults().setObject(QStringLiteral("org.example.Gone"), kOpenWithBundleIdentifierKey);
-    EXPECT_TRUE(apps->currentText().contains(QStringLiteral("not installed")));
-    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), QStringLiteral("org.example.Gone"));
+    defaults().setObject(u"org.example.Gone"_s, kOpenWithBundleIdentifierKey);
+    EXPECT_TRUE(apps->currentText().contains(u"not installed"_s));
+    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), u"org.example.Gone"_s);
     Q_EMIT apps->activated(0);
-    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), QStringLiteral("com.apple.Preview"));
-    EXPECT_FALSE(apps->currentText().contains(QStringLiteral("not installed")));
+    EXPECT_EQ(defaults().stringForKey(kOpenWithBundleIdentifierKey), u"com.apple.Preview"_s);
+    EXPECT_FALSE(apps->currentText().contains(u"not installed"_s));
 
     QTemporaryDir folder;
     defaults().setObject(folder.path(), kAutoMoveFolderKey);
-    auto *missing = view->findChild<QLabel *>(QStringLiteral("autoMoveFolderMissing"));
+    auto *missing = view->findChild<QLabel *>(u"autoMoveFolderMissing"_s);
     EXPECT_FALSE(missing->isVisibleTo(view));
-    defaults().setObject(QString(folder.path() + QStringLiteral("/gone")), kAutoMoveFolderKey);
+    defaults().setObject(QString(folder.path() + u"/gone"_s), kAutoMoveFolderKey);
     EXPECT_TRUE(missing->isVisibleTo(view));
 }
 
 TEST_F(PreferencePanesTest, FavouritesAddRemoveAndReorderReachTheStoredList)
 {
-    QWidget *view = show(QStringLiteral("General"));
+    QWidget *view = show(u"General"_s);
     ASSERT_NE(view, nullptr);
     defaults().removeObjectForKey(kFavoriteFolderBookmarksKey);
-    QWidget *editor = view->findChild<QWidget *>(QStringLiteral("favoriteFoldersEditor"));
-    auto *list = view->findChild<QListWidget *>(QStringLiteral("favoriteFoldersList"));
+    QWidget *editor = view->findChild<QWidget *>(u"favoriteFoldersEditor"_s);
+    auto *list = view->findChild<QListWidget *>(u"favoriteFoldersList"_s);
     ASSERT_TRUE(editor && list);
     ASSERT_TRUE(waitUntil([&] { return list->count() == 0; }));
 
@@ -247,7 +243,7 @@ TEST_F(PreferencePanesTest, FavouritesAddRemoveAndReorderReachTheStoredList)
     EXPECT_FALSE(added);
     EXPECT_EQ(stored().size(), 3);
     ASSERT_EQ(list->count(), 3);
-    EXPECT_TRUE(list->item(0)->text().startsWith(QStringLiteral("A\n")));
+    EXPECT_TRUE(list->item(0)->text().startsWith(u"A\n"_s));
 
     const auto button = [&](const QString &name) {
         for (auto *b : view->findChildren<QPushButton *>())
@@ -257,30 +253,29 @@ TEST_F(PreferencePanesTest, FavouritesAddRemoveAndReorderReachTheStoredList)
     };
     list->clearSelection();
     list->item(2)->setSelected(true);
-    button(QStringLiteral("Move the selected favourite folders up"))->click();
+    button(u"Move the selected favourite folders up"_s)->click();
     EXPECT_EQ(stored(), (QList<QUrl>{folders[0], folders[2], folders[1]}));
     EXPECT_TRUE(list->item(1)->isSelected());
-    button(QStringLiteral("Move the selected favourite folders down"))->click();
+    button(u"Move the selected favourite folders down"_s)->click();
     EXPECT_EQ(stored(), folders);
     list->clearSelection();
     list->item(0)->setSelected(true);
-    button(QStringLiteral("Remove the selected favourite folders"))->click();
+    button(u"Remove the selected favourite folders"_s)->click();
     EXPECT_EQ(stored(), (QList<QUrl>{folders[1], folders[2]}));
 
     // A favourite deleted while the list is open is greyed with a tooltip.
     ASSERT_TRUE(QDir(folders[2].toLocalFile()).removeRecursively());
     EXPECT_TRUE(waitUntil([&] {
-        return list->count() == 2 &&
-               list->item(1)->toolTip().contains(QStringLiteral("can no longer be found"));
+        return list->count() == 2 && list->item(1)->toolTip().contains(u"can no longer be found"_s);
     }));
     EXPECT_EQ(list->item(0)->toolTip(), folders[1].toLocalFile());
 }
 
 TEST_F(PreferencePanesTest, CheckNowIsEnabledOnlyWithAnUpdater)
 {
-    QWidget *view = show(QStringLiteral("Updates"));
+    QWidget *view = show(u"Updates"_s);
     ASSERT_NE(view, nullptr);
-    auto *checkNow = view->findChild<QPushButton *>(QStringLiteral("checkNow"));
+    auto *checkNow = view->findChild<QPushButton *>(u"checkNow"_s);
     ASSERT_NE(checkNow, nullptr);
     sController->setCheckForUpdatesHandler({});
     EXPECT_FALSE(checkNow->isEnabled());
@@ -292,11 +287,11 @@ TEST_F(PreferencePanesTest, CheckNowIsEnabledOnlyWithAnUpdater)
     EXPECT_EQ(checks, 1);
     sController->setCheckForUpdatesHandler({});
 
-    auto *lastCheck = view->findChild<QLabel *>(QStringLiteral("lastCheck"));
-    defaults().removeObjectForKey(QStringLiteral("SULastCheckTime"));
-    EXPECT_EQ(lastCheck->text(), QStringLiteral("Never"));
-    defaults().setObject(QDateTime(QDate(2026, 3, 5), QTime(9, 7)), QStringLiteral("SULastCheckTime"));
-    EXPECT_TRUE(lastCheck->text().contains(QStringLiteral("2026"))) << qPrintable(lastCheck->text());
+    auto *lastCheck = view->findChild<QLabel *>(u"lastCheck"_s);
+    defaults().removeObjectForKey(u"SULastCheckTime"_s);
+    EXPECT_EQ(lastCheck->text(), u"Never"_s);
+    defaults().setObject(QDateTime(QDate(2026, 3, 5), QTime(9, 7)), u"SULastCheckTime"_s);
+    EXPECT_TRUE(lastCheck->text().contains(u"2026"_s)) << qPrintable(lastCheck->text());
 }
 
 } // namespace

@@ -22,6 +22,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::waitUntil;
 
 namespace {
@@ -37,8 +39,8 @@ public:
     {
         // Numbered, so that they load in the order given.
         for (qsizetype i = 0; i < bundles.size(); ++i)
-            QFile::link(kBundles + QLatin1Char('/') + bundles.at(i) + QStringLiteral(".preferencePane"),
-                        path() + QStringLiteral("/%1-%2.preferencePane").arg(i).arg(bundles.at(i)));
+            QFile::link(kBundles + QLatin1Char('/') + bundles.at(i) + u".preferencePane"_s,
+                        path() + u"/%1-%2.preferencePane"_s.arg(i).arg(bundles.at(i)));
     }
     QString path() const { return mDir.path(); }
 
@@ -56,48 +58,44 @@ class PrefsControllerTest : public ::testing::Test
 {
 protected:
     void SetUp() override { UserDefaults::standardUserDefaults().removeObjectForKey(lastPaneKey()); }
-    static QString lastPaneKey()
-    {
-        return QStringLiteral("com.ostrel.Corvex_Preferences_Last_Pane_Defaults_Key");
-    }
+    static QString lastPaneKey() { return u"com.ostrel.Corvex_Preferences_Last_Pane_Defaults_Key"_s; }
 };
 
 TEST_F(PrefsControllerTest, LoadsPaneBundlesAndSkipsFaultyOnes)
 {
-    PaneFolder folder({QStringLiteral("TestPanes"), QStringLiteral("DuplicateClass"),
-                       QStringLiteral("NoPrincipalClass"), QStringLiteral("NotAPane")});
+    PaneFolder folder({u"TestPanes"_s, u"DuplicateClass"_s, u"NoPrincipalClass"_s, u"NotAPane"_s});
     // A bundle whose plugin is not a library at all, and a folder that is no bundle.
-    corvex::test::writeFile(folder.path() + QStringLiteral("/Corrupt.preferencePane/Contents/Info.plist"),
+    corvex::test::writeFile(folder.path() + u"/Corrupt.preferencePane/Contents/Info.plist"_s,
                             R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
 <key>CFBundleExecutable</key><string>libCorrupt.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
 </dict></plist>)");
-    corvex::test::writeFile(folder.path() + QStringLiteral("/Corrupt.preferencePane/Contents/libCorrupt.so"),
+    corvex::test::writeFile(folder.path() + u"/Corrupt.preferencePane/Contents/libCorrupt.so"_s,
                             "not a library");
-    QDir().mkpath(folder.path() + QStringLiteral("/Empty.preferencePane"));
+    QDir().mkpath(folder.path() + u"/Empty.preferencePane"_s);
 
     StderrCapture capture;
     SS_PrefsController controller(folder.path());
     capture.restore();
     QStringList loaded = controller.loadedPanes();
     loaded.sort();
-    EXPECT_EQ(loaded, (QStringList{QStringLiteral("Alpha"), QStringLiteral("Beta")}));
-    EXPECT_EQ(controller.panesOrder(), (QStringList{QStringLiteral("Alpha"), QStringLiteral("Beta")}));
-    EXPECT_EQ(controller.bundleExtension(), QStringLiteral("preferencePane"));
+    EXPECT_EQ(loaded, (QStringList{u"Alpha"_s, u"Beta"_s}));
+    EXPECT_EQ(controller.panesOrder(), (QStringList{u"Alpha"_s, u"Beta"_s}));
+    EXPECT_EQ(controller.bundleExtension(), u"preferencePane"_s);
     EXPECT_EQ(controller.searchPath(), folder.path());
     // Without debug the refusals are silent.
-    EXPECT_FALSE(capture.text().contains(QStringLiteral("PREFERENCES DEBUG")));
+    EXPECT_FALSE(capture.text().contains(u"PREFERENCES DEBUG"_s));
 }
 
 TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
 {
     QTemporaryDir corrupt;
-    corvex::test::writeFile(corrupt.path() + QStringLiteral("/Contents/Info.plist"),
+    corvex::test::writeFile(corrupt.path() + u"/Contents/Info.plist"_s,
                             R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
 <key>CFBundleExecutable</key><string>lib.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
 </dict></plist>)");
-    corvex::test::writeFile(corrupt.path() + QStringLiteral("/Contents/lib.so"), "not a library");
+    corvex::test::writeFile(corrupt.path() + u"/Contents/lib.so"_s, "not a library");
     QTemporaryDir empty;
-    const QString suffix = QStringLiteral(".preferencePane");
+    const QString suffix = u".preferencePane"_s;
     struct Case
     {
         QString path;
@@ -105,14 +103,14 @@ TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
         QString message;
     };
     const Case cases[] = {
-        {kBundles + QStringLiteral("/TestPanes") + suffix, true,
-         QStringLiteral("Did not load a pane of bundle: %1 because it does not conform")},
-        {kBundles + QStringLiteral("/DuplicateClass") + suffix, false,
+        {kBundles + u"/TestPanes"_s + suffix, true,
+         u"Did not load a pane of bundle: %1 because it does not conform"_s},
+        {kBundles + u"/DuplicateClass"_s + suffix, false,
          QStringLiteral("Did not load bundle: %1 because its Principal Class was already used in another "
                         "Preference pane.")},
-        {kBundles + QStringLiteral("/NoPrincipalClass") + suffix, false,
-         QStringLiteral("Could not obtain name of Principal Class for bundle: %1")},
-        {kBundles + QStringLiteral("/NotAPane") + suffix, false,
+        {kBundles + u"/NoPrincipalClass"_s + suffix, false,
+         u"Could not obtain name of Principal Class for bundle: %1"_s},
+        {kBundles + u"/NotAPane"_s + suffix, false,
          QStringLiteral(
              "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
              "or does not conform to the PreferencePane Protocol.")},
@@ -120,7 +118,7 @@ TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
          QStringLiteral(
              "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
              "or does not conform to the PreferencePane Protocol.")},
-        {empty.path(), false, QStringLiteral("Could not initialize bundle: %1")},
+        {empty.path(), false, u"Could not initialize bundle: %1"_s},
     };
     for (const Case &c : cases) {
         QStringList messages;
@@ -141,13 +139,13 @@ TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
 
 TEST_F(PrefsControllerTest, PanesOrderKeepsOnlyLoadedPanesAndReportsTheRest)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.setDebug(true);
     StderrCapture capture;
-    controller.setPanesOrder({QStringLiteral("Beta"), QStringLiteral("Gamma"), QStringLiteral("Alpha")});
+    controller.setPanesOrder({u"Beta"_s, u"Gamma"_s, u"Alpha"_s});
     capture.restore();
-    EXPECT_EQ(controller.panesOrder(), (QStringList{QStringLiteral("Beta"), QStringLiteral("Alpha")}));
+    EXPECT_EQ(controller.panesOrder(), (QStringList{u"Beta"_s, u"Alpha"_s}));
     EXPECT_TRUE(capture.text().contains(QStringLiteral(
         "[--- PREFERENCES DEBUG MESSAGE ---]\rDid not add preference pane \"Gamma\" to the toolbar "
         "ordering array, because that pane does not exist.\r\r")));
@@ -155,34 +153,33 @@ TEST_F(PrefsControllerTest, PanesOrderKeepsOnlyLoadedPanesAndReportsTheRest)
 
 TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneAndRemembersTheChoice)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
-    controller.setPanesOrder({QStringLiteral("Beta"), QStringLiteral("Alpha")});
+    controller.setPanesOrder({u"Beta"_s, u"Alpha"_s});
     controller.showPreferencesWindow();
     ASSERT_NE(controller.preferencesWindow(), nullptr);
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
-    EXPECT_EQ(UserDefaults::standardUserDefaults().stringForKey(lastPaneKey()), QStringLiteral("Beta"));
-    EXPECT_EQ(controller.preferencesWindow()->windowTitle(), QStringLiteral("Beta Label"));
-    EXPECT_EQ(controller.currentPane()->paneName(), QStringLiteral("Beta"));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
+    EXPECT_EQ(UserDefaults::standardUserDefaults().stringForKey(lastPaneKey()), u"Beta"_s);
+    EXPECT_EQ(controller.preferencesWindow()->windowTitle(), u"Beta Label"_s);
+    EXPECT_EQ(controller.currentPane()->paneName(), u"Beta"_s);
 
-    ASSERT_TRUE(controller.loadPreferencePaneNamed(QStringLiteral("Alpha")));
+    ASSERT_TRUE(controller.loadPreferencePaneNamed(u"Alpha"_s));
     controller.destroyPreferencesWindow();
     EXPECT_EQ(controller.preferencesWindow(), nullptr);
     controller.showPreferencesWindow();
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+    EXPECT_EQ(controller.currentPaneName(), u"Alpha"_s);
 }
 
 TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     struct Case
     {
         QString stored;
         QString shown;
     };
-    for (const Case &c : {Case{QStringLiteral("Gone"), QStringLiteral("Alpha")},
-                          Case{QStringLiteral("Beta"), QStringLiteral("Beta")},
-                          Case{QStringLiteral("Alpha"), QStringLiteral("Alpha")}}) {
+    for (const Case &c :
+         {Case{u"Gone"_s, u"Alpha"_s}, Case{u"Beta"_s, u"Beta"_s}, Case{u"Alpha"_s, u"Alpha"_s}}) {
         UserDefaults::standardUserDefaults().setObject(c.stored, lastPaneKey());
         SS_PrefsController controller(folder.path());
         controller.createPreferencesWindowAndDisplay(false);
@@ -193,43 +190,43 @@ TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
 
 TEST_F(PrefsControllerTest, SwitchingKeepsTheTopEdgeAndSizesTheWindowToThePane)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.showPreferencesWindow();
     QMainWindow *window = controller.preferencesWindow();
-    ASSERT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+    ASSERT_EQ(controller.currentPaneName(), u"Alpha"_s);
     const int top = window->geometry().top();
     const int toolbar = controller.preferencesToolbar()->sizeHint().height();
     EXPECT_EQ(window->height(), 380 + toolbar);
     // Alpha allows no resizing; Beta grows only in height.
     EXPECT_EQ(window->minimumSize(), window->maximumSize());
 
-    ASSERT_TRUE(controller.loadPrefsPaneNamed(QStringLiteral("Beta"), true));
+    ASSERT_TRUE(controller.loadPrefsPaneNamed(u"Beta"_s, true));
     EXPECT_EQ(window->geometry().top(), top);
     EXPECT_EQ(window->height(), 140 + toolbar);
     EXPECT_EQ(window->minimumHeight(), 140 + toolbar);
     EXPECT_EQ(window->maximumHeight(), QWIDGETSIZE_MAX);
     EXPECT_EQ(window->maximumWidth(), window->minimumWidth());
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Beta Label"));
-    EXPECT_EQ(viewOf(controller, QStringLiteral("Alpha")), nullptr); // the old view left the window
+    EXPECT_EQ(window->windowTitle(), u"Beta Label"_s);
+    EXPECT_EQ(viewOf(controller, u"Alpha"_s), nullptr); // the old view left the window
 }
 
 TEST_F(PrefsControllerTest, ToolbarClicksAndKeysSwitchPanesButNotToTheOneShown)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.showPreferencesWindow();
     QToolBar *toolbar = controller.preferencesToolbar();
     ASSERT_NE(toolbar, nullptr);
     EXPECT_FALSE(toolbar->isMovable());
-    EXPECT_EQ(toolbar->objectName(), QStringLiteral("com.ostrel.Corvex_Preferences_Toolbar_Identifier"));
+    EXPECT_EQ(toolbar->objectName(), u"com.ostrel.Corvex_Preferences_Toolbar_Identifier"_s);
     ASSERT_EQ(toolbar->actions().size(), 2);
     QAction *alpha = toolbar->actions().at(0);
-    EXPECT_EQ(alpha->text(), QStringLiteral("Alpha Label"));
-    EXPECT_EQ(alpha->toolTip(), QStringLiteral("Alpha tip"));
+    EXPECT_EQ(alpha->text(), u"Alpha Label"_s);
+    EXPECT_EQ(alpha->toolTip(), u"Alpha tip"_s);
     EXPECT_TRUE(alpha->isChecked());
 
-    QWidget *alphaView = viewOf(controller, QStringLiteral("Alpha"));
+    QWidget *alphaView = viewOf(controller, u"Alpha"_s);
     ASSERT_NE(alphaView, nullptr);
     const int loads = alphaView->property("didLoad").toInt();
     alpha->trigger();
@@ -242,16 +239,16 @@ TEST_F(PrefsControllerTest, ToolbarClicksAndKeysSwitchPanesButNotToTheOneShown)
     ASSERT_TRUE(QTest::qWaitForWindowActive(controller.preferencesWindow()));
     QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageDown, Qt::ControlModifier);
     ASSERT_EQ(shown.size(), 1);
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
     EXPECT_EQ(alphaView->property("willUnload").toInt(), 1);
     EXPECT_TRUE(toolbar->actions().at(1)->isChecked());
     QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageUp, Qt::ControlModifier);
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Alpha"));
+    EXPECT_EQ(controller.currentPaneName(), u"Alpha"_s);
 }
 
 TEST_F(PrefsControllerTest, EscapeAndCtrlWHideTheWindowAndSayItClosed)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     QSignalSpy closed(&controller, &SS_PrefsController::windowClosed);
     for (const QKeySequence &keys : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)}) {
@@ -269,15 +266,14 @@ TEST_F(PrefsControllerTest, EscapeAndCtrlWHideTheWindowAndSayItClosed)
 
 TEST_F(PrefsControllerTest, SinglePaneHasNoToolbarUnlessAlwaysShown)
 {
-    PaneFolder folder({QStringLiteral("Solo")});
+    PaneFolder folder({u"Solo"_s});
     for (const bool always : {false, true}) {
         SS_PrefsController controller(folder.path());
         controller.setAlwaysShowsToolbar(always);
         controller.showPreferencesWindow();
-        ASSERT_EQ(controller.currentPaneName(), QStringLiteral("Solo"));
+        ASSERT_EQ(controller.currentPaneName(), u"Solo"_s);
         EXPECT_EQ(controller.preferencesToolbar()->isVisibleTo(controller.preferencesWindow()), always);
-        EXPECT_EQ(controller.preferencesWindow()->windowTitle(),
-                  always ? QStringLiteral("Solo Label") : QStringLiteral("Preferences"));
+        EXPECT_EQ(controller.preferencesWindow()->windowTitle(), always ? u"Solo Label"_s : u"Preferences"_s);
         EXPECT_EQ(controller.preferencesWindow()->height(),
                   200 + (always ? controller.preferencesToolbar()->sizeHint().height() : 0));
     }
@@ -285,15 +281,15 @@ TEST_F(PrefsControllerTest, SinglePaneHasNoToolbarUnlessAlwaysShown)
 
 TEST_F(PrefsControllerTest, UnknownPanesAndAMissingWindowFail)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
-    EXPECT_FALSE(controller.loadPrefsPaneNamed(QStringLiteral("Alpha"), true)); // no window yet
-    EXPECT_FALSE(controller.showPane(QStringLiteral("Nothing")));
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Alpha"_s, true)); // no window yet
+    EXPECT_FALSE(controller.showPane(u"Nothing"_s));
     EXPECT_EQ(controller.preferencesWindow(), nullptr);
-    EXPECT_TRUE(controller.showPane(QStringLiteral("Beta")));
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
-    EXPECT_FALSE(controller.loadPrefsPaneNamed(QStringLiteral("Nothing"), true));
-    EXPECT_EQ(controller.currentPaneName(), QStringLiteral("Beta"));
+    EXPECT_TRUE(controller.showPane(u"Beta"_s));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Nothing"_s, true));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
 }
 
 TEST_F(PrefsControllerTest, NoPaneAtAllShowsTheAlertAndNoWindow)
@@ -311,18 +307,17 @@ TEST_F(PrefsControllerTest, NoPaneAtAllShowsTheAlertAndNoWindow)
     answer.start(20);
     controller.showPreferencesWindow();
     answer.stop();
-    EXPECT_EQ(informative, QStringLiteral("Preferences are not available for Corvex."));
+    EXPECT_EQ(informative, u"Preferences are not available for Corvex."_s);
     EXPECT_EQ(controller.preferencesWindow(), nullptr);
     EXPECT_TRUE(controller.loadedPanes().isEmpty());
 }
 
 TEST_F(PrefsControllerTest, CheckNowActionFollowsItsHandler)
 {
-    PaneFolder folder({QStringLiteral("TestPanes")});
+    PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.showPreferencesWindow();
-    auto *action =
-        controller.preferencesWindow()->findChild<QAction *>(QStringLiteral("checkForUpdatesAction"));
+    auto *action = controller.preferencesWindow()->findChild<QAction *>(u"checkForUpdatesAction"_s);
     ASSERT_NE(action, nullptr);
     EXPECT_FALSE(action->isEnabled());
     int checks = 0;

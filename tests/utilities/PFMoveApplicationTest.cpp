@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::writeFile;
@@ -26,11 +28,11 @@ QString infoPlist(const QString &version)
 // A bundle whose program records that it ran in <bundle>/../ran-<name>.
 QString makeBundle(const QString &path, const QString &version)
 {
-    writeFile(path + QStringLiteral("/Contents/Info.plist"), infoPlist(version).toUtf8());
-    const QString program = writeFile(path + QStringLiteral("/Contents/MacOS/Corvex"),
+    writeFile(path + u"/Contents/Info.plist"_s, infoPlist(version).toUtf8());
+    const QString program = writeFile(path + u"/Contents/MacOS/Corvex"_s,
                                       "#!/bin/sh\ntouch \"$(dirname \"$0\")/../../../ran\"\n");
     QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
-    writeFile(path + QStringLiteral("/Contents/Resources/desktop/com.ostrel.Corvex.desktop.in"),
+    writeFile(path + u"/Contents/Resources/desktop/com.ostrel.Corvex.desktop.in"_s,
               "[Desktop Entry]\nType=Application\nName=Corvex\nIcon=com.ostrel.Corvex\n"
               "Exec=\"@CORVEX_BUNDLE_PATH@/Contents/MacOS/Corvex\" %u\n");
     return path;
@@ -56,7 +58,7 @@ public:
     {
         // A test that runs several cases calls this again for each: everything starts afresh.
         static int run = 0;
-        mRoot = QFileInfo(corvex::test::home()).canonicalFilePath() + QStringLiteral("/move-%1").arg(++run);
+        mRoot = QFileInfo(corvex::test::home()).canonicalFilePath() + u"/move-%1"_s.arg(++run);
         suppressed = false;
         answer = {};
         alerts.clear();
@@ -66,20 +68,20 @@ public:
         agentQuits = otherQuits = 0;
         exits.clear();
         log.clear();
-        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/Downloads")));
-        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/local")));
-        mSource = makeBundle(mRoot + QStringLiteral("/Downloads/Corvex.app"), QStringLiteral("2.0.5"));
+        ASSERT_TRUE(QDir().mkpath(mRoot + u"/Downloads"_s));
+        ASSERT_TRUE(QDir().mkpath(mRoot + u"/local"_s));
+        mSource = makeBundle(mRoot + u"/Downloads/Corvex.app"_s, u"2.0.5"_s);
 
         env = PFMoveApplicationEnvironment::systemEnvironment();
         env.bundlePath = mSource;
-        env.userApplicationsDirectory = mRoot + QStringLiteral("/home/Applications");
-        env.localApplicationsDirectories = {mRoot + QStringLiteral("/local")};
+        env.userApplicationsDirectory = mRoot + u"/home/Applications"_s;
+        env.localApplicationsDirectories = {mRoot + u"/local"_s};
         env.otherApplicationsDirectories = {};
-        env.downloadsDirectories = {mRoot + QStringLiteral("/Downloads")};
-        env.diskImageMountRoots = {mRoot + QStringLiteral("/media/")};
-        env.launcherDirectory = mRoot + QStringLiteral("/launchers");
-        env.autostartDirectory = mRoot + QStringLiteral("/autostart");
-        env.privilegeProgram = mRoot + QStringLiteral("/no-pkexec");
+        env.downloadsDirectories = {mRoot + u"/Downloads"_s};
+        env.diskImageMountRoots = {mRoot + u"/media/"_s};
+        env.launcherDirectory = mRoot + u"/launchers"_s;
+        env.autostartDirectory = mRoot + u"/autostart"_s;
+        env.privilegeProgram = mRoot + u"/no-pkexec"_s;
         env.processId = 999999;
         env.isAlertSuppressed = [this] { return suppressed; };
         env.suppressAlert = [this] { suppressed = true; };
@@ -101,14 +103,10 @@ public:
 
     QString homeApps() const { return env.userApplicationsDirectory; }
     QString local() const { return env.localApplicationsDirectories.last(); }
-    void putAppIntoHomeApplications()
-    {
-        ASSERT_TRUE(QDir().mkpath(homeApps() + QStringLiteral("/Other.app")));
-    }
+    void putAppIntoHomeApplications() { ASSERT_TRUE(QDir().mkpath(homeApps() + u"/Other.app"_s)); }
     bool moved(const QString &destination) const
     {
-        return exits == QList<int>{0} &&
-               QFileInfo::exists(destination + QStringLiteral("/Contents/Info.plist"));
+        return exits == QList<int>{0} && QFileInfo::exists(destination + u"/Contents/Info.plist"_s);
     }
 
     PFMoveApplicationEnvironment env;
@@ -137,17 +135,15 @@ TEST_F(PFMoveApplicationTest, NeverAsksWhenSuppressedOrAlreadyInAnApplicationsFo
         {"suppressed", [](PFMoveApplicationTest &t) { t.suppressed = true; }},
         {"in ~/Applications",
          [](PFMoveApplicationTest &t) {
-             t.env.bundlePath = makeBundle(t.homeApps() + QStringLiteral("/Corvex.app"), QStringLiteral("1"));
+             t.env.bundlePath = makeBundle(t.homeApps() + u"/Corvex.app"_s, u"1"_s);
          }},
         {"in a subfolder of the local folder",
          [](PFMoveApplicationTest &t) {
-             t.env.bundlePath =
-                 makeBundle(t.local() + QStringLiteral("/Utilities/Corvex.app"), QStringLiteral("1"));
+             t.env.bundlePath = makeBundle(t.local() + u"/Utilities/Corvex.app"_s, u"1"_s);
          }},
         {"a component named Applications",
          [](PFMoveApplicationTest &t) {
-             t.env.bundlePath = makeBundle(t.mRoot + QStringLiteral("/x/Applications/Tools/Corvex.app"),
-                                           QStringLiteral("1"));
+             t.env.bundlePath = makeBundle(t.mRoot + u"/x/Applications/Tools/Corvex.app"_s, u"1"_s);
          }},
     };
     for (const Case &c : cases) {
@@ -163,11 +159,11 @@ TEST_F(PFMoveApplicationTest, NeverAsksWhenSuppressedOrAlreadyInAnApplicationsFo
 
 TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
 {
-    const QString body = QStringLiteral("I can move myself to the Applications folder if you'd like.");
-    const QString password = body + QStringLiteral(" Note that this will require an administrator password.");
-    const QString downloads = body + QStringLiteral(" This will keep your Downloads folder uncluttered.");
-    const QString system = QStringLiteral("Move to Applications folder?");
-    const QString home = QStringLiteral("Move to Applications folder in your Home folder?");
+    const QString body = u"I can move myself to the Applications folder if you'd like."_s;
+    const QString password = body + u" Note that this will require an administrator password."_s;
+    const QString downloads = body + u" This will keep your Downloads folder uncluttered."_s;
+    const QString system = u"Move to Applications folder?"_s;
+    const QString home = u"Move to Applications folder in your Home folder?"_s;
     struct Case
     {
         const char *name;
@@ -193,9 +189,9 @@ TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
             ASSERT_TRUE(QDir().mkpath(homeApps()));
         }
         if (c.localMissing)
-            env.localApplicationsDirectories = {mRoot + QStringLiteral("/missing/Applications")};
+            env.localApplicationsDirectories = {mRoot + u"/missing/Applications"_s};
         if (!c.fromDownloads)
-            env.downloadsDirectories = {mRoot + QStringLiteral("/elsewhere")};
+            env.downloadsDirectories = {mRoot + u"/elsewhere"_s};
         PFMoveToApplicationsFolderIfNecessary(env);
         ASSERT_EQ(alerts.size(), 1);
         EXPECT_EQ(alerts[0].title, c.title);
@@ -221,28 +217,27 @@ TEST_F(PFMoveApplicationTest, DoNotMoveSuppressesOnlyWhenTheBoxIsTicked)
 TEST_F(PFMoveApplicationTest, MovesIntoHomeApplicationsRetargetsEntriesAndRelaunchesAfterExit)
 {
     putAppIntoHomeApplications();
-    const QString agent = QStringLiteral("/Contents/Helpers/CorvexAgent.app/Contents/MacOS/CorvexAgent");
+    const QString agent = u"/Contents/Helpers/CorvexAgent.app/Contents/MacOS/CorvexAgent"_s;
     writeFile(
-        env.autostartDirectory + QStringLiteral("/com.ostrel.CorvexAgent.desktop"),
+        env.autostartDirectory + u"/com.ostrel.CorvexAgent.desktop"_s,
         ("[Desktop Entry]\nType=Application\nName=CorvexAgent\nExec=" + mSource + agent + "\n").toUtf8());
-    writeFile(env.autostartDirectory + QStringLiteral("/other.desktop"),
-              "[Desktop Entry]\nExec=/usr/bin/other\n");
+    writeFile(env.autostartDirectory + u"/other.desktop"_s, "[Desktop Entry]\nExec=/usr/bin/other\n");
     answer.move = true;
 
     PFMoveToApplicationsFolderIfNecessary(env);
 
-    const QString destination = homeApps() + QStringLiteral("/Corvex.app");
+    const QString destination = homeApps() + u"/Corvex.app"_s;
     ASSERT_TRUE(moved(destination));
-    EXPECT_EQ(log, QStringList{QStringLiteral("INFO -- Moving myself to the Applications folder")});
+    EXPECT_EQ(log, QStringList{u"INFO -- Moving myself to the Applications folder"_s});
     EXPECT_EQ(agentQuits, 1);
     EXPECT_FALSE(QFileInfo::exists(mSource)) << "the old copy goes to the Trash";
-    const QString trashed = QDir::home().filePath(QStringLiteral(".local/share/Trash/files"));
-    EXPECT_FALSE(QDir(trashed).entryList({QStringLiteral("Corvex*.app")}, QDir::Dirs).isEmpty());
+    const QString trashed = QDir::home().filePath(u".local/share/Trash/files"_s);
+    EXPECT_FALSE(QDir(trashed).entryList({u"Corvex*.app"_s}, QDir::Dirs).isEmpty());
 
-    QFile autostart(env.autostartDirectory + QStringLiteral("/com.ostrel.CorvexAgent.desktop"));
+    QFile autostart(env.autostartDirectory + u"/com.ostrel.CorvexAgent.desktop"_s);
     ASSERT_TRUE(autostart.open(QIODevice::ReadOnly));
     EXPECT_TRUE(autostart.readAll().contains(("Exec=" + destination + agent).toUtf8()));
-    QFile launcher(env.launcherDirectory + QStringLiteral("/com.ostrel.Corvex.desktop"));
+    QFile launcher(env.launcherDirectory + u"/com.ostrel.Corvex.desktop"_s);
     ASSERT_TRUE(launcher.open(QIODevice::ReadOnly)) << "a launcher made from the bundle's template";
     const QByteArray launcherText = launcher.readAll();
     EXPECT_TRUE(launcherText.contains(("Exec=\"" + destination + "/Contents/MacOS/Corvex\" %u").toUtf8()));
@@ -253,13 +248,13 @@ TEST_F(PFMoveApplicationTest, MovesIntoHomeApplicationsRetargetsEntriesAndRelaun
     ASSERT_EQ(started.size(), 1);
     ASSERT_EQ(started[0].arguments.size(), 2);
     QProcess stillRunning;
-    stillRunning.start(QStringLiteral("sleep"), {QStringLiteral("60")});
+    stillRunning.start(u"sleep"_s, {u"60"_s});
     ASSERT_TRUE(stillRunning.waitForStarted());
     QString command = started[0].arguments[1];
-    EXPECT_TRUE(command.contains(QStringLiteral("ps -p 999999 ")));
-    command.replace(QStringLiteral("999999"), QString::number(stillRunning.processId()));
+    EXPECT_TRUE(command.contains(u"ps -p 999999 "_s));
+    command.replace(u"999999"_s, QString::number(stillRunning.processId()));
     ASSERT_EQ(QProcess::execute(started[0].program, {started[0].arguments[0], command}), 0);
-    const QString ran = homeApps() + QStringLiteral("/ran");
+    const QString ran = homeApps() + u"/ran"_s;
     EXPECT_FALSE(QFileInfo::exists(ran));
     stillRunning.kill();
     stillRunning.waitForFinished();
@@ -279,23 +274,21 @@ TEST_F(PFMoveApplicationTest, RunningCopyInTheTargetIsSwitchedToUnlessThisOneIsN
         SetUp();
         makeBundle(mSource, QString::fromLatin1(c.own));
         putAppIntoHomeApplications();
-        const QString destination = makeBundle(homeApps() + QStringLiteral("/Corvex.app"), c.runningVersion);
-        running = {{4242, destination, destination + QStringLiteral("/Contents/MacOS/Corvex"),
-                    QStringLiteral("com.ostrel.Corvex")}};
+        const QString destination = makeBundle(homeApps() + u"/Corvex.app"_s, c.runningVersion);
+        running = {{4242, destination, destination + u"/Contents/MacOS/Corvex"_s, u"com.ostrel.Corvex"_s}};
         answer.move = true;
         PFMoveToApplicationsFolderIfNecessary(env);
         EXPECT_EQ(exits, QList<int>{0});
         if (c.switches) {
-            EXPECT_TRUE(log.contains(QStringLiteral("INFO -- Switching to an already running version")));
+            EXPECT_TRUE(log.contains(u"INFO -- Switching to an already running version"_s));
             ASSERT_EQ(started.size(), 1);
-            EXPECT_EQ(started[0].program, destination + QStringLiteral("/Contents/MacOS/Corvex"));
+            EXPECT_EQ(started[0].program, destination + u"/Contents/MacOS/Corvex"_s);
             EXPECT_EQ(otherQuits, 0);
             EXPECT_TRUE(QFileInfo::exists(mSource)) << "nothing moved";
         } else {
             EXPECT_EQ(otherQuits, 1);
-            EXPECT_TRUE(
-                QFile(destination + QStringLiteral("/Contents/Info.plist")).open(QIODevice::ReadOnly));
-            QFile info(destination + QStringLiteral("/Contents/Info.plist"));
+            EXPECT_TRUE(QFile(destination + u"/Contents/Info.plist"_s).open(QIODevice::ReadOnly));
+            QFile info(destination + u"/Contents/Info.plist"_s);
             ASSERT_TRUE(info.open(QIODevice::ReadOnly));
             EXPECT_TRUE(info.readAll().contains("<string>2.1</string>")) << "replaced by this copy";
         }
@@ -305,45 +298,43 @@ TEST_F(PFMoveApplicationTest, RunningCopyInTheTargetIsSwitchedToUnlessThisOneIsN
 TEST_F(PFMoveApplicationTest, FailuresLeaveTheOldCopyAndSayWhy)
 {
     putAppIntoHomeApplications();
-    QString destination = homeApps() + QStringLiteral("/Corvex.app");
+    QString destination = homeApps() + u"/Corvex.app"_s;
     answer.move = true;
 
     // The copy in the way cannot be trashed.
-    makeBundle(destination, QStringLiteral("1.0"));
+    makeBundle(destination, u"1.0"_s);
     env.moveToTrash = [](const QString &) { return false; };
     PFMoveToApplicationsFolderIfNecessary(env);
-    EXPECT_EQ(log.last(), QStringLiteral("ERROR -- Could not trash '%1'").arg(destination));
-    EXPECT_EQ(failureAlerts, QStringList{QStringLiteral("Could not move to Applications folder")});
+    EXPECT_EQ(log.last(), u"ERROR -- Could not trash '%1'"_s.arg(destination));
+    EXPECT_EQ(failureAlerts, QStringList{u"Could not move to Applications folder"_s});
     EXPECT_TRUE(exits.isEmpty());
 
     // The copy fails: a file stays where the bundle should go.
     SetUp();
     putAppIntoHomeApplications();
-    destination = homeApps() + QStringLiteral("/Corvex.app");
+    destination = homeApps() + u"/Corvex.app"_s;
     writeFile(destination, "not a bundle");
     env.moveToTrash = [](const QString &) { return true; };
     answer.move = true;
     PFMoveToApplicationsFolderIfNecessary(env);
     ASSERT_EQ(log.size(), 3);
-    EXPECT_TRUE(log[1].startsWith(
-        QStringLiteral("ERROR -- Could not copy '%1' to '%2' (").arg(mSource, destination)));
-    EXPECT_EQ(log[2], QStringLiteral("ERROR -- Could not copy myself to %1").arg(destination));
+    EXPECT_TRUE(log[1].startsWith(u"ERROR -- Could not copy '%1' to '%2' ("_s.arg(mSource, destination)));
+    EXPECT_EQ(log[2], u"ERROR -- Could not copy myself to %1"_s.arg(destination));
     EXPECT_EQ(failureAlerts.size(), 1);
     EXPECT_TRUE(exits.isEmpty());
-    EXPECT_TRUE(QFileInfo::exists(mSource + QStringLiteral("/Contents/MacOS/Corvex")));
+    EXPECT_TRUE(QFileInfo::exists(mSource + u"/Contents/MacOS/Corvex"_s));
     EXPECT_TRUE(QFileInfo(destination).isFile()) << "what stood in the way is left alone";
 
     // The old copy cannot be trashed after the move: a warning, and the move goes on.
     SetUp();
     putAppIntoHomeApplications();
-    destination = homeApps() + QStringLiteral("/Corvex.app");
+    destination = homeApps() + u"/Corvex.app"_s;
     env.moveToTrash = [](const QString &) { return false; };
     answer.move = true;
     PFMoveToApplicationsFolderIfNecessary(env);
     EXPECT_TRUE(moved(destination));
-    EXPECT_EQ(
-        log.last(),
-        QStringLiteral("WARNING -- Could not delete application after moving it to Applications folder"));
+    EXPECT_EQ(log.last(),
+              u"WARNING -- Could not delete application after moving it to Applications folder"_s);
     EXPECT_TRUE(failureAlerts.isEmpty());
 }
 
@@ -371,15 +362,15 @@ TEST_F(PFMoveApplicationTest, PrivilegedCopyThroughPkexec)
         SCOPED_TRACE(c.name);
         SetUp();
         // A folder that does not exist yet cannot be written without administrator rights.
-        const QString target = mRoot + QStringLiteral("/system/Applications");
+        const QString target = mRoot + u"/system/Applications"_s;
         env.localApplicationsDirectories = {target};
         if (!c.script.isEmpty())
-            env.privilegeProgram = makeScript(mRoot + QStringLiteral("/pkexec"), c.script);
+            env.privilegeProgram = makeScript(mRoot + u"/pkexec"_s, c.script);
         answer.move = true;
         PFMoveToApplicationsFolderIfNecessary(env);
         ASSERT_EQ(alerts.size(), 1);
-        EXPECT_TRUE(alerts[0].informativeText.endsWith(QStringLiteral("administrator password.")));
-        EXPECT_EQ(moved(target + QStringLiteral("/Corvex.app")), c.copies);
+        EXPECT_TRUE(alerts[0].informativeText.endsWith(u"administrator password."_s));
+        EXPECT_EQ(moved(target + u"/Corvex.app"_s), c.copies);
         if (c.logLine) {
             EXPECT_EQ(log.last(), QString::fromLatin1(c.logLine));
         }

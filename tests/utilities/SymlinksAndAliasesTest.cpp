@@ -10,6 +10,8 @@
 #include <ostream>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 void PrintTo(const QString &text, std::ostream *stream)
 {
     *stream << '"' << text.toStdString() << '"';
@@ -24,9 +26,9 @@ protected:
     {
         static int run = 0;
         // The real location of the test home, so that expected results need no resolution of their own.
-        mRoot = QFileInfo(corvex::test::home()).canonicalFilePath() + QStringLiteral("/links-%1").arg(++run);
-        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/real/inner")));
-        corvex::test::writeFile(mRoot + QStringLiteral("/real/inner/shot.png"), "png");
+        mRoot = QFileInfo(corvex::test::home()).canonicalFilePath() + u"/links-%1"_s.arg(++run);
+        ASSERT_TRUE(QDir().mkpath(mRoot + u"/real/inner"_s));
+        corvex::test::writeFile(mRoot + u"/real/inner/shot.png"_s, "png");
     }
     void link(const QString &target, const QString &at)
     {
@@ -39,52 +41,48 @@ protected:
 TEST_F(SymlinksAndAliasesTest, WholePathResolution)
 {
     // A link in the middle of the path is replaced by its target; the rest is kept.
-    link(mRoot + QStringLiteral("/real"), QStringLiteral("/middle"));
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/middle/inner/shot.png")),
-              mRoot + QStringLiteral("/real/inner/shot.png"));
+    link(mRoot + u"/real"_s, u"/middle"_s);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/middle/inner/shot.png"_s),
+              mRoot + u"/real/inner/shot.png"_s);
 
     // A relative target with ".." is joined to the link's folder and standardised.
-    link(QStringLiteral("../real/inner"), QStringLiteral("/real/up"));
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/real/up/shot.png")),
-              mRoot + QStringLiteral("/real/inner/shot.png"));
+    link(u"../real/inner"_s, u"/real/up"_s);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/real/up/shot.png"_s),
+              mRoot + u"/real/inner/shot.png"_s);
 
     // A chain of links is followed to its end.
-    link(mRoot + QStringLiteral("/middle"), QStringLiteral("/chain"));
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/chain/inner")),
-              mRoot + QStringLiteral("/real/inner"));
+    link(mRoot + u"/middle"_s, u"/chain"_s);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/chain/inner"_s), mRoot + u"/real/inner"_s);
 
     // A directory without links comes back as it is (a trailing slash and "." dropped).
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/real/./inner/")),
-              mRoot + QStringLiteral("/real/inner"));
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(QStringLiteral("/")), QStringLiteral("/"));
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/real/./inner/"_s), mRoot + u"/real/inner"_s);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(u"/"_s), u"/"_s);
 }
 
 TEST_F(SymlinksAndAliasesTest, FailuresGiveNothing)
 {
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(QStringLiteral("a/b")), std::nullopt);
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/real/missing.png")),
-              std::nullopt);
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/missing/inner")), std::nullopt);
-    link(mRoot + QStringLiteral("/nowhere"), QStringLiteral("/dangling"));
-    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + QStringLiteral("/dangling")), std::nullopt);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(u"a/b"_s), std::nullopt);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/real/missing.png"_s), std::nullopt);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/missing/inner"_s), std::nullopt);
+    link(mRoot + u"/nowhere"_s, u"/dangling"_s);
+    EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/dangling"_s), std::nullopt);
     // A cycle of links ends instead of running for ever.
-    link(mRoot + QStringLiteral("/loop-b"), QStringLiteral("/loop-a"));
-    link(mRoot + QStringLiteral("/loop-a"), QStringLiteral("/loop-b"));
-    EXPECT_EQ(mg_stringByIterativelyResolvingSymlinkOrAlias(mRoot + QStringLiteral("/loop-a")), std::nullopt);
+    link(mRoot + u"/loop-b"_s, u"/loop-a"_s);
+    link(mRoot + u"/loop-a"_s, u"/loop-b"_s);
+    EXPECT_EQ(mg_stringByIterativelyResolvingSymlinkOrAlias(mRoot + u"/loop-a"_s), std::nullopt);
 }
 
 TEST_F(SymlinksAndAliasesTest, SingleSteps)
 {
-    link(QStringLiteral("inner/shot.png"), QStringLiteral("/real/relative"));
-    link(QStringLiteral("/absolute/elsewhere"), QStringLiteral("/absolute"));
-    const QString file = mRoot + QStringLiteral("/real/inner/shot.png");
+    link(u"inner/shot.png"_s, u"/real/relative"_s);
+    link(u"/absolute/elsewhere"_s, u"/absolute"_s);
+    const QString file = mRoot + u"/real/inner/shot.png"_s;
 
-    EXPECT_EQ(mg_stringByConditionallyResolvingSymlink(mRoot + QStringLiteral("/real/relative")), file);
-    EXPECT_EQ(mg_stringByConditionallyResolvingSymlink(mRoot + QStringLiteral("/absolute")),
-              QStringLiteral("/absolute/elsewhere"));
+    EXPECT_EQ(mg_stringByConditionallyResolvingSymlink(mRoot + u"/real/relative"_s), file);
+    EXPECT_EQ(mg_stringByConditionallyResolvingSymlink(mRoot + u"/absolute"_s), u"/absolute/elsewhere"_s);
     EXPECT_EQ(mg_stringByConditionallyResolvingSymlink(file), std::nullopt);
     EXPECT_EQ(mg_stringByResolvingSymlink(file), file);
-    EXPECT_EQ(mg_stringByResolvingSymlink(mRoot + QStringLiteral("/real/relative")), file);
+    EXPECT_EQ(mg_stringByResolvingSymlink(mRoot + u"/real/relative"_s), file);
 
     // No alias files exist here.
     EXPECT_EQ(mg_stringByConditionallyResolvingAlias(file), std::nullopt);
@@ -94,16 +92,14 @@ TEST_F(SymlinksAndAliasesTest, SingleSteps)
 
 TEST_F(SymlinksAndAliasesTest, Standardisation)
 {
-    EXPECT_EQ(stringByStandardizingPath(QStringLiteral("~/Pictures//x/./")),
-              QDir::homePath() + "/Pictures/x");
-    EXPECT_EQ(stringByStandardizingPath(QStringLiteral("~")), QDir::homePath());
-    EXPECT_EQ(stringByStandardizingPath(QStringLiteral("a/../b")), QStringLiteral("a/../b"));
-    EXPECT_EQ(stringByStandardizingPath(QStringLiteral("/missing/one/../two")),
-              QStringLiteral("/missing/two"));
-    EXPECT_EQ(stringByStandardizingPath(QStringLiteral("/..")), QStringLiteral("/"));
+    EXPECT_EQ(stringByStandardizingPath(u"~/Pictures//x/./"_s), QDir::homePath() + "/Pictures/x");
+    EXPECT_EQ(stringByStandardizingPath(u"~"_s), QDir::homePath());
+    EXPECT_EQ(stringByStandardizingPath(u"a/../b"_s), u"a/../b"_s);
+    EXPECT_EQ(stringByStandardizingPath(u"/missing/one/../two"_s), u"/missing/two"_s);
+    EXPECT_EQ(stringByStandardizingPath(u"/.."_s), u"/"_s);
     // ".." after a link leads to the link target's parent, as the kernel would take it.
-    link(mRoot + QStringLiteral("/real/inner"), QStringLiteral("/deep"));
-    EXPECT_EQ(stringByStandardizingPath(mRoot + QStringLiteral("/deep/../inner")), mRoot + "/real/inner");
+    link(mRoot + u"/real/inner"_s, u"/deep"_s);
+    EXPECT_EQ(stringByStandardizingPath(mRoot + u"/deep/../inner"_s), mRoot + "/real/inner");
 }
 
 } // namespace

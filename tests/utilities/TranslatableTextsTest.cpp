@@ -13,6 +13,8 @@
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QString sourceRoot = QDir::cleanPath(QStringLiteral(CORVEX_TEST_SOURCE_DIR "/../src"));
@@ -31,22 +33,22 @@ const QRegularExpression untranslatedLiteral(QStringLiteral(
 bool needsTranslation(const QString &text)
 {
     // The product's name and texts without words (":", "…", "%1") stay as they are.
-    static const QRegularExpression word(QStringLiteral("[A-Za-z]{2,}"));
-    return text != QStringLiteral("Corvex") && word.match(text).hasMatch();
+    static const QRegularExpression word(u"[A-Za-z]{2,}"_s);
+    return text != u"Corvex"_s && word.match(text).hasMatch();
 }
 
 QStringList untranslatedTexts(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return {path + QStringLiteral(": unreadable")};
+        return {path + u": unreadable"_s};
     QStringList found;
     int number = 0;
     for (const QByteArray &line : file.readAll().split('\n')) {
         ++number;
         const QRegularExpressionMatch match = untranslatedLiteral.match(QString::fromUtf8(line));
         if (match.hasMatch() && needsTranslation(match.captured(2)))
-            found.append(QStringLiteral("%1:%2: \"%3\"").arg(path).arg(number).arg(match.captured(2)));
+            found.append(u"%1:%2: \"%3\""_s.arg(path).arg(number).arg(match.captured(2)));
     }
     return found;
 }
@@ -77,7 +79,7 @@ QList<TableEntry> readTable(const QString &path)
         } else if (xml.name() == u"source") {
             message.source = xml.readElementText();
         } else if (xml.name() == u"translation") {
-            const bool unfinished = xml.attributes().value(QStringLiteral("type")) == u"unfinished";
+            const bool unfinished = xml.attributes().value(u"type"_s) == u"unfinished";
             const QString translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
             message.finished = !unfinished && !translation.trimmed().isEmpty();
             messages.append(message);
@@ -90,15 +92,14 @@ TEST(TranslatableTextsTest, VisibleTextsAreMarkedForTranslation)
 {
     // The detector itself: a plain literal is found, a translated one and a name are not.
     const QString probe = corvex::test::writeFile(
-        QDir::home().filePath(QStringLiteral("probe.cpp")),
+        QDir::home().filePath(u"probe.cpp"_s),
         "button->setText(QStringLiteral(\"Rename\"));\nlabel->setText(tr(\"Folder:\"));\n"
         "alert.addButtonWithTitle(\"Do Not Move\");\nwindow->setWindowTitle(QStringLiteral(\"Corvex\"));\n"
         "auto *box = new QCheckBox(QStringLiteral(\"Start at log-in\"));\n");
     EXPECT_EQ(untranslatedTexts(probe).size(), 3) << untranslatedTexts(probe).join(u'\n').toStdString();
 
     QStringList found;
-    QDirIterator it(sourceRoot, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
-                    QDirIterator::Subdirectories);
+    QDirIterator it(sourceRoot, {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext())
         found += untranslatedTexts(it.next());
     EXPECT_TRUE(found.isEmpty()) << "texts shown without tr():\n" << found.join(u'\n').toStdString();
@@ -106,13 +107,12 @@ TEST(TranslatableTextsTest, VisibleTextsAreMarkedForTranslation)
 
 TEST(TranslatableTextsTest, GermanTableTranslatesEveryText)
 {
-    const QString lupdate = QLibraryInfo::path(QLibraryInfo::BinariesPath) + QStringLiteral("/lupdate");
+    const QString lupdate = QLibraryInfo::path(QLibraryInfo::BinariesPath) + u"/lupdate"_s;
     if (!QFileInfo(lupdate).isExecutable())
         GTEST_SKIP() << "no lupdate at " << lupdate.toStdString();
-    const QString extracted = QDir::home().filePath(QStringLiteral("extracted_de.ts"));
+    const QString extracted = QDir::home().filePath(u"extracted_de.ts"_s);
     const corvex::test::ProcessResult result =
-        corvex::test::run(lupdate, {QStringLiteral("-silent"), QStringLiteral("-recursive"), sourceRoot,
-                                    QStringLiteral("-ts"), extracted});
+        corvex::test::run(lupdate, {u"-silent"_s, u"-recursive"_s, sourceRoot, u"-ts"_s, extracted});
     ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
 
     QSet<QString> translated;
@@ -125,7 +125,7 @@ TEST(TranslatableTextsTest, GermanTableTranslatesEveryText)
     QStringList missing;
     for (const TableEntry &message : readTable(extracted)) {
         if (!translated.contains(message.context + u'\x1f' + message.source))
-            missing.append(message.context + QStringLiteral(": ") + message.source);
+            missing.append(message.context + u": "_s + message.source);
     }
     EXPECT_TRUE(missing.isEmpty()) << missing.size() << " texts without a German translation (run the "
                                    << "update_translations target and translate them):\n"

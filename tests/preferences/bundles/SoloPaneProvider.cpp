@@ -5,6 +5,8 @@
 #include "TestPane.h"
 #include "preferences/SS_PreferencePaneProvider.h"
 
+using namespace Qt::StringLiterals;
+
 class SoloPaneProvider : public QObject, public SS_PreferencePaneProvider
 {
     Q_OBJECT
@@ -15,7 +17,7 @@ public:
     QList<QObject *> preferencePanes() override
     {
         if (!mPane)
-            mPane = new TestPane(QStringLiteral("Solo"), QSize(300, 200), false, this);
+            mPane = new TestPane(u"Solo"_s, QSize(300, 200), false, this);
         return {mPane};
     }
 

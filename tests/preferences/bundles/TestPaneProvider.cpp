@@ -6,6 +6,8 @@
 #include "TestPane.h"
 #include "preferences/SS_PreferencePaneProvider.h"
 
+using namespace Qt::StringLiterals;
+
 class TestPaneProvider : public QObject, public SS_PreferencePaneProvider
 {
     Q_OBJECT
@@ -16,8 +18,8 @@ public:
     QList<QObject *> preferencePanes() override
     {
         if (mPanes.isEmpty())
-            mPanes = {new TestPane(QStringLiteral("Alpha"), QSize(420, 380), false, this),
-                      new TestPane(QStringLiteral("Beta"), QSize(420, 140), true, this), new QObject(this)};
+            mPanes = {new TestPane(u"Alpha"_s, QSize(420, 380), false, this),
+                      new TestPane(u"Beta"_s, QSize(420, 140), true, this), new QObject(this)};
         return mPanes;
     }
 
