@@ -53,53 +53,30 @@ TEST(QZSUStandardVersionComparatorTest, Splitting)
     EXPECT_EQ(split(u"x"_s), (L{"x"}));
 }
 
-TEST(QZSUStandardVersionComparatorTest, NumbersCompareByValue)
+TEST(QZSUStandardVersionComparatorTest, Ordering)
 {
-    EXPECT_EQ(compare("2.0.5", "2.0.5"), Comparator::OrderedSame);
-    EXPECT_EQ(compare("2.0.10", "2.0.9"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("2.0.9", "2.0.10"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("2.010", "2.10"), Comparator::OrderedSame);
-    EXPECT_EQ(compare("3", "20"), Comparator::OrderedAscending);
-}
-
-TEST(QZSUStandardVersionComparatorTest, PreReleaseSuffixesSortBelowTheRelease)
-{
-    EXPECT_EQ(compare("1.0", "1.0b"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("1.0b", "1.0"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.0b3", "1.0"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.0b3", "1.0b4"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.0a", "1.0b"), Comparator::OrderedAscending);
-    // Literal comparison: upper case sorts first.
-    EXPECT_EQ(compare("1.0B", "1.0a"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.0rc", "1.0rc"), Comparator::OrderedSame);
-}
-
-TEST(QZSUStandardVersionComparatorTest, ExtraNumbersAndPeriodsSortAbove)
-{
-    EXPECT_EQ(compare("1.0", "1.0.1"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.0.1", "1.0"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("1.0.", "1.0"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("1", "1."), Comparator::OrderedAscending);
-}
-
-TEST(QZSUStandardVersionComparatorTest, MixedTypesAtTheSamePlace)
-{
-    // A number beats a string, a number beats a period, a period beats a string.
-    EXPECT_EQ(compare("1.0", "1.a"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("1.a", "1.0"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.5", "1..5"), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("1..5", "1.5"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1.x", "1.."), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1..", "1.x"), Comparator::OrderedDescending);
-}
-
-TEST(QZSUStandardVersionComparatorTest, EmptyStrings)
-{
-    EXPECT_EQ(compare("", "1"), Comparator::OrderedAscending);
-    EXPECT_EQ(compare("1", ""), Comparator::OrderedDescending);
-    EXPECT_EQ(compare("", ""), Comparator::OrderedSame);
-    // An empty version is newer than a bare pre-release tag: the extra part is a string.
-    EXPECT_EQ(compare("", "beta"), Comparator::OrderedDescending);
+    // a, b, and whether a is older (<), the same (=) or newer (>). Numbers compare by value; pre-release
+    // suffixes sort below the release, literally (upper case first); extra numbers and periods sort above; at
+    // the same place a number beats a string and a period, a period beats a string; an empty version is newer
+    // than a bare pre-release tag (the extra part is a string).
+    const struct
+    {
+        const char *a, *b;
+        char order;
+    } cases[] = {
+        {"2.0.5", "2.0.5", '='}, {"2.0.10", "2.0.9", '>'}, {"2.0.9", "2.0.10", '<'}, {"2.010", "2.10", '='},
+        {"3", "20", '<'},        {"1.0", "1.0b", '>'},     {"1.0b", "1.0", '<'},     {"1.0b3", "1.0", '<'},
+        {"1.0b3", "1.0b4", '<'}, {"1.0a", "1.0b", '<'},    {"1.0B", "1.0a", '<'},    {"1.0rc", "1.0rc", '='},
+        {"1.0", "1.0.1", '<'},   {"1.0.1", "1.0", '>'},    {"1.0.", "1.0", '>'},     {"1", "1.", '<'},
+        {"1.0", "1.a", '>'},     {"1.a", "1.0", '<'},      {"1.5", "1..5", '>'},     {"1..5", "1.5", '<'},
+        {"1.x", "1..", '<'},     {"1..", "1.x", '>'},      {"", "1", '<'},           {"1", "", '>'},
+        {"", "", '='},           {"", "beta", '>'}};
+    for (const auto &c : cases) {
+        const Comparator::ComparisonResult expected = c.order == '<'   ? Comparator::OrderedAscending
+                                                      : c.order == '=' ? Comparator::OrderedSame
+                                                                       : Comparator::OrderedDescending;
+        EXPECT_EQ(compare(c.a, c.b), expected) << c.a << " vs " << c.b;
+    }
 }
 
 TEST(QZSUStandardVersionComparatorTest, NumbersBeyondThirtyTwoBitsSaturate)
