@@ -62,24 +62,25 @@ protected:
 
 TEST_F(DropboxCheckTest, ClientVersions)
 {
-    setClient(true, "2.4.0", "2.4.0");
-    EXPECT_TRUE(DropboxCheck::runningClientTest());
-    setClient(true, "2.3.9", "2.4.0");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
-    setClient(true, "2.4.0", "2.3.9");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
-    // "Dropbox " is removed wherever it stands; 2.10.1 is newer than 2.4.0 by value.
-    setClient(true, "Dropbox 2.10.1", "Dropbox 2.10.1");
-    EXPECT_TRUE(DropboxCheck::runningClientTest());
-    setClient(true, "2.4.1", "Dropbox 2.4.0b2");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
-    // A missing version counts as older.
-    setClient(true, QString(), "3.0");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
-    setClient(true, "3.0", QString());
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
-    setClient(false, "3.0", "3.0");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    // "Dropbox " is removed wherever it stands; 2.10.1 is newer than 2.4.0 by value; a missing version counts
+    // as older; so does a client that is not running.
+    const struct
+    {
+        bool running;
+        const char *bundleVersion, *shortVersion;
+        bool newEnough;
+    } cases[] = {{true, "2.4.0", "2.4.0", true},
+                 {true, "2.3.9", "2.4.0", false},
+                 {true, "2.4.0", "2.3.9", false},
+                 {true, "Dropbox 2.10.1", "Dropbox 2.10.1", true},
+                 {true, "2.4.1", "Dropbox 2.4.0b2", false},
+                 {true, nullptr, "3.0", false},
+                 {true, "3.0", nullptr, false},
+                 {false, "3.0", "3.0", false}};
+    for (const auto &c : cases) {
+        setClient(c.running, QString::fromLatin1(c.bundleVersion), QString::fromLatin1(c.shortVersion));
+        EXPECT_EQ(DropboxCheck::runningClientTest(), c.newEnough) << c.bundleVersion << " " << c.shortVersion;
+    }
 }
 
 TEST_F(DropboxCheckTest, FolderLookup)
@@ -89,20 +90,15 @@ TEST_F(DropboxCheckTest, FolderLookup)
     writeHostDb(mHome + "/Dröpbox (Personal)");
     EXPECT_EQ(DropboxCheck::dropboxFolder(), mHome + "/Dröpbox (Personal)");
 
-    writeFile(mHome + "/.dropbox/host.db", "only one line without a newline");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder());
-    writeFile(mHome + "/.dropbox/host.db", "");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder());
-    writeFile(mHome + "/.dropbox/host.db", "abc\n!!!not base64***\n");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder());
-    writeFile(mHome + "/.dropbox/host.db", "abc\n\n");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder()) << "an empty second line";
-    // Decodes, but not to UTF-8 text.
-    writeFile(mHome + "/.dropbox/host.db", "abc\n" + QByteArray("/tmp/\xff\xfe").toBase64() + "\n");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder());
-    // Decodes to UTF-8, but not to an absolute path.
-    writeFile(mHome + "/.dropbox/host.db", "abc\n" + QByteArray("Dropbox").toBase64() + "\n");
-    EXPECT_FALSE(DropboxCheck::dropboxFolder());
+    // One line; nothing; not base64; an empty second line; not UTF-8; not an absolute path.
+    for (const QByteArray &settings :
+         QList<QByteArray>{QByteArray("only one line without a newline"), QByteArray(),
+                           QByteArray("abc\n!!!not base64***\n"), QByteArray("abc\n\n"),
+                           "abc\n" + QByteArray("/tmp/\xff\xfe").toBase64() + "\n",
+                           "abc\n" + QByteArray("Dropbox").toBase64() + "\n"}) {
+        writeFile(mHome + "/.dropbox/host.db", settings);
+        EXPECT_FALSE(DropboxCheck::dropboxFolder()) << settings.constData();
+    }
 }
 
 TEST_F(DropboxCheckTest, FolderLookupDetectsTheEncodingAndReadsLongLines)
