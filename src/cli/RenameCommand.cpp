@@ -4,9 +4,10 @@
 // corvex rename SOURCE DESTINATION: moves the file, or converts it to the destination's format (the source
 // then goes to the Trash), exactly as the renaming window does.
 #include "cli/Command.h"
-#include "foundation/CorvexError.h"
 #include "core/FileFormat.h"
 #include "core/Processor.h"
+#include "foundation/CorvexError.h"
+#include "platform/Trash.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -33,11 +34,12 @@ const FileFormat *formatOfPath(const QString &path, QString *problem)
     return format;
 }
 
-int runRename(const QStringList &arguments)
+int runRename(QStringList arguments)
 {
+    const bool replace = arguments.removeAll(QStringLiteral("--replace")) > 0;
     if (arguments.size() != 2)
         return cli::fail(
-            QStringLiteral("rename needs a source and a destination (usage: corvex rename SOURCE "
+            QStringLiteral("rename needs a source and a destination (usage: corvex rename [--replace] SOURCE "
                            "DESTINATION)"));
     const QString sourcePath = QFileInfo(arguments.at(0)).absoluteFilePath();
     const QString destinationPath = QFileInfo(arguments.at(1)).absoluteFilePath();
@@ -48,6 +50,23 @@ int runRename(const QStringList &arguments)
     const FileFormat *destinationFormat = formatOfPath(destinationPath, &problem);
     if (!destinationFormat)
         return cli::fail(problem);
+
+    // Something at the destination stays unless the user asked to replace it. A move puts it in the Trash
+    // first; a conversion replaces it only once the new file is complete.
+    const QFileInfo destinationInfo(destinationPath);
+    if ((destinationInfo.exists() || destinationInfo.isSymLink()) &&
+        destinationInfo != QFileInfo(sourcePath)) {
+        if (!replace)
+            return cli::fail(
+                QStringLiteral("%1 already exists (give --replace to replace it)").arg(destinationPath));
+        if (destinationInfo.isDir() && !destinationInfo.isSymLink())
+            return cli::fail(QStringLiteral("%1 is a folder; it is not replaced").arg(destinationPath));
+        CorvexError trashError;
+        if (sourceFormat == destinationFormat &&
+            !Trash::moveItemToTrash(destinationPath, nullptr, &trashError))
+            return cli::fail(QStringLiteral("could not move %1 to the Trash: %2")
+                                 .arg(destinationPath, trashError.localizedDescription()));
+    }
 
     CorvexError error;
     if (Processor::sharedProcessor().renameItemAtURL(QUrl::fromLocalFile(sourcePath), sourceFormat,
@@ -62,13 +81,16 @@ int runRename(const QStringList &arguments)
 }
 
 const cli::CommandRegistration registration{
-    "rename", "SOURCE DESTINATION",
+    "rename", "[--replace] SOURCE DESTINATION",
     "Moves an image, or converts it to the format of the destination's extension (the source goes to the "
     "Trash).",
     &runRename,
     "The formats come from the extensions: gif, jpg/jpeg/jpe, bmp, pdf, png, tiff/tif (any case). When both\n"
-    "are the same format the file is moved; an existing destination is never replaced. Otherwise the image\n"
-    "(page 1 of a PDF) is written in the new format and the source is moved to the Trash, even when the\n"
-    "conversion fails, so that it can be put back from there."};
+    "are the same format the file is moved. Otherwise the image (page 1 of a PDF) is written in the new\n"
+    "format and the source is moved to the Trash, even when the conversion fails, so that it can be put "
+    "back\n"
+    "from there. Something already at the destination is left alone and the command fails, unless --replace\n"
+    "is given: then a file in the way of a move goes to the Trash first, and one in the way of a conversion\n"
+    "is replaced only once the new file is complete."};
 
 } // namespace

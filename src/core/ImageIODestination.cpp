@@ -15,6 +15,10 @@
 
 #include <QImageWriter>
 #include <QPainter>
+#include <QRandomGenerator>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -62,7 +66,7 @@ bool ImageIODestination::canWrite(const QString &uti)
 }
 
 std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl &url, const QString &uti,
-                                                                      QString *reason)
+                                                                      QString *reason, Existing existing)
 {
     if (!canWrite(uti)) {
         setReason(reason, QStringLiteral("files of type %1 cannot be written").arg(uti));
@@ -72,8 +76,26 @@ std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl
         setReason(reason, QStringLiteral("%1 is not a local file").arg(url.toString()));
         return nullptr;
     }
-    // NewOnly: an existing file is never overwritten; nothing is created when opening fails.
-    auto file = std::make_unique<QFile>(url.toLocalFile());
+    const QString path = url.toLocalFile();
+    const QFileInfo target(path);
+    QString replacedPath;
+    if (existing == Existing::Replace && (target.exists() || target.isSymLink())) {
+        if (target.isDir() && !target.isSymLink()) {
+            setReason(reason, QStringLiteral("%1 is a folder").arg(path));
+            return nullptr;
+        }
+        replacedPath = path;
+    }
+    // NewOnly: an existing file is never overwritten; nothing is created when opening fails. A file to be
+    // replaced stays as it is until the new one is complete under a hidden name beside it.
+    auto file = std::make_unique<QFile>(path);
+    for (int attempt = 0; !replacedPath.isEmpty() && attempt < 100; ++attempt) {
+        file->setFileName(target.absolutePath() + QStringLiteral("/.") + target.fileName() +
+                          QStringLiteral(".corvex-%1")
+                              .arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0')));
+        if (!QFileInfo::exists(file->fileName()))
+            break;
+    }
     if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
         setReason(reason, file->errorString());
         return nullptr;
@@ -81,11 +103,12 @@ std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl
     // Marked before anything is written, so that whoever notices the finished file knows who made it. A file
     // system without extended attributes simply leaves the mark out.
     ExtendedAttributes::set(file->fileName(), ExtendedAttributes::CreatedByCorvex, QByteArray("1"));
-    return std::unique_ptr<ImageIODestination>(new ImageIODestination(uti, std::move(file)));
+    return std::unique_ptr<ImageIODestination>(new ImageIODestination(uti, std::move(file), replacedPath));
 }
 
-ImageIODestination::ImageIODestination(const QString &uti, std::unique_ptr<QFile> file)
-    : mUTI(uti), mFile(std::move(file))
+ImageIODestination::ImageIODestination(const QString &uti, std::unique_ptr<QFile> file,
+                                       const QString &replacedPath)
+    : mUTI(uti), mFile(std::move(file)), mReplacedPath(replacedPath)
 {
 }
 
@@ -94,7 +117,7 @@ ImageIODestination::~ImageIODestination()
     // A destination given up before finalize() holds nothing: remove the empty file it created.
     if (!mFinalized && mFile->isOpen()) {
         mFile->close();
-        if (mFile->size() == 0)
+        if (mFile->size() == 0 || !mReplacedPath.isEmpty())
             mFile->remove();
     }
 }
@@ -186,6 +209,13 @@ bool ImageIODestination::close(bool ok, QString *reason)
     mFile->close();
     if (ok && mFile->error() != QFileDevice::NoError) {
         setReason(reason, mFile->errorString());
+        ok = false;
+    }
+    // A complete file takes the place of the one it replaces in one step.
+    if (ok && !mReplacedPath.isEmpty() &&
+        ::rename(QFile::encodeName(mFile->fileName()).constData(),
+                 QFile::encodeName(mReplacedPath).constData()) != 0) {
+        setReason(reason, QString::fromLocal8Bit(std::strerror(errno)));
         ok = false;
     }
     if (!ok)

@@ -4,15 +4,15 @@
 // The Processor's file operations: measuring an image, and the rename, move or convert of a screenshot.
 #include "core/Processor.h"
 
-#include "foundation/CorvexError.h"
 #include "core/CorvexErrors.h"
 #include "core/DropboxCheck.h"
 #include "core/FileFormat.h"
-#include "platform/FileMove.h"
 #include "core/ImageIODestination.h"
 #include "core/ImageIOPDF.h"
 #include "core/ImageIOSource.h"
+#include "foundation/CorvexError.h"
 #include "logging/Log.h"
+#include "platform/FileMove.h"
 #include "platform/Trash.h"
 
 #include <QFileInfo>
@@ -101,6 +101,10 @@ bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceF
             *error = corvexErrorCGImageDestinationFinalizeWithURL(destinationURL, destinationFormat);
     };
 
+    // A file at the destination is replaced once the new one is complete; never the source itself.
+    const ImageIODestination::Existing existing = QFileInfo(sourcePath) == QFileInfo(destinationPath)
+                                                      ? ImageIODestination::Existing::Refuse
+                                                      : ImageIODestination::Existing::Replace;
     bool result = false;
     if ((!sourceFormat || sourceFormat->uti() != FileFormat::PDFType) &&
         ImageIODestination::canStreamFromPNG(uti) &&
@@ -115,7 +119,8 @@ bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceF
                          .arg(pixels.width())
                          .arg(pixels.height());
             sourceFailed();
-        } else if (auto destination = ImageIODestination::createWithURL(destinationURL, uti, &reason)) {
+        } else if (auto destination =
+                       ImageIODestination::createWithURL(destinationURL, uti, &reason, existing)) {
             bool unreadable = false;
             result = destination->finalizeFromPNG(sourcePath, ImageIOSource::MaximumImageBytes, &unreadable,
                                                   &reason);
@@ -134,7 +139,8 @@ bool Processor::renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceF
             source = ImageIOSource::createWithURL(sourceURL, &reason);
         if (!source) {
             sourceFailed();
-        } else if (auto destination = ImageIODestination::createWithURL(destinationURL, uti, &reason)) {
+        } else if (auto destination =
+                       ImageIODestination::createWithURL(destinationURL, uti, &reason, existing)) {
             destination->addImageFromSource(*source);
             source.reset(); // the destination holds the pixels now
             result = destination->finalize(&reason);

@@ -42,6 +42,36 @@ TEST(RenameCommand, ConvertsAndReportsFailures)
     EXPECT_NE(result.exitCode, 0);
 }
 
+TEST(RenameCommand, AFileInTheWayIsReplacedOnlyWhenAskedTo)
+{
+    QTemporaryDir dir;
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(qRgb(10, 200, 30));
+    const auto contents = [](const QString &path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    for (const QString &target : {u"in the way.jpg"_s, u"in the way.png"_s}) {
+        SCOPED_TRACE(target.toStdString());
+        const QString source = dir.filePath(u"shot.png"_s), destination = dir.filePath(target);
+        ASSERT_TRUE(image.save(source));
+        corvex::test::writeFile(destination, "older file");
+        auto result = runCli({u"rename"_s, source, destination});
+        EXPECT_NE(result.exitCode, 0);
+        EXPECT_TRUE(result.err.contains("already exists (give --replace to replace it)"))
+            << result.err.constData();
+        EXPECT_EQ(contents(destination), "older file");
+        EXPECT_TRUE(QFileInfo::exists(source));
+
+        result = runCli({u"rename"_s, u"--replace"_s, source, destination});
+        EXPECT_EQ(result.exitCode, 0) << result.err.constData();
+        EXPECT_EQ(QImage(destination).size(), QSize(30, 20));
+        EXPECT_FALSE(QFileInfo::exists(source));
+    }
+    // The file a move replaced is in the Trash.
+    EXPECT_EQ(contents(corvex::test::home() + u"/.local/share/Trash/files/in the way.png"_s), "older file");
+}
+
 TEST(RenameCommand, ConvertsThroughEveryKindOfStep)
 {
     // Bitmaps are converted without a GUI application, PDF pages with one; a PDF under a bitmap's name is

@@ -188,6 +188,29 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
     }
 }
 
+TEST_F(RenameItemTest, ConvertingOntoAFileReplacesItOnlyWithAWholeNewOne)
+{
+    const QString existing = corvex::test::writeFile(path(u"taken.jpg"_s), "older file");
+    ASSERT_TRUE(rename(writeImage(u"taken.png"_s), existing));
+    EXPECT_EQ(ImageIOSource::kindOfFile(existing), ImageIOSource::Kind::JPEG);
+
+    // A conversion that fails keeps the file it would have replaced, and leaves nothing beside it.
+    corvex::test::writeFile(existing, "older file");
+    for (const QString &name : {u"broken.png"_s, u"broken.bmp"_s}) {
+        SCOPED_TRACE(name.toStdString());
+        EXPECT_FALSE(rename(corvex::test::writeFile(path(name), "not an image"), existing));
+        QFile file(existing);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), QByteArray("older file"));
+    }
+    EXPECT_EQ(QDir(mDir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"taken.jpg"_s});
+    // Never the source itself.
+    const QString self = writeImage(u"self.png"_s);
+    std::unique_ptr<FileFormat> fresh(FileFormat::fileFormat(FileFormat::PNGType, u"PNG"_s, {u"png"_s}));
+    EXPECT_FALSE(
+        Processor::sharedProcessor().renameItemAtURL(url(self), format(u"png"_s), url(self), fresh.get()));
+}
+
 TEST_F(RenameItemTest, MissingSourceGivesNoSuchFileAndTheTrashStepFails)
 {
     const QString source = path(u"gone.png"_s);
