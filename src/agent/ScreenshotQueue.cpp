@@ -4,11 +4,11 @@
 
 #include "agent/ApplicationHandOff.h"
 #include "core/AutomaticSteps.h"
-#include "foundation/DispatchQueue.h"
-#include "platform/ExtendedAttributes.h"
-#include "logging/Log.h"
 #include "core/Processor.h"
 #include "core/ScreenshotInfo.h"
+#include "foundation/DispatchQueue.h"
+#include "logging/Log.h"
+#include "platform/CreatedFiles.h"
 
 #include <QFileInfo>
 
@@ -64,7 +64,7 @@ void ScreenshotQueue::process(const QString &path)
     if (!file.isFile() || file.size() == 0)
         return; // not written yet: its writer will close it again
     mTaken.insert(*identity);
-    if (ExtendedAttributes::size(path, CreatedByCorvexAttribute) >= 0)
+    if (CreatedFiles::wasCreated(path))
         return;
     ++mTakenCount;
 

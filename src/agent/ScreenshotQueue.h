@@ -20,7 +20,7 @@ class ScreenshotInfo;
 //
 // A file is taken once: the files already taken, and the files the automatic steps made of them, are known by
 // their identity, so that renames and conversions in the watched folder (the agent's own, and the
-// application's, whose files carry the attribute CreatedByCorvexAttribute) never count as new screenshots. An
+// application's, which CreatedFiles marks) never count as new screenshots. An
 // empty file is not taken yet: its writer will close it again once it has written it.
 class ScreenshotQueue
 {

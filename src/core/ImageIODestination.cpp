@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIODestination.h"
 
-#include "platform/ExtendedAttributes.h"
+#include "platform/CreatedFiles.h"
 
 #include "core/FileFormat.h"
 #include "core/ImageIOGIFEncoder.h"
@@ -100,9 +100,8 @@ std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl
         setReason(reason, file->errorString());
         return nullptr;
     }
-    // Marked before anything is written, so that whoever notices the finished file knows who made it. A file
-    // system without extended attributes simply leaves the mark out.
-    ExtendedAttributes::set(file->fileName(), ExtendedAttributes::CreatedByCorvex, QByteArray("1"));
+    // Marked before anything is written, so that whoever notices the finished file knows who made it.
+    CreatedFiles::markCreated(file->fileName(), replacedPath);
     return std::unique_ptr<ImageIODestination>(new ImageIODestination(uti, std::move(file), replacedPath));
 }
 

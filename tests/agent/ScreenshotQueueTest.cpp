@@ -8,7 +8,8 @@
 #include "AgentTestSupport.h"
 #include "agent/ApplicationHandOff.h"
 #include "core/AppUserDefaults.h"
-#include "platform/ExtendedAttributes.h"
+#include "platform/CreatedFiles.h"
+#include "platform/ExtendedAttributes_p.h"
 
 #include <QImageReader>
 #include <QRegularExpression>
@@ -163,13 +164,21 @@ TEST_F(ScreenshotQueueTest, TakesEachFileOnceAndSkipsFilesCorvexMade)
     queue.enqueue(renamed);
     queue.enqueue(mFolder + u"/Screenshot missing.png"_s);
 
+    // Files another Corvex process made, on a file system with extended attributes and on one without.
     const QString made = writeFile(mFolder + u"/Screenshot made.png"_s, pngBytes());
-    ASSERT_EQ(ExtendedAttributes::set(made, ScreenshotQueue::CreatedByCorvexAttribute, QByteArray()), 0);
+    CreatedFiles::markCreated(made);
     queue.enqueue(made);
     queue.waitUntilIdle();
     EXPECT_EQ(queue.takenCount(), 1);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
     EXPECT_EQ(app.receivedPaths(), QStringList{empty});
+    extended_attributes_private::setUserAttributesRefused(true);
+    const QString madeWithout = writeFile(mFolder + u"/Screenshot made without.png"_s, pngBytes());
+    CreatedFiles::markCreated(madeWithout);
+    queue.enqueue(madeWithout);
+    queue.waitUntilIdle();
+    extended_attributes_private::setUserAttributesRefused(false);
+    EXPECT_EQ(queue.takenCount(), 1);
 
     // Deleted and replaced by a new file of the same name: a new screenshot.
     QFile::remove(renamed);
@@ -178,6 +187,13 @@ TEST_F(ScreenshotQueueTest, TakesEachFileOnceAndSkipsFilesCorvexMade)
     queue.waitUntilIdle();
     EXPECT_EQ(queue.takenCount(), 2);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
+
+    // A new file in the place of a deleted one Corvex made is a screenshot, even with the old one's inode.
+    QFile::remove(madeWithout);
+    queue.enqueue(writeFile(madeWithout, pngBytes(12, 12)));
+    queue.waitUntilIdle();
+    EXPECT_EQ(queue.takenCount(), 3);
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 3; }));
 }
 
 TEST_F(ScreenshotQueueTest, PausedStepsLeaveTheFileAsItIs)
