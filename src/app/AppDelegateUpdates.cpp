@@ -37,4 +37,6 @@ void AppDelegate::updaterWillRelaunchApplication(SUUpdater *updater)
 {
     Q_UNUSED(updater)
     quitCorvexAgent();
+    // The new copy starts once this one has gone: quit as soon as the updater has handed over.
+    QMetaObject::invokeMethod(this, &AppDelegate::quit, Qt::QueuedConnection);
 }

@@ -91,7 +91,7 @@ void UpdateUserDriver::phaseChanged()
         break;
     case SUUpdater::Phase::Relaunching:
         if (mUpdateWindow)
-            mUpdateWindow->showStep(tr("Restarting Corvex…"));
+            mUpdateWindow->showStep(tr("Restarting Corvex…"), true);
         break;
     case SUUpdater::Phase::Downloading:
         if (mUpdateWindow)

@@ -140,13 +140,14 @@ void UpdateWindowController::showDownloadProgress(qint64 received, qint64 total)
     }
 }
 
-void UpdateWindowController::showStep(const QString &text)
+void UpdateWindowController::showStep(const QString &text, bool last)
 {
     mBottom->setCurrentIndex(1);
     mProgressBar->setRange(0, 0);
     mStatusLabel->setText(text);
     // Verifying, unpacking and replacing the bundle cannot be stopped half-way.
     mCancelButton->setEnabled(false);
+    mClosable = last;
 }
 
 void UpdateWindowController::showOffer()
@@ -176,6 +177,10 @@ void UpdateWindowController::reject()
     if (mBottom->currentIndex() == 1) {
         if (mCancelButton->isEnabled())
             Q_EMIT cancelRequested();
+        // Once the update is installed, the application quitting closes the window.
+        if (mCancelButton->isEnabled() || !mClosable)
+            return;
+        QDialog::reject();
         return;
     }
     Q_EMIT remindLaterRequested();

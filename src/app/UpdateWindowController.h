@@ -29,8 +29,9 @@ public:
 
     // Switches to the progress page: bytes received of the total (-1: unknown).
     void showDownloadProgress(qint64 received, qint64 total);
-    // Switches to the progress page with a step that has no measure ("Verifying update…").
-    void showStep(const QString &text);
+    // Switches to the progress page with a step that has no measure ("Verifying update…"). Until the step
+    // is the last one, the window cannot be closed: the steps cannot be stopped half-way.
+    void showStep(const QString &text, bool last = false);
     // Back to the offer with the buttons enabled (after a cancelled download).
     void showOffer();
 
@@ -60,4 +61,5 @@ private:
     QProgressBar *mProgressBar = nullptr;
     QLabel *mStatusLabel = nullptr;
     QPushButton *mCancelButton = nullptr;
+    bool mClosable = true;
 };

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
+#include "core/SUUpdater.h"
 #include "../core/CapturingLogger.h"
 #include "WindowTestSupport.h"
 #include "core/AppUserDefaults.h"
@@ -216,6 +217,14 @@ TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
     EXPECT_EQ(quits.count(), 1) << "the preference keeps the application running";
     EXPECT_TRUE(mDelegate->windowControllers().isEmpty());
     defaults.removeObjectForKey(QStringLiteral("quitAppAfterLastWindowClosed"));
+}
+
+TEST_F(AppDelegateTest, AnInstalledUpdateEndsTheApplicationOnceTheUpdaterHasHandedOver)
+{
+    QSignalSpy quits(mDelegate.get(), &AppDelegate::terminationRequested);
+    mDelegate->updaterWillRelaunchApplication(&SUUpdater::sharedUpdater());
+    EXPECT_EQ(quits.count(), 0) << "the updater still has to start the new copy";
+    ASSERT_TRUE(waitUntil([&] { return quits.count() == 1; }));
 }
 
 TEST_F(AppDelegateTest, ResetPreferencesAndCounter)

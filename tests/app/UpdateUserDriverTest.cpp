@@ -126,6 +126,8 @@ TEST_F(UpdateUserDriverTest, TheUpdateWindowOffersAndInstalls)
     EXPECT_EQ(relaunched, bundlePath);
     EXPECT_EQ(Bundle(bundlePath).bundleVersion(), "2.1");
     EXPECT_EQ(window->statusText(), "Restarting Corvex…");
+    // The application quitting now closes every window, this one included.
+    EXPECT_TRUE(window->close());
 }
 
 TEST_F(UpdateUserDriverTest, SkipAndRemindLaterAnswerTheUpdater)
