@@ -20,6 +20,8 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 inline void PrintTo(const QString &text, std::ostream *stream)
@@ -28,7 +30,7 @@ inline void PrintTo(const QString &text, std::ostream *stream)
 }
 inline void PrintTo(const QStringList &list, std::ostream *stream)
 {
-    *stream << '[' << list.join(QStringLiteral(", ")).toStdString() << ']';
+    *stream << '[' << list.join(u", "_s).toStdString() << ']';
 }
 
 namespace {
@@ -41,8 +43,8 @@ protected:
         mLogger = std::make_unique<LogCapture>();
         mDelegate = std::make_unique<AppDelegate>();
         mLogger->takeMessages();
-        mAutostart = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                     QStringLiteral("/autostart");
+        mAutostart =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart"_s;
         QDir(mAutostart).removeRecursively();
     }
     void TearDown() override
@@ -53,14 +55,14 @@ protected:
     // A bundle with a copy of a real program as its executable.
     QString makeBundle(const QString &folder, const QString &identifier, const QString &program)
     {
-        const QString bundle = folder + QStringLiteral("/Corvex.app");
-        const QVariantMap info{{QStringLiteral("CFBundleIdentifier"), identifier},
-                               {QStringLiteral("CFBundleVersion"), QStringLiteral("2.0.5")},
-                               {QStringLiteral("CFBundleExecutable"), QStringLiteral("Corvex")}};
-        writeFile(bundle + QStringLiteral("/Contents/Info.plist"),
+        const QString bundle = folder + u"/Corvex.app"_s;
+        const QVariantMap info{{u"CFBundleIdentifier"_s, identifier},
+                               {u"CFBundleVersion"_s, u"2.0.5"_s},
+                               {u"CFBundleExecutable"_s, u"Corvex"_s}};
+        writeFile(bundle + u"/Contents/Info.plist"_s,
                   PropertyList::serialize(info, PropertyList::Format::Xml));
-        QDir().mkpath(bundle + QStringLiteral("/Contents/MacOS"));
-        const QString executable = bundle + QStringLiteral("/Contents/MacOS/Corvex");
+        QDir().mkpath(bundle + u"/Contents/MacOS"_s);
+        const QString executable = bundle + u"/Contents/MacOS/Corvex"_s;
         QFile::copy(program, executable);
         QFile::setPermissions(executable, QFile::permissions(program));
         return bundle;
@@ -74,10 +76,7 @@ protected:
         ASSERT_TRUE(entry.write(mAutostart + u'/' + fileName));
         spin(std::chrono::milliseconds(15)); // distinct modification times keep the list's order
     }
-    QStringList entries() const
-    {
-        return QDir(mAutostart).entryList({QStringLiteral("*.desktop")}, QDir::Files);
-    }
+    QStringList entries() const { return QDir(mAutostart).entryList({u"*.desktop"_s}, QDir::Files); }
 
     std::unique_ptr<LogCapture> mLogger;
     std::unique_ptr<AppDelegate> mDelegate;
@@ -86,8 +85,8 @@ protected:
 
 TEST_F(AgentLoginItemsTest, TheAgentLiesInTheHelpersFolderBesideTheExecutable)
 {
-    const QString expected = QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                                             QStringLiteral("/../Helpers/CorvexAgent.app"));
+    const QString expected =
+        QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../Helpers/CorvexAgent.app"_s);
     EXPECT_EQ(mDelegate->corvexAgentApplicationURL(), QUrl::fromLocalFile(expected));
     EXPECT_TRUE(mDelegate->corvexAgentApplicationURL().isLocalFile());
 }
@@ -97,8 +96,7 @@ TEST_F(AgentLoginItemsTest, LaunchingAMissingAgentIsLoggedAsAFailure)
     mDelegate->launchCorvexAgent();
     const QStringList messages = mLogger->takeMessages();
     ASSERT_EQ(messages.size(), 1);
-    EXPECT_TRUE(messages.first().startsWith(QStringLiteral("Agent launch failed: ")))
-        << messages.first().toStdString();
+    EXPECT_TRUE(messages.first().startsWith(u"Agent launch failed: "_s)) << messages.first().toStdString();
 }
 
 TEST_F(AgentLoginItemsTest, QuittingTheAgentEndsEveryRunningAgent)
@@ -110,60 +108,53 @@ TEST_F(AgentLoginItemsTest, QuittingTheAgentEndsEveryRunningAgent)
     ASSERT_TRUE(waitUntil(
         [] {
             return QDBusConnection::sessionBus().interface()->isServiceRegistered(
-                QStringLiteral("com.ostrel.CorvexAgent"));
+                u"com.ostrel.CorvexAgent"_s);
         },
         std::chrono::seconds(15)));
     mDelegate->quitCorvexAgent();
     ASSERT_TRUE(agent.waitForFinished(15000));
     EXPECT_EQ(agent.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(agent.exitCode(), 0);
-    EXPECT_EQ(mLogger->takeMessages(), QStringList{QStringLiteral("Agent app has been terminated")});
+    EXPECT_EQ(mLogger->takeMessages(), QStringList{u"Agent app has been terminated"_s});
 }
 
 TEST_F(AgentLoginItemsTest, QuittingOtherCopiesSparesThisOne)
 {
-    const QString bundle =
-        makeBundle(home() + QStringLiteral("/OtherCopy"), QStringLiteral("com.ostrel.Corvex"),
-                   QStandardPaths::findExecutable(QStringLiteral("sleep")));
+    const QString bundle = makeBundle(home() + u"/OtherCopy"_s, u"com.ostrel.Corvex"_s,
+                                      QStandardPaths::findExecutable(u"sleep"_s));
     QProcess other;
-    other.start(bundle + QStringLiteral("/Contents/MacOS/Corvex"), {QStringLiteral("60")});
+    other.start(bundle + u"/Contents/MacOS/Corvex"_s, {u"60"_s});
     ASSERT_TRUE(other.waitForStarted(10000));
     mDelegate->quitOtherCorvexs();
     ASSERT_TRUE(other.waitForFinished(10000));
     EXPECT_EQ(other.exitStatus(), QProcess::CrashExit) << "sleep ends by the signal";
-    EXPECT_EQ(mLogger->takeMessages(),
-              QStringList{QStringLiteral("Another Corvex instance has been terminated")});
+    EXPECT_EQ(mLogger->takeMessages(), QStringList{u"Another Corvex instance has been terminated"_s});
 }
 
 TEST_F(AgentLoginItemsTest, LoginItemsFollowTheAgentOfThisCopy)
 {
-    const QString oldCopy =
-        makeBundle(home() + QStringLiteral("/OldAgent"), QStringLiteral("com.ostrel.CorvexAgent"),
-                   QStandardPaths::findExecutable(QStringLiteral("true")));
-    addEntry(QStringLiteral("old-agent.desktop"), QStringLiteral("CorvexAgent"),
-             oldCopy + QStringLiteral("/Contents/MacOS/Corvex"));
-    addEntry(QStringLiteral("gone-agent.desktop"), QStringLiteral("CorvexAgent"),
-             QStringLiteral("/gone/CorvexAgent"));
-    addEntry(QStringLiteral("editor.desktop"), QStringLiteral("Editor"), QStringLiteral("/bin/sh"));
+    const QString oldCopy = makeBundle(home() + u"/OldAgent"_s, u"com.ostrel.CorvexAgent"_s,
+                                       QStandardPaths::findExecutable(u"true"_s));
+    addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, oldCopy + u"/Contents/MacOS/Corvex"_s);
+    addEntry(u"gone-agent.desktop"_s, u"CorvexAgent"_s, u"/gone/CorvexAgent"_s);
+    addEntry(u"editor.desktop"_s, u"Editor"_s, u"/bin/sh"_s);
 
     // Removing takes the first agent entry only and stops there.
     mDelegate->removeAgentFromLoginItems();
-    EXPECT_EQ(entries(),
-              (QStringList{QStringLiteral("editor.desktop"), QStringLiteral("gone-agent.desktop")}));
+    EXPECT_EQ(entries(), (QStringList{u"editor.desktop"_s, u"gone-agent.desktop"_s}));
     EXPECT_TRUE(mLogger->takeMessages().isEmpty());
 
     // This test program has no agent beside it: every agent entry goes and the new one cannot be added.
-    addEntry(QStringLiteral("old-agent.desktop"), QStringLiteral("CorvexAgent"),
-             oldCopy + QStringLiteral("/Contents/MacOS/Corvex"));
+    addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, oldCopy + u"/Contents/MacOS/Corvex"_s);
     mDelegate->ensureAgentIsInLoginItems();
-    EXPECT_EQ(entries(), QStringList{QStringLiteral("editor.desktop")});
+    EXPECT_EQ(entries(), QStringList{u"editor.desktop"_s});
     const QStringList messages = mLogger->takeMessages();
     ASSERT_EQ(messages.size(), 3) << messages.join(u'\n').toStdString();
-    EXPECT_EQ(messages.at(0), QStringLiteral("Agent wasn't found in login items so we'll add it."));
-    EXPECT_EQ(messages.at(1), QStringLiteral("Login item CorvexAgent could not be resolved.  Error: 2"));
+    EXPECT_EQ(messages.at(0), u"Agent wasn't found in login items so we'll add it."_s);
+    EXPECT_EQ(messages.at(1), u"Login item CorvexAgent could not be resolved.  Error: 2"_s);
     EXPECT_EQ(messages.at(2),
-              QStringLiteral("Item %1 could not be added to the login item list for an unknown reason.")
-                  .arg(mDelegate->corvexAgentApplicationURL().toString()));
+              u"Item %1 could not be added to the login item list for an unknown reason."_s.arg(
+                  mDelegate->corvexAgentApplicationURL().toString()));
 }
 
 } // namespace

@@ -17,6 +17,8 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 namespace {
@@ -62,19 +64,19 @@ TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactly)
     ActionRecorder recorder(*mDelegate);
     using A = AppDelegate::Action;
     const QList<std::pair<QString, QList<A>>> cases{
-        {QStringLiteral("qzcv://about"), {A::About}},
-        {QStringLiteral("qzcv://prefs"), {A::Preferences}},
-        {QStringLiteral("qzcv://prefs/reset"), {A::ResetPreferences}},
-        {QStringLiteral("qzcv://feedback"), {A::SendFeedback}},
-        {QStringLiteral("qzcv://checkForUpdate"), {A::CheckForUpdates}},
-        {QStringLiteral("qzcv://checkForUpdates"), {}},
-        {QStringLiteral("qzcv://prefs/"), {}},
-        {QStringLiteral("qzcv://Prefs"), {}},
-        {QStringLiteral("qzcv:prefs"), {}},
-        {QStringLiteral("qzcv://prefs?x=1"), {}},
-        {QStringLiteral("QZCV://prefs"), {}},
-        {QStringLiteral("http://prefs"), {}},
-        {QStringLiteral("prefs"), {}},
+        {u"qzcv://about"_s, {A::About}},
+        {u"qzcv://prefs"_s, {A::Preferences}},
+        {u"qzcv://prefs/reset"_s, {A::ResetPreferences}},
+        {u"qzcv://feedback"_s, {A::SendFeedback}},
+        {u"qzcv://checkForUpdate"_s, {A::CheckForUpdates}},
+        {u"qzcv://checkForUpdates"_s, {}},
+        {u"qzcv://prefs/"_s, {}},
+        {u"qzcv://Prefs"_s, {}},
+        {u"qzcv:prefs"_s, {}},
+        {u"qzcv://prefs?x=1"_s, {}},
+        {u"QZCV://prefs"_s, {}},
+        {u"http://prefs"_s, {}},
+        {u"prefs"_s, {}},
         {QString(), {}},
     };
     for (const auto &[url, expected] : cases) {
@@ -102,11 +104,11 @@ TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
         // The call is made from another thread's connection so that this thread can answer it.
         QDBusConnection::sessionBus().asyncCall(message);
     };
-    call(QStringLiteral("About"));
-    call(QStringLiteral("CheckForUpdates"));
-    call(QStringLiteral("GetURL"), {QStringLiteral("qzcv://feedback")});
-    call(QStringLiteral("GetURL"), {QStringLiteral("mailto:someone")});
-    call(QStringLiteral("Preferences"));
+    call(u"About"_s);
+    call(u"CheckForUpdates"_s);
+    call(u"GetURL"_s, {u"qzcv://feedback"_s});
+    call(u"GetURL"_s, {u"mailto:someone"_s});
+    call(u"Preferences"_s);
     using A = AppDelegate::Action;
     ASSERT_TRUE(waitUntil([&] { return recorder.triggered.size() == 4; }));
     spin(std::chrono::milliseconds(100));
@@ -118,10 +120,9 @@ TEST_F(AppDelegateCommandLineTest, ACommandThatOpensAWindowIsAnsweredBeforeItRun
 {
     mDelegate->applicationWillFinishLaunching();
     ASSERT_TRUE(AppEventHandler::claimServiceName());
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(AppEventHandler::ServiceName, AppEventHandler::ObjectPath,
-                                       AppEventHandler::Interface, QStringLiteral("GetURL"));
-    message.setArguments({QStringLiteral("qzcv://about")});
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        AppEventHandler::ServiceName, AppEventHandler::ObjectPath, AppEventHandler::Interface, u"GetURL"_s);
+    message.setArguments({u"qzcv://about"_s});
     const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(message);
     // About stands in for a modal window: it runs its own event loop until the caller has its answer.
     bool ran = false;
@@ -150,9 +151,9 @@ TEST_F(AppDelegateCommandLineTest, ASecondLaunchHandsItsScreenshotAndURLToTheRun
         CorvexScreenshotMatchedNotification, nullptr,
         [&](const QString &, const QVariantMap &userInfo) { posted.append(userInfo); });
 
-    const QString path = writeImage(folder(QStringLiteral("Handed")) + QStringLiteral("/Handed.png"));
+    const QString path = writeImage(folder(u"Handed"_s) + u"/Handed.png"_s);
     AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
-    shared.setScreenshotBookmarkData(Bookmark::create(path), QStringLiteral("key-1"));
+    shared.setScreenshotBookmarkData(Bookmark::create(path), u"key-1"_s);
 
     // The second launch runs on another thread's event loop, so that this one can answer its GetURL call.
     const auto launch = [](const QStringList &arguments) {
@@ -164,31 +165,26 @@ TEST_F(AppDelegateCommandLineTest, ASecondLaunchHandsItsScreenshotAndURLToTheRun
         delete thread;
         return result;
     };
-    EXPECT_EQ(launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("0")})
-                  .exitCode,
-              0);
+    EXPECT_EQ(launch({u"-filePath"_s, path, u"-screenNum"_s, u"0"_s}).exitCode, 0);
     spin(std::chrono::milliseconds(300));
     EXPECT_TRUE(posted.isEmpty()) << "screen 0 is no screen";
 
     const ProcessResult handed =
-        launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("2"),
-                QStringLiteral("-bookmarkData"), QStringLiteral("key-1"), QStringLiteral("-newFilePath"),
-                QStringLiteral("/tmp/new name.png"), QStringLiteral("qzcv://checkForUpdate")});
+        launch({u"-filePath"_s, path, u"-screenNum"_s, u"2"_s, u"-bookmarkData"_s, u"key-1"_s,
+                u"-newFilePath"_s, u"/tmp/new name.png"_s, u"qzcv://checkForUpdate"_s});
     EXPECT_EQ(handed.exitCode, 0) << handed.err.toStdString();
     ASSERT_TRUE(waitUntil([&] { return posted.size() == 1 && mDelegate->windowControllers().size() == 1; }));
     const QVariantMap info = posted.first();
     EXPECT_EQ(info.value(CorvexFilePathKey).toString(), path);
     EXPECT_EQ(info.value(CorvexScreenNumberKey).toLongLong(), 2);
-    EXPECT_EQ(info.value(CorvexNewFilePathKey).toString(), QStringLiteral("/tmp/new name.png"));
-    EXPECT_TRUE(info.value(CorvexFileAttributesKey).toMap().contains(QStringLiteral("NSFileSize")));
+    EXPECT_EQ(info.value(CorvexNewFilePathKey).toString(), u"/tmp/new name.png"_s);
+    EXPECT_TRUE(info.value(CorvexFileAttributesKey).toMap().contains(u"NSFileSize"_s));
     EXPECT_FALSE(info.value(CorvexBookmarkDataKey).toByteArray().isEmpty());
     EXPECT_EQ(recorder.triggered, QList<AppDelegate::Action>{AppDelegate::Action::CheckForUpdates});
     shared.synchronize();
-    EXPECT_TRUE(shared.screenshotBookmarkDataForKey(QStringLiteral("key-1")).isNull())
-        << "the bookmark is used once";
+    EXPECT_TRUE(shared.screenshotBookmarkDataForKey(u"key-1"_s).isNull()) << "the bookmark is used once";
 
-    launch({QStringLiteral("-filePath"), path, QStringLiteral("-screenNum"), QStringLiteral("1"),
-            QStringLiteral("-bookmarkData"), QStringLiteral("key-1")});
+    launch({u"-filePath"_s, path, u"-screenNum"_s, u"1"_s, u"-bookmarkData"_s, u"key-1"_s});
     ASSERT_TRUE(waitUntil([&] { return posted.size() == 2; }));
     EXPECT_FALSE(posted.last().contains(CorvexBookmarkDataKey)) << "the second use finds nothing";
     EXPECT_FALSE(posted.last().contains(CorvexNewFilePathKey));

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
-#include "core/SUUpdater.h"
 #include "../core/CapturingLogger.h"
 #include "WindowTestSupport.h"
 #include "core/AppUserDefaults.h"
+#include "core/SUUpdater.h"
 #include "foundation/Notifications.h"
 #include "foundation/Version.h"
 #include "platform/DistributedNotificationCenter.h"
@@ -18,6 +18,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using namespace corvex::test;
 
@@ -34,9 +36,9 @@ public:
                 name, nullptr, [this](const QString &posted, const QVariantMap &userInfo) {
                     names.append(posted);
                     infos.append(userInfo);
-                    onDisk.append(PropertyList::readFile(
-                                      home() + QStringLiteral("/.config/corvex/com.ostrel.Corvex.plist"))
-                                      .toMap());
+                    onDisk.append(
+                        PropertyList::readFile(home() + u"/.config/corvex/com.ostrel.Corvex.plist"_s)
+                            .toMap());
                 }));
     }
     ~NotificationRecorder()
@@ -88,8 +90,8 @@ protected:
 TEST_F(AppDelegateTest, FactoryDefaultsAreRegisteredAndTheVersionStringIsTheBuilds)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    EXPECT_TRUE(defaults.boolForKey(QStringLiteral("showCorvexWindow")));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("jpg"));
+    EXPECT_TRUE(defaults.boolForKey(u"showCorvexWindow"_s));
+    EXPECT_EQ(defaults.stringForKey(u"autoReformatExtension"_s), u"jpg"_s);
     EXPECT_EQ(AppDelegate::appVersionString(),
               QStringLiteral(CORVEX_MARKETING_VERSION " (" CORVEX_SOURCE_REVISION ")"));
     EXPECT_FALSE(AppDelegate::osVersionString().isEmpty());
@@ -102,42 +104,41 @@ TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     NotificationRecorder recorder({CorvexShowStatusMenuNotification, CorvexHideStatusMenuNotification,
                                    CorvexDefaultsChangedNotification});
-    defaults.setBool(false, QStringLiteral("showMenuIcon"));
+    defaults.setBool(false, u"showMenuIcon"_s);
     ASSERT_TRUE(waitUntil([&] { return recorder.names.size() >= 2; }));
     spin(std::chrono::milliseconds(100));
     EXPECT_EQ(recorder.names,
               (QStringList{CorvexHideStatusMenuNotification, CorvexDefaultsChangedNotification}));
-    EXPECT_EQ(recorder.onDisk.last().value(QStringLiteral("showMenuIcon")), QVariant(false))
+    EXPECT_EQ(recorder.onDisk.last().value(u"showMenuIcon"_s), QVariant(false))
         << "on disk before the agent is told";
-    defaults.setBool(true, QStringLiteral("showMenuIcon"));
+    defaults.setBool(true, u"showMenuIcon"_s);
     ASSERT_TRUE(waitUntil([&] { return recorder.names.size() >= 4; }));
     EXPECT_EQ(recorder.names.mid(2),
               (QStringList{CorvexShowStatusMenuNotification, CorvexDefaultsChangedNotification}));
 
     recorder.names.clear();
-    defaults.setObject(QStringLiteral("png"), QStringLiteral("autoReformatExtension"));
+    defaults.setObject(u"png"_s, u"autoReformatExtension"_s);
     ASSERT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
     EXPECT_EQ(recorder.names, QStringList{CorvexDefaultsChangedNotification});
     EXPECT_TRUE(recorder.infos.last().isEmpty());
-    EXPECT_EQ(recorder.onDisk.last().value(QStringLiteral("autoReformatExtension")),
-              QVariant(QStringLiteral("png")));
+    EXPECT_EQ(recorder.onDisk.last().value(u"autoReformatExtension"_s), QVariant(u"png"_s));
 
     recorder.names.clear();
-    defaults.setBool(false, QStringLiteral("quitAppAfterLastWindowClosed"));
-    defaults.setBool(false, QStringLiteral("startAtLogIn"));
+    defaults.setBool(false, u"quitAppAfterLastWindowClosed"_s);
+    defaults.setBool(false, u"startAtLogIn"_s);
     spin(std::chrono::milliseconds(300));
     EXPECT_TRUE(recorder.names.isEmpty()) << "unobserved keys and startAtLogIn post nothing";
-    defaults.removeObjectForKey(QStringLiteral("quitAppAfterLastWindowClosed"));
+    defaults.removeObjectForKey(u"quitAppAfterLastWindowClosed"_s);
 
     mDelegate->removeNotificationObservers();
-    defaults.setObject(QStringLiteral("gif"), QStringLiteral("autoReformatExtension"));
+    defaults.setObject(u"gif"_s, u"autoReformatExtension"_s);
     spin(std::chrono::milliseconds(300));
     EXPECT_TRUE(recorder.names.isEmpty()) << "no handler after the observers are removed";
 }
 
 TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
 {
-    const QString shot = writeImage(folder(QStringLiteral("LaunchShots")) + QStringLiteral("/Early.png"));
+    const QString shot = writeImage(folder(u"LaunchShots"_s) + u"/Early.png"_s);
     AppDelegate delegate;
     delegate.keepScreenshotsUntilLaunched();
     DistributedNotificationCenter::defaultCenter().postNotificationName(
@@ -161,9 +162,9 @@ TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
 
 TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
 {
-    const QString shots = folder(QStringLiteral("AppShots"));
-    const QString first = writeImage(shots + QStringLiteral("/First.png"));
-    const QString second = writeImage(shots + QStringLiteral("/Second.png"));
+    const QString shots = folder(u"AppShots"_s);
+    const QString first = writeImage(shots + u"/First.png"_s);
+    const QString second = writeImage(shots + u"/Second.png"_s);
     DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
     center.postNotificationName(CorvexScreenshotMatchedNotification,
                                 ScreenshotInfo(first, 1).notificationDictionary());
@@ -192,7 +193,7 @@ TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     QSignalSpy quits(mDelegate.get(), &AppDelegate::terminationRequested);
-    const QString path = writeImage(folder(QStringLiteral("LastWindow")) + QStringLiteral("/Last.png"));
+    const QString path = writeImage(folder(u"LastWindow"_s) + u"/Last.png"_s);
     mDelegate->screenshotTaken(ScreenshotInfo(path, 1).notificationDictionary());
     ASSERT_EQ(mDelegate->windowControllers().size(), 1);
     QPointer<CorvexWindowController> controller = mDelegate->windowControllers().first();
@@ -207,16 +208,16 @@ TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
     other.close();
     spin(std::chrono::milliseconds(100));
     EXPECT_EQ(quits.count(), 1);
-    EXPECT_TRUE(log.messages().contains(
-        QStringLiteral("Not quitting because the last window closed was not a renaming window.")));
+    EXPECT_TRUE(
+        log.messages().contains(u"Not quitting because the last window closed was not a renaming window."_s));
 
-    defaults.setBool(false, QStringLiteral("quitAppAfterLastWindowClosed"));
+    defaults.setBool(false, u"quitAppAfterLastWindowClosed"_s);
     mDelegate->screenshotTaken(ScreenshotInfo(path, 1).notificationDictionary());
     mDelegate->windowControllers().first()->window()->close();
     spin(std::chrono::milliseconds(100));
     EXPECT_EQ(quits.count(), 1) << "the preference keeps the application running";
     EXPECT_TRUE(mDelegate->windowControllers().isEmpty());
-    defaults.removeObjectForKey(QStringLiteral("quitAppAfterLastWindowClosed"));
+    defaults.removeObjectForKey(u"quitAppAfterLastWindowClosed"_s);
 }
 
 TEST_F(AppDelegateTest, AnInstalledUpdateEndsTheApplicationOnceTheUpdaterHasHandedOver)
@@ -230,28 +231,28 @@ TEST_F(AppDelegateTest, AnInstalledUpdateEndsTheApplicationOnceTheUpdaterHasHand
 TEST_F(AppDelegateTest, ResetPreferencesAndCounter)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setInteger(41, QStringLiteral("autoRenameCount"));
-    defaults.setObject(QStringLiteral("tiff"), QStringLiteral("autoReformatExtension"));
-    defaults.setBool(true, QStringLiteral("SUHasLaunchedBefore"));
-    defaults.setBool(true, QStringLiteral("moveToApplicationsFolderAlertSuppress"));
+    defaults.setInteger(41, u"autoRenameCount"_s);
+    defaults.setObject(u"tiff"_s, u"autoReformatExtension"_s);
+    defaults.setBool(true, u"SUHasLaunchedBefore"_s);
+    defaults.setBool(true, u"moveToApplicationsFolderAlertSuppress"_s);
 
-    answerNextModalAlert(QStringLiteral("Cancel"));
+    answerNextModalAlert(u"Cancel"_s);
     mDelegate->resetPreferences();
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 41);
+    EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 41);
 
     NotificationRecorder recorder({CorvexDefaultsChangedNotification});
-    answerNextModalAlert(QStringLiteral("Reset"));
+    answerNextModalAlert(u"Reset"_s);
     mDelegate->resetPreferences();
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 0);
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("autoReformatExtension")), QStringLiteral("jpg"));
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("SUHasLaunchedBefore")).isValid());
-    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("moveToApplicationsFolderAlertSuppress")));
+    EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 0);
+    EXPECT_EQ(defaults.stringForKey(u"autoReformatExtension"_s), u"jpg"_s);
+    EXPECT_FALSE(defaults.objectForKey(u"SUHasLaunchedBefore"_s).isValid());
+    EXPECT_FALSE(defaults.boolForKey(u"moveToApplicationsFolderAlertSuppress"_s));
     EXPECT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); })) << "the agent hears of the reset";
 
-    defaults.setInteger(7, QStringLiteral("autoRenameCount"));
+    defaults.setInteger(7, u"autoRenameCount"_s);
     recorder.names.clear();
     mDelegate->resetAutoRenameCounter();
-    EXPECT_EQ(defaults.integerForKey(QStringLiteral("autoRenameCount")), 0);
+    EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 0);
     EXPECT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
 }
 

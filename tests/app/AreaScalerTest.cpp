@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A picture with hard edges and fine detail: text and one-pixel stripes, where a poor reduction aliases.
@@ -20,7 +22,7 @@ QImage detailed(const QSize &size)
     painter.setFont(font);
     painter.setPen(Qt::black);
     painter.drawText(QRect(0, size.height() / 2, size.width(), size.height() / 2), Qt::AlignCenter,
-                     QStringLiteral("Quick brown fox 0123"));
+                     u"Quick brown fox 0123"_s);
     painter.end();
     return image;
 }

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 // The renaming window's picture: a reduced copy is shown, the full picture is printed.
@@ -19,8 +21,7 @@ protected:
 
 TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInFull)
 {
-    const QString path =
-        writeImage(folder(QStringLiteral("Large")) + QStringLiteral("/Screenshot.png"), QSize(5120, 2880));
+    const QString path = writeImage(folder(u"Large"_s) + u"/Screenshot.png"_s, QSize(5120, 2880));
     auto controller = openWindow(path, &mPrinter);
     ASSERT_TRUE(controller->isImageLoaded());
     const ImageView *view = controller->imageView();
@@ -53,8 +54,7 @@ TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInF
 
 TEST_F(CorvexWindowControllerFilesTest, AWindowMadeLargerGetsASharperCopy)
 {
-    const QString path =
-        writeImage(folder(QStringLiteral("Larger")) + QStringLiteral("/Screenshot.png"), QSize(4000, 2000));
+    const QString path = writeImage(folder(u"Larger"_s) + u"/Screenshot.png"_s, QSize(4000, 2000));
     auto controller = openWindow(path, &mPrinter);
     const int before = controller->image().width();
     ASSERT_LT(before, 4000);
@@ -81,8 +81,7 @@ TEST_F(CorvexWindowControllerFilesTest, AWindowMadeLargerGetsASharperCopy)
 
 TEST_F(CorvexWindowControllerFilesTest, APictureGoneBeforePrintingPrintsWhatIsShown)
 {
-    const QString path =
-        writeImage(folder(QStringLiteral("Gone")) + QStringLiteral("/Screenshot.png"), QSize(3000, 2000));
+    const QString path = writeImage(folder(u"Gone"_s) + u"/Screenshot.png"_s, QSize(3000, 2000));
     auto controller = openWindow(path, &mPrinter);
     const QImage shown = controller->image();
     ASSERT_FALSE(shown.isNull());
@@ -98,8 +97,7 @@ TEST_F(CorvexWindowControllerFilesTest, APictureGoneBeforePrintingPrintsWhatIsSh
 
 TEST_F(CorvexWindowControllerFilesTest, AClosedWindowPrintsNothing)
 {
-    const QString path =
-        writeImage(folder(QStringLiteral("Closed")) + QStringLiteral("/Screenshot.png"), QSize(4000, 3000));
+    const QString path = writeImage(folder(u"Closed"_s) + u"/Screenshot.png"_s, QSize(4000, 3000));
     auto controller = openWindow(path, &mPrinter);
     bool printed = false;
     mPrinter.onPrint = ([&](QWidget *, const QImage &, const QPageLayout &) { printed = true; });

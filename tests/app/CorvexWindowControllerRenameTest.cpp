@@ -16,6 +16,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 namespace {
@@ -32,7 +34,7 @@ int formatIndex(const QString &uti)
 
 QString trashedCopy(const QString &name)
 {
-    return home() + QStringLiteral("/.local/share/Trash/files/") + name;
+    return home() + u"/.local/share/Trash/files/"_s + name;
 }
 
 } // namespace
@@ -43,8 +45,8 @@ protected:
     void SetUp() override
     {
         clearWindowPreferences();
-        mFolder = folder(QStringLiteral("Rename%1").arg(++sCount));
-        mPath = writeImage(mFolder + QStringLiteral("/Shot.png"));
+        mFolder = folder(u"Rename%1"_s.arg(++sCount));
+        mPath = writeImage(mFolder + u"/Shot.png"_s);
     }
     void TearDown() override { clearWindowPreferences(); }
 
@@ -64,26 +66,26 @@ protected:
 
 TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesAndRemembersTheFolder)
 {
-    UserDefaults::standardUserDefaults().setBool(true, QStringLiteral("hideExtension"));
-    const QString target = folder(QStringLiteral("Target"));
+    UserDefaults::standardUserDefaults().setBool(true, u"hideExtension"_s);
+    const QString target = folder(u"Target"_s);
     auto controller = openWindow(mPath);
     controller->setWhere(target);
-    typeAndRename(*controller, QStringLiteral("a/b.png"));
-    const QString renamed = target + QStringLiteral("/a:b.png");
+    typeAndRename(*controller, u"a/b.png"_s);
+    const QString renamed = target + u"/a:b.png"_s;
     EXPECT_TRUE(QFileInfo::exists(renamed)) << "a slash is stored as a colon";
     EXPECT_FALSE(QFileInfo::exists(mPath));
     EXPECT_FALSE(controller->window()->isVisible());
     EXPECT_TRUE(
         FileAttributes::attributesOfItemAtPath(renamed).value(FileAttributes::ExtensionHiddenKey).toBool());
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("lastSaveDirectory")), target);
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("lastFileFormatExtension")), QStringLiteral("png"));
+    EXPECT_EQ(defaults.stringForKey(u"lastSaveDirectory"_s), target);
+    EXPECT_EQ(defaults.stringForKey(u"lastFileFormatExtension"_s), u"png"_s);
 
-    defaults.setBool(false, QStringLiteral("hideExtension"));
-    const QString second = writeImage(mFolder + QStringLiteral("/Second.png"));
+    defaults.setBool(false, u"hideExtension"_s);
+    const QString second = writeImage(mFolder + u"/Second.png"_s);
     auto next = openWindow(second);
-    typeAndRename(*next, QStringLiteral("Plain.png"));
-    EXPECT_FALSE(FileAttributes::attributesOfItemAtPath(mFolder + QStringLiteral("/Plain.png"))
+    typeAndRename(*next, u"Plain.png"_s);
+    EXPECT_FALSE(FileAttributes::attributesOfItemAtPath(mFolder + u"/Plain.png"_s)
                      .value(FileAttributes::ExtensionHiddenKey)
                      .toBool());
 }
@@ -91,31 +93,31 @@ TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesAndRemembersTheFo
 TEST_F(CorvexWindowRenameTest, ExtensionMismatchAlertAnswers)
 {
     auto controller = openWindow(mPath);
-    typeAndRename(*controller, QStringLiteral("Shot.jpg"));
+    typeAndRename(*controller, u"Shot.jpg"_s);
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(sheet->messageText(),
               QStringLiteral("You cannot save this document with extension “.jpg” at the end of "
                              "the name.  The required extension is “.png”."));
     EXPECT_EQ(sheet->informativeText(),
-              QStringLiteral("You can choose to use both, so that your file name ends in “.jpg.png”."));
+              u"You can choose to use both, so that your file name ends in “.jpg.png”."_s);
     ASSERT_EQ(sheet->buttons().size(), 3);
-    EXPECT_EQ(sheet->buttons().at(0)->text(), QStringLiteral("Use .png"));
-    EXPECT_EQ(sheet->buttons().at(1)->text(), QStringLiteral("Cancel"));
-    EXPECT_EQ(sheet->buttons().at(2)->text(), QStringLiteral("Use both"));
-    answerSheet(sheet, QStringLiteral("Cancel"));
-    EXPECT_EQ(controller->nameTextField()->selectedText(), QStringLiteral("Shot"));
+    EXPECT_EQ(sheet->buttons().at(0)->text(), u"Use .png"_s);
+    EXPECT_EQ(sheet->buttons().at(1)->text(), u"Cancel"_s);
+    EXPECT_EQ(sheet->buttons().at(2)->text(), u"Use both"_s);
+    answerSheet(sheet, u"Cancel"_s);
+    EXPECT_EQ(controller->nameTextField()->selectedText(), u"Shot"_s);
     EXPECT_TRUE(QFileInfo::exists(mPath));
 
     QTest::keyClick(controller->nameTextField(), Qt::Key_Return);
-    answerSheet(waitForSheet(*controller), QStringLiteral("Use both"));
-    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(mFolder + QStringLiteral("/Shot.jpg.png")); }));
+    answerSheet(waitForSheet(*controller), u"Use both"_s);
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(mFolder + u"/Shot.jpg.png"_s); }));
 
-    const QString second = writeImage(mFolder + QStringLiteral("/Two.png"));
+    const QString second = writeImage(mFolder + u"/Two.png"_s);
     auto other = openWindow(second);
-    typeAndRename(*other, QStringLiteral("Other.gif"));
-    answerSheet(waitForSheet(*other), QStringLiteral("Use .png"));
-    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(mFolder + QStringLiteral("/Other.png")); }));
+    typeAndRename(*other, u"Other.gif"_s);
+    answerSheet(waitForSheet(*other), u"Use .png"_s);
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(mFolder + u"/Other.png"_s); }));
     EXPECT_FALSE(QFileInfo::exists(second));
 }
 
@@ -124,11 +126,10 @@ TEST_F(CorvexWindowRenameTest, ReplacingTheFileWithItselfKeepsIt)
     LogCapture log;
     auto controller = openWindow(mPath);
     controller->rename();
-    EXPECT_TRUE(log.messages(DDLogFlagError)
-                    .contains(QStringLiteral(" *** can't rename a file to the same name ***")));
+    EXPECT_TRUE(log.messages(DDLogFlagError).contains(u" *** can't rename a file to the same name ***"_s));
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
-    answerSheet(sheet, QStringLiteral("Replace"));
+    answerSheet(sheet, u"Replace"_s);
     ASSERT_TRUE(waitUntil([&] { return !controller->window()->isVisible(); }));
     EXPECT_TRUE(QFileInfo::exists(mPath)) << "the screenshot is never deleted to make room for itself";
 }
@@ -136,20 +137,20 @@ TEST_F(CorvexWindowRenameTest, ReplacingTheFileWithItselfKeepsIt)
 TEST_F(CorvexWindowRenameTest, ExtensionsAreCompletedAndTheFormatPopupRewritesThem)
 {
     auto controller = openWindow(mPath);
-    controller->nameTextField()->setText(QStringLiteral("Shot.final"));
+    controller->nameTextField()->setText(u"Shot.final"_s);
     EXPECT_TRUE(controller->ensureExtensionMatchesCurrentFormatExcludingOthers(true));
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.final.png"));
-    controller->nameTextField()->setText(QStringLiteral("Shot.PNG"));
+    EXPECT_EQ(controller->nameTextField()->text(), u"Shot.final.png"_s);
+    controller->nameTextField()->setText(u"Shot.PNG"_s);
     EXPECT_TRUE(controller->ensureExtensionMatchesCurrentFormatExcludingOthers(true));
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.PNG"));
+    EXPECT_EQ(controller->nameTextField()->text(), u"Shot.PNG"_s);
     controller->nameTextField()->setText(QString());
     EXPECT_FALSE(controller->ensureExtensionMatchesCurrentFormatExcludingOthers(true));
 
-    controller->nameTextField()->setText(QStringLiteral("Shot.png"));
+    controller->nameTextField()->setText(u"Shot.png"_s);
     controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
     controller->formatAction();
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.jpg"));
-    EXPECT_EQ(controller->nameTextField()->selectedText(), QStringLiteral("Shot"));
+    EXPECT_EQ(controller->nameTextField()->text(), u"Shot.jpg"_s);
+    EXPECT_EQ(controller->nameTextField()->selectedText(), u"Shot"_s);
     EXPECT_TRUE(controller->renameButton()->isEnabled());
 }
 
@@ -159,59 +160,58 @@ TEST_F(CorvexWindowRenameTest, ConvertingToAnotherFormatTrashesTheOriginal)
     controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
     controller->formatAction();
     QTest::keyClick(controller->nameTextField(), Qt::Key_Return);
-    const QString converted = mFolder + QStringLiteral("/Shot.jpg");
+    const QString converted = mFolder + u"/Shot.jpg"_s;
     ASSERT_TRUE(QFileInfo::exists(converted));
     EXPECT_EQ(QImageReader(converted).format(), QByteArray("jpeg"));
     EXPECT_EQ(QImageReader(converted).size(), QSize(200, 100));
     EXPECT_FALSE(QFileInfo::exists(mPath));
-    EXPECT_TRUE(QFileInfo::exists(trashedCopy(QStringLiteral("Shot.png")))) << "the original is in the Trash";
+    EXPECT_TRUE(QFileInfo::exists(trashedCopy(u"Shot.png"_s))) << "the original is in the Trash";
     EXPECT_FALSE(controller->window()->isVisible());
 }
 
 TEST_F(CorvexWindowRenameTest, MissingOrPlainFileDestinationsFallBackToTheCurrentFolder)
 {
     LogCapture log;
-    const QString vanished = home() + QStringLiteral("/Vanished/Deeper");
+    const QString vanished = home() + u"/Vanished/Deeper"_s;
     auto controller = openWindow(mPath);
     controller->setWhere(vanished);
-    typeAndRename(*controller, QStringLiteral("Fallback.png"));
-    EXPECT_TRUE(QFileInfo::exists(mFolder + QStringLiteral("/Fallback.png")));
+    typeAndRename(*controller, u"Fallback.png"_s);
+    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Fallback.png"_s));
     EXPECT_TRUE(QFileInfo(vanished).isDir()) << "the folder is created again";
     const QStringList errors = log.messages(DDLogFlagError);
-    EXPECT_TRUE(errors.contains(QStringLiteral("Destination \"%1\" is not a folder.").arg(mFolder)));
-    EXPECT_TRUE(errors.filter(QStringLiteral("Can't create destination folder")).isEmpty());
+    EXPECT_TRUE(errors.contains(u"Destination \"%1\" is not a folder."_s.arg(mFolder)));
+    EXPECT_TRUE(errors.filter(u"Can't create destination folder"_s).isEmpty());
 
     log.clear();
-    const QString plainFile = writeFile(home() + QStringLiteral("/NotAFolder"), "x");
-    const QString second = writeImage(mFolder + QStringLiteral("/Second.png"));
+    const QString plainFile = writeFile(home() + u"/NotAFolder"_s, "x");
+    const QString second = writeImage(mFolder + u"/Second.png"_s);
     auto next = openWindow(second);
     next->setWhere(plainFile);
-    typeAndRename(*next, QStringLiteral("Beside.png"));
-    EXPECT_TRUE(QFileInfo::exists(mFolder + QStringLiteral("/Beside.png")));
-    EXPECT_EQ(log.messages(DDLogFlagError).filter(QStringLiteral("is not a folder")).size(), 1);
+    typeAndRename(*next, u"Beside.png"_s);
+    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Beside.png"_s));
+    EXPECT_EQ(log.messages(DDLogFlagError).filter(u"is not a folder"_s).size(), 1);
 
     log.clear();
-    const QString third = writeImage(mFolder + QStringLiteral("/Third.png"));
+    const QString third = writeImage(mFolder + u"/Third.png"_s);
     auto last = openWindow(third);
-    last->setWhere(plainFile + QStringLiteral("/inside"));
-    typeAndRename(*last, QStringLiteral("Third renamed.png"));
-    EXPECT_TRUE(QFileInfo::exists(mFolder + QStringLiteral("/Third renamed.png")));
+    last->setWhere(plainFile + u"/inside"_s);
+    typeAndRename(*last, u"Third renamed.png"_s);
+    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Third renamed.png"_s));
     EXPECT_EQ(log.messages(DDLogFlagError)
-                  .filter(QStringLiteral("Can't create destination folder \"") + plainFile +
-                          QStringLiteral("/inside\": "))
+                  .filter(u"Can't create destination folder \""_s + plainFile + u"/inside\": "_s)
                   .size(),
               1);
-    EXPECT_EQ(log.messages(DDLogFlagError).filter(QStringLiteral("is not a folder")).size(), 1);
+    EXPECT_EQ(log.messages(DDLogFlagError).filter(u"is not a folder"_s).size(), 1);
 }
 
 TEST_F(CorvexWindowRenameTest, ReplaceConfirmationTakesCtrlRAndReturnOrEscapeCancel)
 {
-    const QString existing = writeImage(mFolder + QStringLiteral("/Taken.png"), QSize(10, 10), Qt::green);
+    const QString existing = writeImage(mFolder + u"/Taken.png"_s, QSize(10, 10), Qt::green);
     auto controller = openWindow(mPath);
-    typeAndRename(*controller, QStringLiteral("Taken.png"));
+    typeAndRename(*controller, u"Taken.png"_s);
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->messageText(), QStringLiteral("“Taken.png” already exists. Do you want to replace it?"));
+    EXPECT_EQ(sheet->messageText(), u"“Taken.png” already exists. Do you want to replace it?"_s);
     EXPECT_EQ(sheet->informativeText(),
               QStringLiteral(
                   "A file or folder with the same name already exists in the folder %1. Replacing it will "
@@ -244,10 +244,10 @@ TEST_F(CorvexWindowRenameTest, ReplacingOnTheDesktopSaysSo)
 {
     const QString desktop = FolderShortcuts::desktopFolder();
     QDir().mkpath(desktop);
-    writeImage(desktop + QStringLiteral("/Taken.png"));
+    writeImage(desktop + u"/Taken.png"_s);
     auto controller = openWindow(mPath);
     controller->setWhere(desktop);
-    typeAndRename(*controller, QStringLiteral("Taken.png"));
+    typeAndRename(*controller, u"Taken.png"_s);
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(
@@ -255,12 +255,12 @@ TEST_F(CorvexWindowRenameTest, ReplacingOnTheDesktopSaysSo)
         QStringLiteral("A file or folder with the same name already exists on the %1. Replacing it will "
                        "overwrite its current contents.")
             .arg(QFileInfo(desktop).fileName()));
-    answerSheet(sheet, QStringLiteral("Cancel"));
+    answerSheet(sheet, u"Cancel"_s);
 }
 
 TEST_F(CorvexWindowRenameTest, AFailedConversionIsPresentedAndClosesTheWindowKeepingTheFile)
 {
-    const QString text = writeFile(mFolder + QStringLiteral("/Broken.png"), "not a picture at all");
+    const QString text = writeFile(mFolder + u"/Broken.png"_s, "not a picture at all");
     LogCapture log;
     auto controller = openWindow(text);
     controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
@@ -269,38 +269,34 @@ TEST_F(CorvexWindowRenameTest, AFailedConversionIsPresentedAndClosesTheWindowKee
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
     EXPECT_FALSE(sheet->messageText().isEmpty());
-    EXPECT_EQ(log.messages(DDLogFlagError)
-                  .filter(QStringLiteral("Could not rename/reformat item.  domain:"))
-                  .size(),
-              1);
+    EXPECT_EQ(log.messages(DDLogFlagError).filter(u"Could not rename/reformat item.  domain:"_s).size(), 1);
     sheet->buttons().first()->click();
     ASSERT_TRUE(waitUntil([&] { return !controller->window()->isVisible(); }));
-    EXPECT_TRUE(log.messages().contains(
-        QStringLiteral("Closing the renaming window as there is no recovery from this error.")));
-    EXPECT_TRUE(QFileInfo::exists(text) || QFileInfo::exists(trashedCopy(QStringLiteral("Broken.png"))))
+    EXPECT_TRUE(
+        log.messages().contains(u"Closing the renaming window as there is no recovery from this error."_s));
+    EXPECT_TRUE(QFileInfo::exists(text) || QFileInfo::exists(trashedCopy(u"Broken.png"_s)))
         << "the file is never lost";
 }
 
 TEST_F(CorvexWindowRenameTest, RememberedValuesThatRepeatTheScreenshotSettingsAreRemoved)
 {
-    auto screencapture =
-        AppUserDefaults::userDefaultsWithBundleIdentifier(QStringLiteral("com.apple.screencapture"));
-    screencapture->setObject(mFolder, QStringLiteral("location"));
-    screencapture->setObject(QStringLiteral("png"), QStringLiteral("type"));
+    auto screencapture = AppUserDefaults::userDefaultsWithBundleIdentifier(u"com.apple.screencapture"_s);
+    screencapture->setObject(mFolder, u"location"_s);
+    screencapture->setObject(u"png"_s, u"type"_s);
     AppUserDefaults::sharedScreencaptureDefaults().synchronize();
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setObject(QStringLiteral("/old"), QStringLiteral("lastSaveDirectory"));
-    defaults.setObject(QStringLiteral("gif"), QStringLiteral("lastFileFormatExtension"));
+    defaults.setObject(u"/old"_s, u"lastSaveDirectory"_s);
+    defaults.setObject(u"gif"_s, u"lastFileFormatExtension"_s);
     auto controller = openWindow(mPath);
-    controller->saveLastDirectoryAndExtension(mFolder + QStringLiteral("/New.png"));
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("lastSaveDirectory")).isValid());
-    EXPECT_FALSE(defaults.objectForKey(QStringLiteral("lastFileFormatExtension")).isValid());
-    controller->saveLastDirectoryAndExtension(home() + QStringLiteral("/New.PNG"));
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("lastSaveDirectory")), home());
-    EXPECT_EQ(defaults.stringForKey(QStringLiteral("lastFileFormatExtension")), QStringLiteral("PNG"))
+    controller->saveLastDirectoryAndExtension(mFolder + u"/New.png"_s);
+    EXPECT_FALSE(defaults.objectForKey(u"lastSaveDirectory"_s).isValid());
+    EXPECT_FALSE(defaults.objectForKey(u"lastFileFormatExtension"_s).isValid());
+    controller->saveLastDirectoryAndExtension(home() + u"/New.PNG"_s);
+    EXPECT_EQ(defaults.stringForKey(u"lastSaveDirectory"_s), home());
+    EXPECT_EQ(defaults.stringForKey(u"lastFileFormatExtension"_s), u"PNG"_s)
         << "the type is compared exactly";
-    screencapture->removeObjectForKey(QStringLiteral("location"));
-    screencapture->removeObjectForKey(QStringLiteral("type"));
+    screencapture->removeObjectForKey(u"location"_s);
+    screencapture->removeObjectForKey(u"type"_s);
 }
 
 TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
@@ -308,22 +304,20 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
     auto controller = openWindow(mPath);
     QTest::mouseClick(controller->moveToTrashButton(), Qt::LeftButton);
     EXPECT_FALSE(QFileInfo::exists(mPath));
-    EXPECT_TRUE(QFileInfo::exists(trashedCopy(QStringLiteral("Shot.png"))) ||
-                QFileInfo::exists(trashedCopy(QStringLiteral("Shot.2.png"))));
+    EXPECT_TRUE(QFileInfo::exists(trashedCopy(u"Shot.png"_s)) ||
+                QFileInfo::exists(trashedCopy(u"Shot.2.png"_s)));
     EXPECT_FALSE(controller->window()->isVisible());
 
-    const QString doomed = writeImage(mFolder + QStringLiteral("/Doomed.png"));
+    const QString doomed = writeImage(mFolder + u"/Doomed.png"_s);
     LogCapture log;
-    auto other = openWindow(ScreenshotInfo::initWithNotificationDictionary(
-        {{QStringLiteral("filePath"), doomed}, {QStringLiteral("screenNum"), 1}}));
+    auto other = openWindow(
+        ScreenshotInfo::initWithNotificationDictionary({{u"filePath"_s, doomed}, {u"screenNum"_s, 1}}));
     ASSERT_TRUE(QFile::remove(doomed));
     spin(std::chrono::milliseconds(100));
     other->moveToTrash();
     QZAlert *sheet = waitForSheet(*other);
     ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(
-        log.messages(DDLogFlagError).filter(QStringLiteral(" *** Move to Trash failed with error ")).size(),
-        1);
+    EXPECT_EQ(log.messages(DDLogFlagError).filter(u" *** Move to Trash failed with error "_s).size(), 1);
     sheet->buttons().first()->click();
     EXPECT_TRUE(waitUntil([&] { return !other->window()->isVisible(); }));
 }
@@ -331,13 +325,13 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
 TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultForTheType)
 {
     // A desktop application that notes the file it was started with, the default for PNG pictures.
-    const QString marker = home() + QStringLiteral("/opened.txt");
-    writeFile(home() + QStringLiteral("/.local/share/applications/org.example.Noter.desktop"),
+    const QString marker = home() + u"/opened.txt"_s;
+    writeFile(home() + u"/.local/share/applications/org.example.Noter.desktop"_s,
               QStringLiteral("[Desktop Entry]\nType=Application\nName=Noter\nMimeType=image/png;\n"
                              "Exec=sh -c 'printf %%s \"$1\" > \"%1\"' sh %f\n")
                   .arg(marker)
                   .toUtf8());
-    writeFile(home() + QStringLiteral("/.config/mimeapps.list"),
+    writeFile(home() + u"/.config/mimeapps.list"_s,
               "[Default Applications]\nimage/png=org.example.Noter.desktop\n");
     AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
     shared.setBool(true, kOpenWithKey);
@@ -346,8 +340,8 @@ TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultF
     shared.synchronize();
 
     auto controller = openWindow(mPath);
-    typeAndRename(*controller, QStringLiteral("Opened.png"));
-    const QString renamed = mFolder + QStringLiteral("/Opened.png");
+    typeAndRename(*controller, u"Opened.png"_s);
+    const QString renamed = mFolder + u"/Opened.png"_s;
     ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(marker) && QFileInfo(marker).size() > 0; }));
     QFile noted(marker);
     ASSERT_TRUE(noted.open(QIODevice::ReadOnly));

@@ -23,6 +23,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 class CorvexWindowControllerTest : public ::testing::Test
@@ -34,20 +36,20 @@ protected:
 
 TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormat)
 {
-    const QString shots = folder(QStringLiteral("Shots1"));
-    const QString path = writeImage(shots + QStringLiteral("/Screenshot 1.png"));
+    const QString shots = folder(u"Shots1"_s);
+    const QString path = writeImage(shots + u"/Screenshot 1.png"_s);
     auto controller = openWindow(path);
     QWidget *window = controller->window();
 
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Screenshot 1.png"));
+    EXPECT_EQ(window->windowTitle(), u"Screenshot 1.png"_s);
     for (const char *outlet : {"mImageView", "mNameTextField", "mWherePopupButton", "mFormatPopupButton",
                                "mMoveToTrashButton", "mCancelButton", "mRenameButton"})
         EXPECT_NE(window->findChild<QWidget *>(QString::fromLatin1(outlet)), nullptr) << outlet;
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Screenshot 1.png"));
-    EXPECT_EQ(controller->nameTextField()->selectedText(), QStringLiteral("Screenshot 1"));
+    EXPECT_EQ(controller->nameTextField()->text(), u"Screenshot 1.png"_s);
+    EXPECT_EQ(controller->nameTextField()->selectedText(), u"Screenshot 1"_s);
     EXPECT_TRUE(controller->nameTextField()->hasFocus());
     EXPECT_EQ(controller->whereFolderPath(), shots);
-    EXPECT_EQ(controller->wherePopupButton()->itemText(0), QStringLiteral("Shots1"));
+    EXPECT_EQ(controller->wherePopupButton()->itemText(0), u"Shots1"_s);
     ASSERT_EQ(controller->formatPopupButton()->count(), FileFormat::allFileFormats().size());
     for (int i = 0; i < controller->formatPopupButton()->count(); ++i)
         EXPECT_EQ(controller->formatPopupButton()->itemText(i),
@@ -62,36 +64,36 @@ TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormat)
 
 TEST_F(CorvexWindowControllerTest, TargetPathAndRememberedValuesShapeTheProposal)
 {
-    const QString path = writeImage(folder(QStringLiteral("Shots2")) + QStringLiteral("/Shot.png"));
-    const QString elsewhere = folder(QStringLiteral("Elsewhere"));
+    const QString path = writeImage(folder(u"Shots2"_s) + u"/Shot.png"_s);
+    const QString elsewhere = folder(u"Elsewhere"_s);
     ScreenshotInfo info(path, 1);
-    info.setTargetFilePath(elsewhere + QStringLiteral("/Renamed.png"));
+    info.setTargetFilePath(elsewhere + u"/Renamed.png"_s);
     {
         auto controller = openWindow(info);
-        EXPECT_EQ(controller->window()->windowTitle(), QStringLiteral("Shot.png"));
-        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Renamed.png"));
+        EXPECT_EQ(controller->window()->windowTitle(), u"Shot.png"_s);
+        EXPECT_EQ(controller->nameTextField()->text(), u"Renamed.png"_s);
         EXPECT_EQ(controller->whereFolderPath(), elsewhere);
         EXPECT_TRUE(controller->renameButton()->isEnabled());
     }
 
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setBool(true, QStringLiteral("useLastDirectoryAndExtensionValues"));
-    defaults.setObject(elsewhere, QStringLiteral("lastSaveDirectory"));
-    defaults.setObject(QStringLiteral("JPG"), QStringLiteral("lastFileFormatExtension"));
+    defaults.setBool(true, u"useLastDirectoryAndExtensionValues"_s);
+    defaults.setObject(elsewhere, u"lastSaveDirectory"_s);
+    defaults.setObject(u"JPG"_s, u"lastFileFormatExtension"_s);
     {
         auto controller = openWindow(path);
-        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.JPG")) << "kept as stored";
+        EXPECT_EQ(controller->nameTextField()->text(), u"Shot.JPG"_s) << "kept as stored";
         EXPECT_EQ(controller->selectedFileFormat()->uti(), FileFormat::JPEGType);
         EXPECT_EQ(controller->whereFolderPath(), elsewhere);
     }
-    defaults.setObject(QString(elsewhere + QStringLiteral("/gone")), QStringLiteral("lastSaveDirectory"));
-    defaults.setObject(QStringLiteral("xyz"), QStringLiteral("lastFileFormatExtension"));
+    defaults.setObject(QString(elsewhere + u"/gone"_s), u"lastSaveDirectory"_s);
+    defaults.setObject(u"xyz"_s, u"lastFileFormatExtension"_s);
     {
         auto controller = openWindow(path);
-        EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.png"));
+        EXPECT_EQ(controller->nameTextField()->text(), u"Shot.png"_s);
         EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "a missing folder is ignored";
     }
-    defaults.setBool(false, QStringLiteral("useLastDirectoryAndExtensionValues"));
+    defaults.setBool(false, u"useLastDirectoryAndExtensionValues"_s);
     {
         auto controller = openWindow(path);
         EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "remembered values are off";
@@ -100,26 +102,25 @@ TEST_F(CorvexWindowControllerTest, TargetPathAndRememberedValuesShapeTheProposal
 
 TEST_F(CorvexWindowControllerTest, RenameIsEnabledExactlyWhenNameOrFolderDiffers)
 {
-    const QString path = writeImage(folder(QStringLiteral("Shots3")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Shots3"_s) + u"/Shot.png"_s);
     auto controller = openWindow(path);
     QLineEdit *name = controller->nameTextField();
-    name->setText(QStringLiteral("Other.png"));
+    name->setText(u"Other.png"_s);
     EXPECT_TRUE(controller->renameButton()->isEnabled());
-    name->setText(QStringLiteral("Shot.png"));
+    name->setText(u"Shot.png"_s);
     EXPECT_FALSE(controller->renameButton()->isEnabled());
-    name->setText(QStringLiteral("shot.png"));
+    name->setText(u"shot.png"_s);
     EXPECT_TRUE(controller->renameButton()->isEnabled()) << "letter case counts";
-    name->setText(QStringLiteral("Shot.png"));
+    name->setText(u"Shot.png"_s);
     controller->whereAction(0);
-    controller->setWhere(folder(QStringLiteral("Else")));
+    controller->setWhere(folder(u"Else"_s));
     controller->updateUI();
     EXPECT_TRUE(controller->renameButton()->isEnabled());
 }
 
 TEST_F(CorvexWindowControllerTest, WindowGrowsForLargePicturesOnlyAndStaysOnScreen)
 {
-    const QString path =
-        writeImage(folder(QStringLiteral("Shots4")) + QStringLiteral("/Small.png"), QSize(100, 50));
+    const QString path = writeImage(folder(u"Shots4"_s) + u"/Small.png"_s, QSize(100, 50));
     auto controller = openWindow(path);
     QWidget *window = controller->window();
     const QSize designed = window->size();
@@ -138,8 +139,7 @@ TEST_F(CorvexWindowControllerTest, WindowGrowsForLargePicturesOnlyAndStaysOnScre
     EXPECT_LE(huge.height(), available.height());
     EXPECT_TRUE(available.contains(huge));
 
-    const QString large =
-        writeImage(folder(QStringLiteral("Shots4")) + QStringLiteral("/Large.png"), QSize(5120, 2880));
+    const QString large = writeImage(folder(u"Shots4"_s) + u"/Large.png"_s, QSize(5120, 2880));
     auto big = openWindow(large);
     EXPECT_TRUE(available.contains(big->window()->frameGeometry()))
         << "the window is centred on the screen " << big->window()->geometry().x() << ","
@@ -152,15 +152,15 @@ TEST_F(CorvexWindowControllerTest, WindowGrowsForLargePicturesOnlyAndStaysOnScre
 
 TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFolderAndFavourites)
 {
-    const QString shots = folder(QStringLiteral("Shots5"));
-    const QString path = writeImage(shots + QStringLiteral("/Shot.png"));
+    const QString shots = folder(u"Shots5"_s);
+    const QString path = writeImage(shots + u"/Shot.png"_s);
     QVariantList favourites;
     QStringList favouritePaths;
     for (int i = 0; i < 10; ++i) {
-        favouritePaths.append(folder(QStringLiteral("Fav%1").arg(i)));
+        favouritePaths.append(folder(u"Fav%1"_s.arg(i)));
         favourites.append(Bookmark::create(favouritePaths.last()));
     }
-    UserDefaults::standardUserDefaults().setObject(favourites, QStringLiteral("favoriteFolderBookmarks"));
+    UserDefaults::standardUserDefaults().setObject(favourites, u"favoriteFolderBookmarks"_s);
     auto controller = openWindow(path);
     QComboBox *where = controller->wherePopupButton();
     ASSERT_EQ(controller->favoriteFolderURLs().size(), 10);
@@ -173,7 +173,7 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     const int first = int(tags.indexOf(500));
     ASSERT_GE(first, 0);
     EXPECT_EQ(tags.mid(first), (QList<int>{500, 501, 502, 503, 504, 505, 506, 507, 508, 509}));
-    EXPECT_EQ(where->itemText(first), QStringLiteral("Fav0"));
+    EXPECT_EQ(where->itemText(first), u"Fav0"_s);
     EXPECT_EQ(where->itemData(first, Qt::UserRole + 3).value<QKeySequence>(),
               QKeySequence(Qt::CTRL | Qt::Key_1));
     EXPECT_TRUE(where->itemData(first + 9, Qt::UserRole + 3).value<QKeySequence>().isEmpty())
@@ -182,13 +182,13 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     controller->whereAction(503);
     EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(3));
     EXPECT_EQ(where->currentIndex(), 0);
-    EXPECT_EQ(where->itemText(0), QStringLiteral("Fav3"));
+    EXPECT_EQ(where->itemText(0), u"Fav3"_s);
     QTest::keyClick(controller->nameTextField(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(1));
     controller->whereAction(WhereMenu::ScreenshotFolderTag);
     EXPECT_EQ(controller->whereFolderPath(), shots);
 
-    const QString other = folder(QStringLiteral("Other"));
+    const QString other = folder(u"Other"_s);
     controller->whereAction(WhereMenu::OtherFolderTag);
     QFileDialog *panel = controller->window()->findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
@@ -209,7 +209,7 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
 
 TEST_F(CorvexWindowControllerTest, FolderShortcutsSetTheDestination)
 {
-    const QString path = writeImage(folder(QStringLiteral("Shots6")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Shots6"_s) + u"/Shot.png"_s);
     auto controller = openWindow(path);
     const auto press = [&](int key, Qt::KeyboardModifiers modifiers) {
         QKeyEvent event(QEvent::KeyPress, key, modifiers);
@@ -219,7 +219,7 @@ TEST_F(CorvexWindowControllerTest, FolderShortcutsSetTheDestination)
     EXPECT_TRUE(press(Qt::Key_H, ctrlShift));
     EXPECT_EQ(controller->whereFolderPath(), QDir::homePath());
     EXPECT_TRUE(press(Qt::Key_C, ctrlShift));
-    EXPECT_EQ(controller->whereFolderPath(), QStringLiteral("/"));
+    EXPECT_EQ(controller->whereFolderPath(), u"/"_s);
     EXPECT_TRUE(press(Qt::Key_D, Qt::ControlModifier));
     EXPECT_EQ(controller->whereFolderPath(), FolderShortcuts::desktopFolder());
     EXPECT_TRUE(press(Qt::Key_O, ctrlShift));
@@ -230,55 +230,55 @@ TEST_F(CorvexWindowControllerTest, FolderShortcutsSetTheDestination)
     EXPECT_FALSE(press(Qt::Key_1, Qt::ControlModifier)) << "no favourites, no digit shortcuts";
 
     // Typed into the name field, the shortcut changes the folder and leaves the text alone.
-    controller->nameTextField()->setText(QStringLiteral("Typed.png"));
+    controller->nameTextField()->setText(u"Typed.png"_s);
     QTest::keyClick(controller->nameTextField(), Qt::Key_H, ctrlShift);
     EXPECT_EQ(controller->whereFolderPath(), QDir::homePath());
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Typed.png"));
+    EXPECT_EQ(controller->nameTextField()->text(), u"Typed.png"_s);
 }
 
 TEST_F(CorvexWindowControllerTest, FollowsTheFileWhenItIsRenamedAndStaysWhenItIsDeleted)
 {
-    const QString shots = folder(QStringLiteral("Shots7"));
-    const QString path = writeImage(shots + QStringLiteral("/Shot.png"));
+    const QString shots = folder(u"Shots7"_s);
+    const QString path = writeImage(shots + u"/Shot.png"_s);
     auto controller = openWindow(path);
-    const QString moved = shots + QStringLiteral("/Moved by hand.png");
+    const QString moved = shots + u"/Moved by hand.png"_s;
     ASSERT_TRUE(QFile::rename(path, moved));
     ASSERT_TRUE(waitUntil([&] { return controller->screenshotInfo().filePath() == moved; }));
-    controller->nameTextField()->setText(QStringLiteral("Moved by hand.png"));
+    controller->nameTextField()->setText(u"Moved by hand.png"_s);
     EXPECT_FALSE(controller->renameButton()->isEnabled()) << "the button follows the new path";
 
     LogCapture log;
     ASSERT_TRUE(QFile::remove(moved));
-    ASSERT_TRUE(waitUntil(
-        [&] { return log.messages().filter(QStringLiteral("Error resolving bookmark data")).size() == 1; }));
-    const QString line = log.messages().filter(QStringLiteral("Error resolving bookmark data")).first();
-    EXPECT_TRUE(line.endsWith(QStringLiteral("bytes) of ") + moved)) << line.toStdString();
+    ASSERT_TRUE(
+        waitUntil([&] { return log.messages().filter(u"Error resolving bookmark data"_s).size() == 1; }));
+    const QString line = log.messages().filter(u"Error resolving bookmark data"_s).first();
+    EXPECT_TRUE(line.endsWith(u"bytes) of "_s + moved)) << line.toStdString();
     EXPECT_TRUE(controller->window()->isVisible()) << "the window stays";
     EXPECT_EQ(controller->screenshotInfo().filePath(), moved);
 
-    controller->fileWatcherRename(QStringLiteral("/some/other/file.png"));
-    EXPECT_EQ(log.messages().filter(QStringLiteral("Error resolving bookmark data")).size(), 1)
+    controller->fileWatcherRename(u"/some/other/file.png"_s);
+    EXPECT_EQ(log.messages().filter(u"Error resolving bookmark data"_s).size(), 1)
         << "a notification for another path is ignored";
 }
 
 TEST_F(CorvexWindowControllerTest, UnreadableFilesGetTheSubstituteImage)
 {
-    const QString shots = folder(QStringLiteral("Shots8"));
-    const QString notImage = writeFile(shots + QStringLiteral("/Text.png"), "this is not a picture");
+    const QString shots = folder(u"Shots8"_s);
+    const QString notImage = writeFile(shots + u"/Text.png"_s, "this is not a picture");
     LogCapture log;
     auto controller = openWindow(notImage);
-    EXPECT_TRUE(log.messages().contains(QStringLiteral("Could not create image with data from ") + notImage));
+    EXPECT_TRUE(log.messages().contains(u"Could not create image with data from "_s + notImage));
     EXPECT_EQ(controller->image().size(), QSize(128, 128));
     EXPECT_TRUE(controller->window()->isVisible());
 
-    const QString missing = shots + QStringLiteral("/Missing.jpg");
-    auto gone = openWindow(ScreenshotInfo::initWithNotificationDictionary(
-        {{QStringLiteral("filePath"), missing}, {QStringLiteral("screenNum"), 1}}));
-    EXPECT_TRUE(log.messages().contains(QStringLiteral("Could not load image data from ") + missing));
+    const QString missing = shots + u"/Missing.jpg"_s;
+    auto gone = openWindow(
+        ScreenshotInfo::initWithNotificationDictionary({{u"filePath"_s, missing}, {u"screenNum"_s, 1}}));
+    EXPECT_TRUE(log.messages().contains(u"Could not load image data from "_s + missing));
     EXPECT_EQ(gone->image().size(), QSize(128, 128));
     EXPECT_EQ(gone->selectedFileFormat()->uti(), FileFormat::JPEGType);
 
-    const QImage substitute = CorvexWindowController::fileNotFoundImageForFileType(QStringLiteral("png"));
+    const QImage substitute = CorvexWindowController::fileNotFoundImageForFileType(u"png"_s);
     EXPECT_EQ(substitute.size(), QSize(128, 128));
     EXPECT_NE(substitute.pixel(96, 96), substitute.pixel(0, 0))
         << "the type icon sits in the bottom-right quarter";
@@ -286,7 +286,7 @@ TEST_F(CorvexWindowControllerTest, UnreadableFilesGetTheSubstituteImage)
 
 TEST_F(CorvexWindowControllerTest, PrintsThePictureAndCancelLeavesTheFile)
 {
-    const QString path = writeImage(folder(QStringLiteral("Shots9")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Shots9"_s) + u"/Shot.png"_s);
     RecordingPrinter printer;
     auto controller = openWindow(path, &printer);
     QImage printed;
@@ -301,7 +301,7 @@ TEST_F(CorvexWindowControllerTest, PrintsThePictureAndCancelLeavesTheFile)
     EXPECT_EQ(layout.margins(QPageLayout::Point), QMarginsF(18, 30, 18, 30));
 
     QSignalSpy closed(controller.get(), &CorvexWindowController::windowClosedByController);
-    controller->nameTextField()->setText(QStringLiteral("Whatever.png"));
+    controller->nameTextField()->setText(u"Whatever.png"_s);
     QTest::mouseClick(controller->cancelButton(), Qt::LeftButton);
     EXPECT_EQ(closed.count(), 1);
     EXPECT_FALSE(controller->window()->isVisible());
@@ -317,7 +317,7 @@ TEST_F(CorvexWindowControllerTest, WindowShortcutsLeaveTheNameFieldsEditingKeysA
             editingKeys += QKeySequence::keyBindings(QKeySequence::StandardKey(key));
     editingKeys += {QKeySequence(Qt::Key_Backspace), QKeySequence(Qt::CTRL | Qt::Key_Backspace),
                     QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Left), QKeySequence(Qt::Key_Up)};
-    const QString path = writeImage(folder(QStringLiteral("Keys")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Keys"_s) + u"/Shot.png"_s);
     auto controller = openWindow(path);
     QList<QKeySequence> windowKeys{WhereMenu::addToFavoritesShortcut()};
     for (QAction *action : controller->windowActions())
@@ -328,17 +328,17 @@ TEST_F(CorvexWindowControllerTest, WindowShortcutsLeaveTheNameFieldsEditingKeysA
 
     // Ctrl+Backspace deletes the word before the cursor, and the file stays where it is.
     QLineEdit *name = controller->nameTextField();
-    name->setText(QStringLiteral("My Shot.png"));
+    name->setText(u"My Shot.png"_s);
     name->setCursorPosition(7);
     QTest::keyClick(name, Qt::Key_Backspace, Qt::ControlModifier);
-    EXPECT_EQ(name->text(), QStringLiteral("My .png"));
+    EXPECT_EQ(name->text(), u"My .png"_s);
     EXPECT_TRUE(QFileInfo::exists(path));
     EXPECT_TRUE(controller->window()->isVisible());
 }
 
 TEST_F(CorvexWindowControllerTest, EscapeClosesAnOpenPopupOnlyAndWindowKeysWaitForIt)
 {
-    const QString path = writeImage(folder(QStringLiteral("Popup")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Popup"_s) + u"/Shot.png"_s);
     auto controller = openWindow(path);
     QSignalSpy closed(controller.get(), &CorvexWindowController::windowClosedByController);
     for (QComboBox *popup : {controller->wherePopupButton(), controller->formatPopupButton()}) {
@@ -362,10 +362,10 @@ TEST_F(CorvexWindowControllerTest, EscapeClosesAnOpenPopupOnlyAndWindowKeysWaitF
 
 TEST_F(CorvexWindowControllerTest, NewWindowsCascadeFromTheLastAndStayOnScreen)
 {
-    const QString shots = folder(QStringLiteral("Cascade"));
+    const QString shots = folder(u"Cascade"_s);
     std::vector<std::unique_ptr<CorvexWindowController>> controllers;
     for (int i = 0; i < 3; ++i)
-        controllers.push_back(openWindow(writeImage(shots + QStringLiteral("/Shot%1.png").arg(i))));
+        controllers.push_back(openWindow(writeImage(shots + u"/Shot%1.png"_s.arg(i))));
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     for (size_t i = 1; i < controllers.size(); ++i) {
         const QWidget *previous = controllers.at(i - 1)->window();
@@ -377,14 +377,13 @@ TEST_F(CorvexWindowControllerTest, NewWindowsCascadeFromTheLastAndStayOnScreen)
 
 TEST_F(CorvexWindowControllerTest, WherePopupAddsTheShownFolderToTheFavouritesAndAsksToEditThem)
 {
-    const QString path = writeImage(folder(QStringLiteral("AddFav")) + QStringLiteral("/Shot.png"));
-    const QString chosen = folder(QStringLiteral("Chosen"));
+    const QString path = writeImage(folder(u"AddFav"_s) + u"/Shot.png"_s);
+    const QString chosen = folder(u"Chosen"_s);
     auto controller = openWindow(path);
     controller->setWhere(chosen);
     QTest::keyClick(controller->nameTextField(), Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
     ASSERT_EQ(controller->favoriteFolderURLs(), QList<QUrl>{QUrl::fromLocalFile(chosen)});
-    EXPECT_EQ(controller->nameTextField()->text(), QStringLiteral("Shot.png"))
-        << "the name field is untouched";
+    EXPECT_EQ(controller->nameTextField()->text(), u"Shot.png"_s) << "the name field is untouched";
     const UserDefaultBookmarks stored(kFavoriteFolderBookmarksKey);
     EXPECT_EQ(stored.count(), 1);
     QComboBox *where = controller->wherePopupButton();
@@ -403,7 +402,7 @@ TEST_F(CorvexWindowControllerTest, WherePopupAddsTheShownFolderToTheFavouritesAn
 
 TEST_F(CorvexWindowControllerTest, WherePopupRowsHaveRoomAndTheLastIsWhole)
 {
-    const QString path = writeImage(folder(QStringLiteral("Rows")) + QStringLiteral("/Shot.png"));
+    const QString path = writeImage(folder(u"Rows"_s) + u"/Shot.png"_s);
     auto controller = openWindow(path);
     QComboBox *where = controller->wherePopupButton();
     where->showPopup();

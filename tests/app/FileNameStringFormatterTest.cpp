@@ -8,21 +8,23 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 TEST(FileNameStringFormatter, ColonsBecomeHyphensAndTheAnswerSaysSo)
 {
     FileNameStringFormatter formatter;
-    QString partial = QStringLiteral("a:b::c");
+    QString partial = u"a:b::c"_s;
     EXPECT_FALSE(formatter.isPartialStringValid(&partial));
-    EXPECT_EQ(partial, QStringLiteral("a-b--c"));
+    EXPECT_EQ(partial, u"a-b--c"_s);
 
-    QString plain = QStringLiteral("a/b.png");
+    QString plain = u"a/b.png"_s;
     EXPECT_TRUE(formatter.isPartialStringValid(&plain));
-    EXPECT_EQ(plain, QStringLiteral("a/b.png")) << "a slash stays in the field";
+    EXPECT_EQ(plain, u"a/b.png"_s) << "a slash stays in the field";
 
     QString value;
-    EXPECT_TRUE(formatter.getObjectValue(&value, QStringLiteral("x:y")));
-    EXPECT_EQ(value, QStringLiteral("x:y")) << "the final value is never changed";
-    EXPECT_EQ(formatter.stringForObjectValue(QStringLiteral("z")), QStringLiteral("z"));
+    EXPECT_TRUE(formatter.getObjectValue(&value, u"x:y"_s));
+    EXPECT_EQ(value, u"x:y"_s) << "the final value is never changed";
+    EXPECT_EQ(formatter.stringForObjectValue(u"z"_s), u"z"_s);
 }
 
 TEST(FileNameStringFormatter, TypedAndPastedColonsShowAsHyphensInTheField)
@@ -31,12 +33,12 @@ TEST(FileNameStringFormatter, TypedAndPastedColonsShowAsHyphensInTheField)
     field.setValidator(new FileNameStringFormatter(&field));
     field.show();
     field.setFocus();
-    QTest::keyClicks(&field, QStringLiteral("a:b"));
-    EXPECT_EQ(field.text(), QStringLiteral("a-b"));
+    QTest::keyClicks(&field, u"a:b"_s);
+    EXPECT_EQ(field.text(), u"a-b"_s);
 
     field.clear();
-    QApplication::clipboard()->setText(QStringLiteral("x::y"));
+    QApplication::clipboard()->setText(u"x::y"_s);
     field.paste();
-    EXPECT_EQ(field.text(), QStringLiteral("x--y"));
+    EXPECT_EQ(field.text(), u"x--y"_s);
     EXPECT_EQ(field.cursorPosition(), 4) << "the cursor stays after the pasted text";
 }

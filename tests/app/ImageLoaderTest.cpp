@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace corvex::test;
 
 namespace {
@@ -33,7 +35,7 @@ QImage halves(const QSize &size, bool alpha = false, int dotsPerMeter = DotsPerM
 
 QString save(const QImage &image, const QString &name, const QByteArray &format = {})
 {
-    const QString path = home() + QStringLiteral("/pictures/") + name;
+    const QString path = home() + u"/pictures/"_s + name;
     QDir().mkpath(QFileInfo(path).path());
     QImageWriter writer(path, format);
     writer.setQuality(95);
@@ -51,7 +53,7 @@ bool near(QRgb a, QRgb b, int tolerance)
 
 TEST(ImageLoaderTest, ALargePNGIsDecodedStraightToTheDisplaySize)
 {
-    const QString path = save(halves(QSize(1200, 800)), QStringLiteral("Large.png"));
+    const QString path = save(halves(QSize(1200, 800)), u"Large.png"_s);
     const ImageLoader::Result result = ImageLoader::load(path, QSize(300, 300));
     ASSERT_EQ(result.status, ImageLoader::Status::Loaded);
     EXPECT_TRUE(result.image.isNull()) << "the full picture is not kept";
@@ -73,7 +75,7 @@ TEST(ImageLoaderTest, ALargePNGIsDecodedStraightToTheDisplaySize)
 
 TEST(ImageLoaderTest, AHighDensityScreenshotIsShownAtItsSizeInPoints)
 {
-    const QString path = save(halves(QSize(800, 400), false, DotsPerMeter144), QStringLiteral("Retina.png"));
+    const QString path = save(halves(QSize(800, 400), false, DotsPerMeter144), u"Retina.png"_s);
     EXPECT_EQ(ImageLoader::imageSizeOfFile(path), QSizeF(400, 200));
 
     const ImageLoader::Result reduced = ImageLoader::load(path, QSize(200, 200));
@@ -93,7 +95,7 @@ TEST(ImageLoaderTest, AHighDensityScreenshotIsShownAtItsSizeInPoints)
 
 TEST(ImageLoaderTest, TransparencyIsKept)
 {
-    const QString path = save(halves(QSize(400, 100), true), QStringLiteral("Alpha.png"));
+    const QString path = save(halves(QSize(400, 100), true), u"Alpha.png"_s);
     const ImageLoader::Result result = ImageLoader::load(path, QSize(100, 100));
     ASSERT_EQ(result.display.size(), QSize(100, 25));
     EXPECT_EQ(result.display.format(), QImage::Format_ARGB32_Premultiplied);
@@ -106,7 +108,7 @@ TEST(ImageLoaderTest, OtherFormatsAreReducedToo)
 {
     const QImage picture = halves(QSize(640, 480));
     for (const char *format : {"jpg", "bmp", "tif"}) {
-        const QString path = save(picture, QStringLiteral("Picture.") + QLatin1String(format));
+        const QString path = save(picture, u"Picture."_s + QLatin1String(format));
         const ImageLoader::Result result = ImageLoader::load(path, QSize(160, 160));
         ASSERT_EQ(result.status, ImageLoader::Status::Loaded) << format;
         EXPECT_EQ(result.pixelSize, QSize(640, 480)) << format;
@@ -122,7 +124,7 @@ TEST(ImageLoaderTest, OtherFormatsAreReducedToo)
 
 TEST(ImageLoaderTest, AJPEGIsTurnedUprightBeforeItIsFitted)
 {
-    const QString path = home() + QStringLiteral("/pictures/Turned.jpg");
+    const QString path = home() + u"/pictures/Turned.jpg"_s;
     QDir().mkpath(QFileInfo(path).path());
     QImageWriter writer(path, "jpeg");
     writer.setTransformation(QImageIOHandler::TransformationRotate90);
@@ -138,19 +140,19 @@ TEST(ImageLoaderTest, AJPEGIsTurnedUprightBeforeItIsFitted)
 
 TEST(ImageLoaderTest, FailuresSayWhetherTheFileCouldBeRead)
 {
-    const QString missing = home() + QStringLiteral("/pictures/Missing.png");
+    const QString missing = home() + u"/pictures/Missing.png"_s;
     EXPECT_EQ(ImageLoader::load(missing, QSize(100, 100)).status, ImageLoader::Status::ReadFailed);
     EXPECT_EQ(ImageLoader::loadFullImage(missing).status, ImageLoader::Status::ReadFailed);
 
-    const QString text = writeFile(home() + QStringLiteral("/pictures/Text.png"), "not a picture at all");
+    const QString text = writeFile(home() + u"/pictures/Text.png"_s, "not a picture at all");
     EXPECT_EQ(ImageLoader::load(text, QSize(100, 100)).status, ImageLoader::Status::DecodeFailed);
     EXPECT_EQ(ImageLoader::loadFullImage(text).status, ImageLoader::Status::DecodeFailed);
 
     // A PNG cut off halfway shows nothing rather than half a picture.
-    QFile whole(save(halves(QSize(300, 300)), QStringLiteral("Whole.png")));
+    QFile whole(save(halves(QSize(300, 300)), u"Whole.png"_s));
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
     const QByteArray bytes = whole.readAll();
-    const QString cut = writeFile(home() + QStringLiteral("/pictures/Cut.png"), bytes.left(bytes.size() / 2));
+    const QString cut = writeFile(home() + u"/pictures/Cut.png"_s, bytes.left(bytes.size() / 2));
     const ImageLoader::Result result = ImageLoader::load(cut, QSize(100, 100));
     EXPECT_EQ(result.status, ImageLoader::Status::DecodeFailed);
     EXPECT_TRUE(result.display.isNull());

@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QKeyEvent keyPress(int key, Qt::KeyboardModifiers modifiers, const QString &text = QString())
@@ -23,12 +25,12 @@ QKeyEvent keyPress(int key, Qt::KeyboardModifiers modifiers, const QString &text
 
 TEST(DefaultCancelProxyView, PressesItsButtonForEscapeAndCtrlPeriodOnly)
 {
-    QPushButton cancel(QStringLiteral("Cancel"));
+    QPushButton cancel(u"Cancel"_s);
     QSignalSpy clicks(&cancel, &QPushButton::clicked);
     DefaultCancelProxyView proxy(&cancel);
     EXPECT_FALSE(proxy.isOpaque());
 
-    QKeyEvent escape = keyPress(Qt::Key_Escape, Qt::NoModifier, QStringLiteral("\x1b"));
+    QKeyEvent escape = keyPress(Qt::Key_Escape, Qt::NoModifier, u"\x1b"_s);
     EXPECT_TRUE(proxy.performKeyEquivalent(&escape));
     QKeyEvent period = keyPress(Qt::Key_Period, Qt::ControlModifier);
     EXPECT_TRUE(proxy.performKeyEquivalent(&period));
@@ -38,9 +40,9 @@ TEST(DefaultCancelProxyView, PressesItsButtonForEscapeAndCtrlPeriodOnly)
 
     QKeyEvent shiftEscape = keyPress(Qt::Key_Escape, Qt::ShiftModifier);
     QKeyEvent ctrlEscape = keyPress(Qt::Key_Escape, Qt::ControlModifier);
-    QKeyEvent plainPeriod = keyPress(Qt::Key_Period, Qt::NoModifier, QStringLiteral("."));
+    QKeyEvent plainPeriod = keyPress(Qt::Key_Period, Qt::NoModifier, u"."_s);
     QKeyEvent ctrlShiftPeriod = keyPress(Qt::Key_Period, Qt::ControlModifier | Qt::ShiftModifier);
-    QKeyEvent returnKey = keyPress(Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+    QKeyEvent returnKey = keyPress(Qt::Key_Return, Qt::NoModifier, u"\r"_s);
     for (QKeyEvent *event : {&shiftEscape, &ctrlEscape, &plainPeriod, &ctrlShiftPeriod, &returnKey})
         EXPECT_FALSE(proxy.performKeyEquivalent(event)) << event->key() << " " << int(event->modifiers());
     EXPECT_EQ(clicks.count(), 3);
@@ -53,7 +55,7 @@ TEST(DefaultCancelProxyView, CatchesEscapeTypedIntoAnyControlOfItsWindow)
 {
     QWidget window;
     auto *field = new QLineEdit(&window);
-    auto *cancel = new QPushButton(QStringLiteral("Cancel"), &window);
+    auto *cancel = new QPushButton(u"Cancel"_s, &window);
     auto *layout = new QVBoxLayout(&window);
     layout->addWidget(field);
     layout->addWidget(cancel);
@@ -68,9 +70,9 @@ TEST(DefaultCancelProxyView, CatchesEscapeTypedIntoAnyControlOfItsWindow)
     EXPECT_EQ(clicks.count(), 1);
     QTest::keyClick(field, Qt::Key_Period, Qt::ControlModifier);
     EXPECT_EQ(clicks.count(), 2);
-    QTest::keyClicks(field, QStringLiteral("ok."));
+    QTest::keyClicks(field, u"ok."_s);
     EXPECT_EQ(clicks.count(), 2);
-    EXPECT_EQ(field->text(), QStringLiteral("ok.")) << "other keys reach the field";
+    EXPECT_EQ(field->text(), u"ok."_s) << "other keys reach the field";
 }
 
 TEST(WhereProxyView, HandsKeysToItsDelegateAndAnswersNoWithout)
@@ -110,9 +112,9 @@ TEST(WhereProxyView, HandledKeysDoNotReachTheFocusedControl)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     field->setFocus();
     QTest::keyClick(field, Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
-    QTest::keyClicks(field, QStringLiteral("hi"));
+    QTest::keyClicks(field, u"hi"_s);
     EXPECT_EQ(handled, 1) << "each key is offered once";
-    EXPECT_EQ(field->text(), QStringLiteral("hi"));
+    EXPECT_EQ(field->text(), u"hi"_s);
 
     QWidget otherWindow;
     auto *otherField = new QLineEdit(&otherWindow);

@@ -16,6 +16,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
@@ -43,10 +45,9 @@ protected:
     void SetUp() override
     {
         static int count = 0;
-        apps = home() + QStringLiteral("/Apps%1").arg(++count);
+        apps = home() + u"/Apps%1"_s.arg(++count);
         bundlePath = sutest::makeInstalledBundle(apps + "/Corvex.app", "2.0.5", key.publicKeyBase64());
-        preferences =
-            AppUserDefaults::userDefaultsWithBundleIdentifier(QStringLiteral("test.driver%1").arg(count));
+        preferences = AppUserDefaults::userDefaultsWithBundleIdentifier(u"test.driver%1"_s.arg(count));
         updater = std::make_unique<SUUpdater>(Bundle(bundlePath), *preferences);
         updater->setFeedURL(server.url("/appcast.xml"));
         updater->setRelaunchHandler([this](const QString &path) { relaunched = path; });

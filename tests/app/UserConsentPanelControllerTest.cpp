@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Once the panel is the modal window, runs the step on it (retrying until it is up).
@@ -30,7 +32,7 @@ TEST(UserConsentPanelControllerTest, ReturnAnswersAndTheBoxFollowsThePreference)
 {
     AppDelegate::initialize();
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setBool(true, QStringLiteral("startAtLogIn"));
+    defaults.setBool(true, u"startAtLogIn"_s);
     UserConsentPanelController controller;
     EXPECT_TRUE(controller.startAtLogInCheckBox()->isChecked());
 
@@ -45,11 +47,11 @@ TEST(UserConsentPanelControllerTest, ReturnAnswersAndTheBoxFollowsThePreference)
     EXPECT_EQ(controller.runModal(), 1);
     EXPECT_TRUE(toggledBySpace);
     EXPECT_FALSE(controller.window()->isVisible());
-    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("startAtLogIn"))) << "unticking the box answers no";
+    EXPECT_FALSE(defaults.boolForKey(u"startAtLogIn"_s)) << "unticking the box answers no";
 
     whenPanelIsUp([](QDialog *panel) { QTest::keyClick(panel, Qt::Key_Enter); });
     EXPECT_EQ(controller.runModal(), 1) << "the panel can be asked again and Enter answers too";
-    EXPECT_FALSE(defaults.boolForKey(QStringLiteral("startAtLogIn")));
+    EXPECT_FALSE(defaults.boolForKey(u"startAtLogIn"_s));
 }
 
 } // namespace

@@ -20,6 +20,8 @@
 #include <QTest>
 #include <QTextBrowser>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The welcome document as the build puts it into the bundle.
@@ -34,8 +36,8 @@ class LinkRecorder : public QObject
     Q_OBJECT
 
 public:
-    LinkRecorder() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "record"); }
-    ~LinkRecorder() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+    LinkRecorder() { QDesktopServices::setUrlHandler(u"https"_s, this, "record"); }
+    ~LinkRecorder() override { QDesktopServices::unsetUrlHandler(u"https"_s); }
     QList<QUrl> urls;
 
 public Q_SLOTS:
@@ -49,10 +51,10 @@ TEST(WelcomeWindowControllerTest, ShowsTheBundledDocument)
     EXPECT_EQ(WelcomeWindowController::welcomeDocumentPath(), bundledDocument());
     WelcomeWindowController controller;
     QDialog *window = controller.window();
-    EXPECT_EQ(window->objectName(), QStringLiteral("WelcomeWindow"));
+    EXPECT_EQ(window->objectName(), u"WelcomeWindow"_s);
     ASSERT_TRUE(controller.documentLoaded());
     QTextBrowser *view = controller.welcomeTextView();
-    EXPECT_TRUE(view->toPlainText().contains(QStringLiteral("How a screenshot reaches Corvex")));
+    EXPECT_TRUE(view->toPlainText().contains(u"How a screenshot reaches Corvex"_s));
     EXPECT_EQ(view->document()->documentMargin(), 20);
     EXPECT_TRUE(controller.tagLine()->font().bold());
     EXPECT_EQ(controller.tagLine()->font().pointSize(), 16);
@@ -73,7 +75,7 @@ TEST(WelcomeWindowControllerTest, UnreadableDocumentShowsTheErrorText)
         WelcomeWindowController controller(path);
         controller.window();
         EXPECT_FALSE(controller.documentLoaded()) << qPrintable(path);
-        EXPECT_EQ(controller.welcomeTextView()->toPlainText(), QStringLiteral("error reading rtfd"));
+        EXPECT_EQ(controller.welcomeTextView()->toPlainText(), u"error reading rtfd"_s);
     }
 }
 
@@ -134,7 +136,7 @@ TEST(WelcomeWindowControllerTest, LinksOpenInTheBrowser)
     QTRY_VERIFY(view->textCursor().hasSelection());
     QTest::keyClick(view, Qt::Key_Return);
     QTRY_COMPARE(browser.urls.size(), 1);
-    EXPECT_EQ(browser.urls.first().host(), QStringLiteral("www.gnu.org"));
+    EXPECT_EQ(browser.urls.first().host(), u"www.gnu.org"_s);
 }
 
 TEST(WelcomeWindowControllerTest, TransparentBoxIsTranslucentWhiteWithAFrame)

@@ -10,11 +10,13 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 TEST(DispatchQueueTest, RunsAsynchronousWorkInOrderOnOneThread)
 {
-    DispatchQueue queue(QStringLiteral("test.order"));
+    DispatchQueue queue(u"test.order"_s);
     std::vector<int> order;
     std::vector<std::thread::id> threads;
     for (int i = 0; i < 1000; ++i) {
@@ -31,7 +33,7 @@ TEST(DispatchQueueTest, RunsAsynchronousWorkInOrderOnOneThread)
     EXPECT_NE(threads.front(), std::this_thread::get_id());
     for (const std::thread::id &id : threads)
         EXPECT_EQ(id, threads.front());
-    EXPECT_EQ(queue.label(), QStringLiteral("test.order"));
+    EXPECT_EQ(queue.label(), u"test.order"_s);
 }
 
 TEST(DispatchQueueTest, SyncWaitsForEarlierWorkAndNeverOverlapsIt)
@@ -67,8 +69,8 @@ TEST(DispatchQueueTest, SyncWaitsForEarlierWorkAndNeverOverlapsIt)
 
 TEST(DispatchQueueTest, IdleSyncRunsOnCallerWithQueueCurrent)
 {
-    DispatchQueue outer(QStringLiteral("outer"));
-    DispatchQueue inner(QStringLiteral("inner"));
+    DispatchQueue outer(u"outer"_s);
+    DispatchQueue inner(u"inner"_s);
     EXPECT_FALSE(outer.isCurrent());
     EXPECT_EQ(DispatchQueue::current(), nullptr);
     bool innerSeesBoth = false;

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDAbstractLogger.h"
+#include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFormatter.h"
 #include "logging/DDLogMessage.h"
-#include "foundation/DispatchQueue.h"
 
 #include <gtest/gtest.h>
 #include <mutex>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -34,7 +36,7 @@ public:
         std::lock_guard lock(mutex);
         lines.append(text);
     }
-    QString loggerName() const override { return QStringLiteral("test.formattingLogger"); }
+    QString loggerName() const override { return u"test.formattingLogger"_s; }
 
     std::mutex mutex;
     QStringList lines;
@@ -53,10 +55,10 @@ TEST(DDAbstractLoggerTest, QueueIsMadeOnceAndLabelledWithTheName)
     const std::shared_ptr<DispatchQueue> queue = logger->loggerQueue();
     ASSERT_TRUE(queue);
     EXPECT_EQ(queue, logger->loggerQueue());
-    EXPECT_EQ(queue->label(), QStringLiteral("test.formattingLogger"));
+    EXPECT_EQ(queue->label(), u"test.formattingLogger"_s);
     DDAbstractLogger plain;
     EXPECT_TRUE(plain.loggerQueue()->label().isEmpty());
-    plain.logMessage(DDLogMessage(QStringLiteral("ignored"), 7, 1, 1, "f", "f", 1)); // does nothing
+    plain.logMessage(DDLogMessage(u"ignored"_s, 7, 1, 1, "f", "f", 1)); // does nothing
 }
 
 TEST(DDAbstractLoggerTest, FormatterChangesTakeEffectInTurnWithTheMessages)
@@ -65,18 +67,17 @@ TEST(DDAbstractLoggerTest, FormatterChangesTakeEffectInTurnWithTheMessages)
     EXPECT_TRUE(logger->offersLogFormatter());
     EXPECT_EQ(logger->logFormatter(), nullptr);
     DDLog::addLogger(logger);
-    logInfo(QStringLiteral("before"));
+    logInfo(u"before"_s);
     auto formatter = std::make_shared<UpperCaseFormatter>();
     logger->setLogFormatter(formatter); // queued behind "before"
     EXPECT_EQ(logger->logFormatter(), formatter) << "a read from outside waits its turn";
-    logInfo(QStringLiteral("after"));
-    logInfo(QStringLiteral("drop"));
+    logInfo(u"after"_s);
+    logInfo(u"drop"_s);
     logger->setLogFormatter(formatter); // the same again: nothing changes
     logger->setLogFormatter(nullptr);
-    logInfo(QStringLiteral("plain"));
+    logInfo(u"plain"_s);
     DDLog::flushLog();
-    EXPECT_EQ(logger->lines,
-              (QStringList{QStringLiteral("before"), QStringLiteral("AFTER"), QStringLiteral("plain")}));
+    EXPECT_EQ(logger->lines, (QStringList{u"before"_s, u"AFTER"_s, u"plain"_s}));
     DDLog::removeLogger(logger);
     DDLog::flushLog();
 }

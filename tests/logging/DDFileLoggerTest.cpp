@@ -22,6 +22,8 @@
 #include <sys/resource.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -31,7 +33,7 @@ class DDFileLoggerTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        mDirectory = corvex::test::home() + QStringLiteral("/logs-") +
+        mDirectory = corvex::test::home() + u"/logs-"_s +
                      QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
         mManager = std::make_shared<DDLogFileManagerDefault>(mDirectory);
     }
@@ -64,8 +66,7 @@ protected:
     // The message texts of a log file, without their times.
     static QStringList texts(const QString &path)
     {
-        static const QRegularExpression time(
-            QStringLiteral("^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3}  "));
+        static const QRegularExpression time(u"^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3}  "_s);
         QStringList result;
         for (const QString &line :
              QString::fromUtf8(contents(path)).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
@@ -87,8 +88,8 @@ TEST_F(DDFileLoggerTest, DefaultsAndName)
     auto logger = std::make_shared<DDFileLogger>();
     EXPECT_EQ(logger->maximumFileSize(), 1048576u);
     EXPECT_EQ(logger->rollingFrequency(), 0.0);
-    EXPECT_EQ(logger->loggerName(), QStringLiteral("cocoa.vofungudip.fileLogger"));
-    EXPECT_EQ(logger->loggerQueue()->label(), QStringLiteral("cocoa.vofungudip.fileLogger"));
+    EXPECT_EQ(logger->loggerName(), u"cocoa.vofungudip.fileLogger"_s);
+    EXPECT_EQ(logger->loggerQueue()->label(), u"cocoa.vofungudip.fileLogger"_s);
     EXPECT_TRUE(logger->logFormatter() != nullptr);
     EXPECT_TRUE(std::dynamic_pointer_cast<DDLogFileManagerDefault>(logger->logFileManager()) != nullptr);
 }
@@ -96,10 +97,10 @@ TEST_F(DDFileLoggerTest, DefaultsAndName)
 TEST_F(DDFileLoggerTest, WritesOneTimestampedLinePerMessage)
 {
     auto logger = addFileLogger();
-    log(QStringLiteral("first"));
-    log(QStringLiteral("ends in a line feed\n"));
-    log(QStringLiteral("two\nlines"));
-    log(QStringLiteral("Ünïcödé ✓"));
+    log(u"first"_s);
+    log(u"ends in a line feed\n"_s);
+    log(u"two\nlines"_s);
+    log(u"Ünïcödé ✓"_s);
     DDLog::flushLog();
     const std::shared_ptr<DDLogFileInfo> current = logger->currentLogFileInfo();
     ASSERT_TRUE(current);
@@ -112,8 +113,7 @@ TEST_F(DDFileLoggerTest, WritesOneTimestampedLinePerMessage)
                        "\\d{4}/[^\\n]{18}  Ünïcödé ✓\\n$"));
     const QRegularExpressionMatch match = exact.match(text);
     ASSERT_TRUE(match.hasMatch()) << qPrintable(text);
-    const QDateTime written =
-        QDateTime::fromString(match.captured(1), QStringLiteral("yyyy/MM/dd HH:mm:ss:zzz"));
+    const QDateTime written = QDateTime::fromString(match.captured(1), u"yyyy/MM/dd HH:mm:ss:zzz"_s);
     EXPECT_LE(qAbs(written.secsTo(QDateTime::currentDateTime())), 60);
 }
 
@@ -121,8 +121,8 @@ TEST_F(DDFileLoggerTest, WithoutAFormatterTheRawTextIsWritten)
 {
     auto logger = addFileLogger();
     logger->setLogFormatter(nullptr);
-    log(QStringLiteral("raw"));
-    log(QStringLiteral("raw with feed\n"));
+    log(u"raw"_s);
+    log(u"raw with feed\n"_s);
     DDLog::flushLog();
     EXPECT_EQ(contents(logger->currentLogFileInfo()->filePath()), QByteArray("raw\nraw with feed\n"));
 }
@@ -140,14 +140,13 @@ TEST_F(DDFileLoggerTest, RollsBySizeAtTheDefaultLimit)
     log(line); // reaches the limit
     DDLog::flushLog();
     EXPECT_TRUE(DDLogFileInfo(first->filePath()).isArchived());
-    EXPECT_EQ(ExtendedAttributes::size(first->filePath(), QStringLiteral("user.vofungudip.log.archived")), 0);
-    log(QStringLiteral("next"));
+    EXPECT_EQ(ExtendedAttributes::size(first->filePath(), u"user.vofungudip.log.archived"_s), 0);
+    log(u"next"_s);
     DDLog::flushLog();
     const std::shared_ptr<DDLogFileInfo> second = logger->currentLogFileInfo();
     EXPECT_NE(second->filePath(), first->filePath());
-    EXPECT_TRUE(
-        QRegularExpression(QStringLiteral("^log-[0-9A-F]{6}\\.txt$")).match(second->fileName()).hasMatch());
-    EXPECT_EQ(texts(second->filePath()), QStringList{QStringLiteral("next")});
+    EXPECT_TRUE(QRegularExpression(u"^log-[0-9A-F]{6}\\.txt$"_s).match(second->fileName()).hasMatch());
+    EXPECT_EQ(texts(second->filePath()), QStringList{u"next"_s});
     EXPECT_EQ(QFileInfo(first->filePath()).size(), 8323 * 126);
 }
 
@@ -157,15 +156,15 @@ TEST_F(DDFileLoggerTest, KeepsOnlyTheConfiguredNumberOfArchivedFiles)
     logger->setMaximumFileSize(200);
     mManager->setMaximumNumberOfLogFiles(2);
     for (int i = 0; i < 30; ++i)
-        log(QStringLiteral("message %1 ").arg(i) + QString(60, QLatin1Char('-')));
+        log(u"message %1 "_s.arg(i) + QString(60, QLatin1Char('-')));
     DDLog::flushLog();
     const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
     // The last message rolled its file: two kept and that one wait for the next file to clear away.
     ASSERT_EQ(files.size(), 3);
     for (const std::shared_ptr<DDLogFileInfo> &file : files)
         EXPECT_TRUE(file->isArchived());
-    EXPECT_TRUE(texts(files.first()->filePath()).last().startsWith(QStringLiteral("message 29 ")));
-    log(QStringLiteral("fresh"));
+    EXPECT_TRUE(texts(files.first()->filePath()).last().startsWith(u"message 29 "_s));
+    log(u"fresh"_s);
     DDLog::flushLog();
     EXPECT_EQ(mManager->sortedLogFileInfos().size(), 3);
 }
@@ -174,17 +173,17 @@ TEST_F(DDFileLoggerTest, RollsByAgeWhenTheTimerFires)
 {
     auto logger = addFileLogger();
     logger->setRollingFrequency(0.4);
-    log(QStringLiteral("young"));
+    log(u"young"_s);
     DDLog::flushLog();
     const QString first = logger->currentLogFileInfo()->filePath();
     EXPECT_FALSE(DDLogFileInfo(first).isArchived());
     EXPECT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(first).isArchived(); }, 5000ms));
-    log(QStringLiteral("after"));
+    log(u"after"_s);
     DDLog::flushLog();
     const QString second = logger->currentLogFileInfo()->filePath();
     EXPECT_NE(second, first);
-    EXPECT_EQ(texts(second), QStringList{QStringLiteral("after")});
-    EXPECT_EQ(texts(first), QStringList{QStringLiteral("young")});
+    EXPECT_EQ(texts(second), QStringList{u"after"_s});
+    EXPECT_EQ(texts(first), QStringList{u"young"_s});
 }
 
 TEST_F(DDFileLoggerTest, RollsWhenTheFileReachesItsLimitExactly)
@@ -192,36 +191,36 @@ TEST_F(DDFileLoggerTest, RollsWhenTheFileReachesItsLimitExactly)
     auto logger = addFileLogger();
     logger->setLogFormatter(nullptr);
     logger->setMaximumFileSize(4);
-    log(QStringLiteral("a")); // "a\n": 2 bytes, below the limit
-    log(QStringLiteral("b")); // 4 bytes: at the limit, the file rolls
-    log(QStringLiteral("c"));
+    log(u"a"_s); // "a\n": 2 bytes, below the limit
+    log(u"b"_s); // 4 bytes: at the limit, the file rolls
+    log(u"c"_s);
     DDLog::flushLog();
     const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
     ASSERT_EQ(files.size(), 2);
-    EXPECT_EQ(texts(files.at(1)->filePath()), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(texts(files.at(1)->filePath()), (QStringList{u"a"_s, u"b"_s}));
     EXPECT_TRUE(files.at(1)->isArchived());
-    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{QStringLiteral("c")});
+    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{u"c"_s});
 }
 
 TEST_F(DDFileLoggerTest, RollLogFileArchivesInTurn)
 {
     auto logger = addFileLogger();
-    log(QStringLiteral("one"));
+    log(u"one"_s);
     logger->rollLogFile();
-    log(QStringLiteral("two"));
+    log(u"two"_s);
     DDLog::flushLog();
     const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
     ASSERT_EQ(files.size(), 2);
-    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{QStringLiteral("two")});
+    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{u"two"_s});
     EXPECT_FALSE(files.at(0)->isArchived());
-    EXPECT_EQ(texts(files.at(1)->filePath()), QStringList{QStringLiteral("one")});
+    EXPECT_EQ(texts(files.at(1)->filePath()), QStringList{u"one"_s});
     EXPECT_TRUE(files.at(1)->isArchived());
 }
 
 TEST_F(DDFileLoggerTest, StartUpReusesARecentUnarchivedFile)
 {
     auto first = addFileLogger();
-    log(QStringLiteral("before restart"));
+    log(u"before restart"_s);
     DDLog::flushLog();
     const QString path = first->currentLogFileInfo()->filePath();
     DDLog::removeLogger(first);
@@ -230,10 +229,10 @@ TEST_F(DDFileLoggerTest, StartUpReusesARecentUnarchivedFile)
 
     auto second = addFileLogger();
     second->setRollingFrequency(3600);
-    log(QStringLiteral("after restart"));
+    log(u"after restart"_s);
     DDLog::flushLog();
     EXPECT_EQ(second->currentLogFileInfo()->filePath(), path);
-    EXPECT_EQ(texts(path), (QStringList{QStringLiteral("before restart"), QStringLiteral("after restart")}));
+    EXPECT_EQ(texts(path), (QStringList{u"before restart"_s, u"after restart"_s}));
 }
 
 TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
@@ -243,7 +242,7 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
     auto logger = std::make_shared<DDFileLogger>(mManager);
     logger->setMaximumFileSize(300);
     DDLog::addLogger(logger);
-    log(QStringLiteral("new file"));
+    log(u"new file"_s);
     DDLog::flushLog();
     const QString second = logger->currentLogFileInfo()->filePath();
     EXPECT_NE(second, tooLarge);
@@ -256,25 +255,24 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
     auto later = std::make_shared<DDFileLogger>(mManager);
     later->setRollingFrequency(0.1);
     DDLog::addLogger(later);
-    log(QStringLiteral("newer file"));
+    log(u"newer file"_s);
     DDLog::flushLog();
     const QString third = later->currentLogFileInfo()->filePath();
     EXPECT_NE(third, second);
     EXPECT_TRUE(DDLogFileInfo(second).isArchived());
-    EXPECT_EQ(texts(second), QStringList{QStringLiteral("new file")});
+    EXPECT_EQ(texts(second), QStringList{u"new file"_s});
 }
 
 TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
 {
     extended_attributes_private::setUserAttributesRefused(true);
     auto logger = addFileLogger();
-    log(QStringLiteral("one"));
+    log(u"one"_s);
     logger->rollLogFile();
     DDLog::flushLog();
     const QStringList names = mManager->sortedLogFileNames();
     ASSERT_EQ(names.size(), 1);
-    EXPECT_TRUE(
-        QFile::exists(mDirectory + QStringLiteral("/.") + names.first() + QStringLiteral(".archived")));
+    EXPECT_TRUE(QFile::exists(mDirectory + u"/."_s + names.first() + u".archived"_s));
     DDLog::removeAllLoggers();
     DDLog::flushLog();
     logger.reset();
@@ -282,28 +280,28 @@ TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
     // A restart honours the flag file: the archived file is not written again.
     extended_attributes_private::setUserAttributesRefused(false);
     auto restarted = addFileLogger();
-    log(QStringLiteral("two"));
+    log(u"two"_s);
     DDLog::flushLog();
     EXPECT_NE(restarted->currentLogFileInfo()->fileName(), names.first());
-    EXPECT_EQ(texts(mDirectory + QLatin1Char('/') + names.first()), QStringList{QStringLiteral("one")});
+    EXPECT_EQ(texts(mDirectory + QLatin1Char('/') + names.first()), QStringList{u"one"_s});
 }
 
 TEST_F(DDFileLoggerTest, AnUnopenableFileDropsMessagesAndIsReportedOnce)
 {
-    const QString blocker = corvex::test::writeFile(mDirectory + QStringLiteral("-blocker"), "x");
-    auto manager = std::make_shared<DDLogFileManagerDefault>(blocker + QStringLiteral("/Logs"));
+    const QString blocker = corvex::test::writeFile(mDirectory + u"-blocker"_s, "x");
+    auto manager = std::make_shared<DDLogFileManagerDefault>(blocker + u"/Logs"_s);
     auto logger = std::make_shared<DDFileLogger>(manager);
     StderrCapture capture;
     DDLog::addLogger(logger);
     for (int i = 0; i < 50; ++i)
-        log(QStringLiteral("lost"));
-    DDLogError(QStringLiteral("also lost"));
+        log(u"lost"_s);
+    DDLogError(u"also lost"_s);
     DDLog::flushLog();
     capture.restore();
     const QString text = capture.text();
-    EXPECT_EQ(text.count(QStringLiteral("DDFileLogManagerDefault: Error creating logsDirectory: ")), 2)
+    EXPECT_EQ(text.count(u"DDFileLogManagerDefault: Error creating logsDirectory: "_s), 2)
         << "one listing and one creation" << qPrintable(text);
-    EXPECT_EQ(text.count(QStringLiteral("DDFileLogger: Error opening log file (")), 1) << qPrintable(text);
+    EXPECT_EQ(text.count(u"DDFileLogger: Error opening log file ("_s), 1) << qPrintable(text);
 }
 
 TEST_F(DDFileLoggerTest, AFullDiskDropsMessagesButKeepsWholeLines)
@@ -331,11 +329,11 @@ TEST_F(DDFileLoggerTest, AFullDiskDropsMessagesButKeepsWholeLines)
     DDLog::flushLog();
     setrlimit(RLIMIT_FSIZE, &saved);
     capture.restore();
-    log(QStringLiteral("again"));
+    log(u"again"_s);
     DDLog::flushLog();
 
     EXPECT_EQ(contents(path), kept.toLatin1() + "\nagain\n");
-    EXPECT_EQ(capture.text().count(QStringLiteral("DDFileLogger: Error writing to log file (") + path), 1)
+    EXPECT_EQ(capture.text().count(u"DDFileLogger: Error writing to log file ("_s + path), 1)
         << qPrintable(capture.text());
 }
 
@@ -351,7 +349,7 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
     EXPECT_TRUE(DDLogFileInfo(first).isArchived());
 
     logger->setMaximumFileSize(1 << 20);
-    log(QStringLiteral("b"));
+    log(u"b"_s);
     DDLog::flushLog();
     const QString second = logger->currentLogFileInfo()->filePath();
     EXPECT_NE(second, first);
@@ -364,10 +362,10 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
 TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
 {
     auto logger = addFileLogger();
-    auto other = std::make_shared<DDFileLogger>(
-        std::make_shared<DDLogFileManagerDefault>(mDirectory + QStringLiteral("-other")));
+    auto other =
+        std::make_shared<DDFileLogger>(std::make_shared<DDLogFileManagerDefault>(mDirectory + u"-other"_s));
     DDLog::addLogger(other);
-    log(QStringLiteral("opens the file"));
+    log(u"opens the file"_s);
     DDLog::flushLog();
     const QString path = logger->currentLogFileInfo()->filePath();
     const QString otherPath = other->currentLogFileInfo()->filePath();
@@ -377,21 +375,21 @@ TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
     std::binary_semaphore gate(0);
     DDLog::loggingQueue()->async([&gate] { gate.acquire(); });
     for (int i = 0; i < 100; ++i)
-        log(QStringLiteral("line %1").arg(i));
+        log(u"line %1"_s.arg(i));
     DDLog::removeLogger(logger);
     for (int i = 0; i < 100; ++i)
-        log(QStringLiteral("later %1").arg(i));
+        log(u"later %1"_s.arg(i));
 
     // A message handed to the logger directly, outside the dispatcher's deliveries, is written at once.
-    const DDLogMessage direct(QStringLiteral("direct"), 7, DDLogFlagInfo, 1, __FILE__, "f", 1);
+    const DDLogMessage direct(u"direct"_s, 7, DDLogFlagInfo, 1, __FILE__, "f", 1);
     other->loggerQueue()->sync([&] { other->logMessage(direct); });
-    EXPECT_EQ(texts(otherPath), (QStringList{QStringLiteral("opens the file"), QStringLiteral("direct")}));
+    EXPECT_EQ(texts(otherPath), (QStringList{u"opens the file"_s, u"direct"_s}));
 
     gate.release();
     DDLog::flushLog();
     const QStringList written = texts(path);
     ASSERT_EQ(written.size(), 101);
-    EXPECT_EQ(written.last(), QStringLiteral("line 99"));
+    EXPECT_EQ(written.last(), u"line 99"_s);
     EXPECT_EQ(texts(otherPath).size(), 202);
 }
 
@@ -402,7 +400,7 @@ TEST_F(DDFileLoggerTest, FlushLogWritesEveryEarlierLineWhileAnotherThreadKeepsLo
     std::atomic<bool> stop{false};
     std::thread other([&] {
         while (!stop)
-            log(QStringLiteral("noise"));
+            log(u"noise"_s);
     });
     const QString path = logger->currentLogFileInfo()->filePath();
     int missing = 0;

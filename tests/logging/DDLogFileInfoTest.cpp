@@ -10,6 +10,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class DDLogFileInfoTest : public ::testing::Test
@@ -17,7 +19,7 @@ class DDLogFileInfoTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        mDirectory = corvex::test::home() + QStringLiteral("/info-") +
+        mDirectory = corvex::test::home() + u"/info-"_s +
                      QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
         QDir().mkpath(mDirectory);
     }
@@ -32,15 +34,14 @@ protected:
 
 TEST_F(DDLogFileInfoTest, AttributesAreReadOnceUntilReset)
 {
-    const QString file = corvex::test::writeFile(path(QStringLiteral("log-ABCDEF.txt")), "12345");
+    const QString file = corvex::test::writeFile(path(u"log-ABCDEF.txt"_s), "12345");
     const QDateTime before = QDateTime::currentDateTime();
     DDLogFileInfo info(file);
     EXPECT_EQ(info.filePath(), file);
-    EXPECT_EQ(info.fileName(), QStringLiteral("log-ABCDEF.txt"));
+    EXPECT_EQ(info.fileName(), u"log-ABCDEF.txt"_s);
     EXPECT_EQ(info.fileSize(), 5u);
-    EXPECT_EQ(info.fileAttributes().value(QStringLiteral("NSFileSize")).toULongLong(), 5u);
-    EXPECT_EQ(info.fileAttributes().value(QStringLiteral("NSFileType")).toString(),
-              QStringLiteral("NSFileTypeRegular"));
+    EXPECT_EQ(info.fileAttributes().value(u"NSFileSize"_s).toULongLong(), 5u);
+    EXPECT_EQ(info.fileAttributes().value(u"NSFileType"_s).toString(), u"NSFileTypeRegular"_s);
     EXPECT_TRUE(info.creationDate().isValid());
     EXPECT_LE(qAbs(info.creationDate().secsTo(before)), 5);
     EXPECT_GE(info.age(), 0.0);
@@ -54,7 +55,7 @@ TEST_F(DDLogFileInfoTest, AttributesAreReadOnceUntilReset)
     info.reset();
     EXPECT_EQ(info.fileSize(), 8u);
 
-    DDLogFileInfo missing(path(QStringLiteral("missing.txt")));
+    DDLogFileInfo missing(path(u"missing.txt"_s));
     EXPECT_TRUE(missing.fileAttributes().isEmpty());
     EXPECT_EQ(missing.fileSize(), 0u);
     EXPECT_EQ(missing.age(), 0.0);
@@ -62,28 +63,28 @@ TEST_F(DDLogFileInfoTest, AttributesAreReadOnceUntilReset)
 
 TEST_F(DDLogFileInfoTest, ArchivedFlagIsAnEmptyUserAttribute)
 {
-    const QString file = corvex::test::writeFile(path(QStringLiteral("log-000001.txt")), "x");
+    const QString file = corvex::test::writeFile(path(u"log-000001.txt"_s), "x");
     DDLogFileInfo info(file);
     EXPECT_FALSE(info.isArchived());
     info.setIsArchived(true);
     EXPECT_TRUE(info.isArchived());
-    EXPECT_EQ(ExtendedAttributes::size(file, QStringLiteral("user.vofungudip.log.archived")), 0);
-    EXPECT_EQ(ExtendedAttributes::value(file, QStringLiteral("vofungudip.log.archived")), QByteArray(""));
-    EXPECT_FALSE(QFile::exists(path(QStringLiteral(".log-000001.txt.archived"))));
+    EXPECT_EQ(ExtendedAttributes::size(file, u"user.vofungudip.log.archived"_s), 0);
+    EXPECT_EQ(ExtendedAttributes::value(file, u"vofungudip.log.archived"_s), QByteArray(""));
+    EXPECT_FALSE(QFile::exists(path(u".log-000001.txt.archived"_s)));
     info.setIsArchived(false);
     EXPECT_FALSE(info.isArchived());
-    EXPECT_LT(ExtendedAttributes::size(file, QStringLiteral("vofungudip.log.archived")), 0);
+    EXPECT_LT(ExtendedAttributes::size(file, u"vofungudip.log.archived"_s), 0);
 
     StderrCapture capture;
-    info.removeExtendedAttributeWithName(QStringLiteral("vofungudip.log.archived")); // missing: not an error
+    info.removeExtendedAttributeWithName(u"vofungudip.log.archived"_s); // missing: not an error
     capture.restore();
     EXPECT_TRUE(capture.text().isEmpty()) << qPrintable(capture.text());
 }
 
 TEST_F(DDLogFileInfoTest, FlagFileStandsInWhereTheFileSystemRefusesAttributes)
 {
-    const QString file = corvex::test::writeFile(path(QStringLiteral("log-000002.txt")), "x");
-    const QString flag = path(QStringLiteral(".log-000002.txt.archived"));
+    const QString file = corvex::test::writeFile(path(u"log-000002.txt"_s), "x");
+    const QString flag = path(u".log-000002.txt.archived"_s);
     DDLogFileInfo info(file);
     EXPECT_EQ(info.flagFilePathForAttribute(DDLogFileInfo::ArchivedAttributeName), flag);
 
@@ -109,53 +110,52 @@ TEST_F(DDLogFileInfoTest, FlagFileStandsInWhereTheFileSystemRefusesAttributes)
 
 TEST_F(DDLogFileInfoTest, AttributeFailuresGoToTheSystemLog)
 {
-    DDLogFileInfo missing(path(QStringLiteral("log-000003.txt")));
+    DDLogFileInfo missing(path(u"log-000003.txt"_s));
     StderrCapture capture;
     missing.setIsArchived(true);
     missing.setIsArchived(false);
     capture.restore();
     EXPECT_TRUE(capture.text().contains(
-        QStringLiteral("DDLogFileInfo: setxattr(vofungudip.log.archived, log-000003.txt): error = -1")))
+        u"DDLogFileInfo: setxattr(vofungudip.log.archived, log-000003.txt): error = -1"_s))
         << qPrintable(capture.text());
     EXPECT_TRUE(capture.text().contains(
-        QStringLiteral("DDLogFileInfo: removexattr(vofungudip.log.archived, log-000003.txt): error = -1")))
+        u"DDLogFileInfo: removexattr(vofungudip.log.archived, log-000003.txt): error = -1"_s))
         << qPrintable(capture.text());
 }
 
 TEST_F(DDLogFileInfoTest, RenamingMovesTheFileAndItsFlag)
 {
-    const QString file = corvex::test::writeFile(path(QStringLiteral("log-000004.txt")), "abc");
+    const QString file = corvex::test::writeFile(path(u"log-000004.txt"_s), "abc");
     DDLogFileInfo info(file);
     extended_attributes_private::setUserAttributesRefused(true);
     info.setIsArchived(true);
     extended_attributes_private::setUserAttributesRefused(false);
     EXPECT_EQ(info.fileSize(), 3u);
 
-    info.renameFile(QStringLiteral("log-000004.txt")); // same name: nothing happens
+    info.renameFile(u"log-000004.txt"_s); // same name: nothing happens
     EXPECT_TRUE(QFile::exists(file));
 
-    info.renameFile(QStringLiteral("log-000005.txt"));
-    EXPECT_EQ(info.filePath(), path(QStringLiteral("log-000005.txt")));
+    info.renameFile(u"log-000005.txt"_s);
+    EXPECT_EQ(info.filePath(), path(u"log-000005.txt"_s));
     EXPECT_FALSE(QFile::exists(file));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("log-000005.txt"))));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral(".log-000005.txt.archived"))));
+    EXPECT_TRUE(QFile::exists(path(u"log-000005.txt"_s)));
+    EXPECT_TRUE(QFile::exists(path(u".log-000005.txt.archived"_s)));
     EXPECT_TRUE(info.isArchived());
 
     // A failed move still takes the new path.
-    DDLogFileInfo gone(path(QStringLiteral("log-000006.txt")));
+    DDLogFileInfo gone(path(u"log-000006.txt"_s));
     StderrCapture capture;
-    gone.renameFile(QStringLiteral("log-000007.txt"));
+    gone.renameFile(u"log-000007.txt"_s);
     capture.restore();
-    EXPECT_EQ(gone.fileName(), QStringLiteral("log-000007.txt"));
-    EXPECT_TRUE(
-        capture.text().startsWith(QStringLiteral("DDLogFileInfo: Error renaming file (log-000006.txt): ")))
+    EXPECT_EQ(gone.fileName(), u"log-000007.txt"_s);
+    EXPECT_TRUE(capture.text().startsWith(u"DDLogFileInfo: Error renaming file (log-000006.txt): "_s))
         << qPrintable(capture.text());
 }
 
 TEST_F(DDLogFileInfoTest, ComparisonPutsTheLaterFileFirst)
 {
-    const QString older = corvex::test::writeFile(path(QStringLiteral("log-00000A.txt")), "a");
-    const QString newer = corvex::test::writeFile(path(QStringLiteral("log-00000B.txt")), "b");
+    const QString older = corvex::test::writeFile(path(u"log-00000A.txt"_s), "a");
+    const QString newer = corvex::test::writeFile(path(u"log-00000B.txt"_s), "b");
     DDLogFileInfo a(older);
     DDLogFileInfo b(newer);
     EXPECT_EQ(b.reverseCompareByCreationDate(a), -1);

@@ -13,11 +13,13 @@
 #include <QThread>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString directoryFor(const char *name)
 {
-    return corvex::test::home() + QStringLiteral("/manager-") + QString::fromLatin1(name);
+    return corvex::test::home() + u"/manager-"_s + QString::fromLatin1(name);
 }
 
 // Makes a log file through the manager and marks it archived.
@@ -56,16 +58,16 @@ TEST(DDLogFileManagerDefaultTest, StandardFolderIsTheProcessFolderInApplicationS
 TEST(DDLogFileManagerDefaultTest, LogFileNamesAreLogDashAndSixUpperCaseHexDigits)
 {
     DDLogFileManagerDefault manager(directoryFor("names"));
-    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-3F2A9C.txt")));
-    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-12AB56")));
-    EXPECT_TRUE(manager.isLogFile(QStringLiteral("log-000000.log")));
-    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12ab56.txt")));
-    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12AB5")));
-    EXPECT_FALSE(manager.isLogFile(QStringLiteral("log-12AG56.txt")));
-    EXPECT_FALSE(manager.isLogFile(QStringLiteral("Log-12AB56.txt")));
-    EXPECT_FALSE(manager.isLogFile(QStringLiteral(".log-12AB56.txt.archived")));
+    EXPECT_TRUE(manager.isLogFile(u"log-3F2A9C.txt"_s));
+    EXPECT_TRUE(manager.isLogFile(u"log-12AB56"_s));
+    EXPECT_TRUE(manager.isLogFile(u"log-000000.log"_s));
+    EXPECT_FALSE(manager.isLogFile(u"log-12ab56.txt"_s));
+    EXPECT_FALSE(manager.isLogFile(u"log-12AB5"_s));
+    EXPECT_FALSE(manager.isLogFile(u"log-12AG56.txt"_s));
+    EXPECT_FALSE(manager.isLogFile(u"Log-12AB56.txt"_s));
+    EXPECT_FALSE(manager.isLogFile(u".log-12AB56.txt.archived"_s));
 
-    const QRegularExpression pattern(QStringLiteral("^log-[0-9A-F]{6}\\.txt$"));
+    const QRegularExpression pattern(u"^log-[0-9A-F]{6}\\.txt$"_s);
     QStringList made;
     for (int i = 0; i < 20; ++i) {
         const QString path = manager.createNewLogFile();
@@ -89,8 +91,8 @@ TEST(DDLogFileManagerDefaultTest, ListsOnlyLogFilesNewestFirst)
     const QString first = archivedFile(manager);
     const QString second = archivedFile(manager);
     const QString third = newLogFile(manager);
-    corvex::test::writeFile(directory + QStringLiteral("/notes.txt"), "x");
-    corvex::test::writeFile(directory + QStringLiteral("/log-abcdef.txt"), "x");
+    corvex::test::writeFile(directory + u"/notes.txt"_s, "x");
+    corvex::test::writeFile(directory + u"/log-abcdef.txt"_s, "x");
     EXPECT_EQ(manager.sortedLogFilePaths(), (QStringList{third, second, first}));
     EXPECT_EQ(manager.sortedLogFileNames(),
               (QStringList{QFileInfo(third).fileName(), QFileInfo(second).fileName(),
@@ -151,16 +153,15 @@ TEST(DDLogFileManagerDefaultTest, LoweringTheNumberKeptClearsAwayLaterOnTheLoggi
 
 TEST(DDLogFileManagerDefaultTest, AFolderThatCannotBeMadeIsReportedAndReturned)
 {
-    const QString blocker = corvex::test::writeFile(directoryFor("blocked") + QStringLiteral("/file"), "x");
-    const QString directory = blocker + QStringLiteral("/Logs");
+    const QString blocker = corvex::test::writeFile(directoryFor("blocked") + u"/file"_s, "x");
+    const QString directory = blocker + u"/Logs"_s;
     DDLogFileManagerDefault manager(directory);
     StderrCapture capture;
     EXPECT_EQ(manager.logsDirectory(), directory);
     const QString path = manager.createNewLogFile();
     capture.restore();
-    EXPECT_TRUE(path.startsWith(directory + QStringLiteral("/log-")));
+    EXPECT_TRUE(path.startsWith(directory + u"/log-"_s));
     EXPECT_FALSE(QFile::exists(path));
-    EXPECT_TRUE(
-        capture.text().startsWith(QStringLiteral("DDFileLogManagerDefault: Error creating logsDirectory: ")))
+    EXPECT_TRUE(capture.text().startsWith(u"DDFileLogManagerDefault: Error creating logsDirectory: "_s))
         << qPrintable(capture.text());
 }

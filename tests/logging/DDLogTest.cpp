@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -68,7 +70,7 @@ TEST_F(DDLogTest, NullMessageLogsNothingAndLeavesTheSemaphoreAlone)
     DDLog::log(true, 7, DDLogFlagError, 1, __FILE__, "f", 1, QString());
     DDLogWarn(QString());
     EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), before);
-    DDLogInfo(QStringLiteral("")); // empty but not null: logged
+    DDLogInfo(u""_s); // empty but not null: logged
     DDLog::flushLog();
     EXPECT_EQ(logger->texts(), QStringList{QString()});
 }
@@ -79,7 +81,7 @@ TEST_F(DDLogTest, WithoutLoggersMessagesAreDroppedAndTheirPlacesFreed)
     std::atomic<int> logged{0};
     std::thread producer([&] {
         for (int i = 0; i < 3000; ++i) {
-            logInfo(QStringLiteral("dropped %1").arg(i));
+            logInfo(u"dropped %1"_s.arg(i));
             ++logged;
         }
     });
@@ -100,16 +102,16 @@ TEST_F(DDLogTest, MessagesCarryTheStatementsDetails)
     };
     DDLog::addLogger(logger);
     const int line = __LINE__ + 1;
-    DDLogWarn(QStringLiteral("careful"));
+    DDLogWarn(u"careful"_s);
     DDLog::flushLog();
     ASSERT_EQ(seen.size(), 1);
     const DDLogMessage &message = *seen.first();
-    EXPECT_EQ(message.logMsg(), QStringLiteral("careful"));
+    EXPECT_EQ(message.logMsg(), u"careful"_s);
     EXPECT_EQ(message.logLevel(), 7);
     EXPECT_EQ(message.logFlag(), qint32(DDLogFlagWarning));
     EXPECT_EQ(message.logContext(), 1);
     EXPECT_STREQ(message.file(), __FILE__);
-    EXPECT_EQ(message.fileName(), QStringLiteral("DDLogTest"));
+    EXPECT_EQ(message.fileName(), u"DDLogTest"_s);
     EXPECT_TRUE(message.methodName().contains(QLatin1String("MessagesCarryTheStatementsDetails")));
     EXPECT_EQ(message.lineNumber(), line);
     EXPECT_EQ(message.machThreadID(), DDLogMessage::currentThreadID());
@@ -120,17 +122,17 @@ TEST_F(DDLogTest, ErrorsAreDeliveredBeforeTheStatementReturns)
 {
     auto logger = std::make_shared<RecordingLogger>();
     DDLog::addLogger(logger);
-    DDLogError(QStringLiteral("failed"));
-    EXPECT_EQ(logger->texts(), QStringList{QStringLiteral("failed")});
+    DDLogError(u"failed"_s);
+    EXPECT_EQ(logger->texts(), QStringList{u"failed"_s});
 }
 
 TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
 {
     for (unsigned processors : {1u, 2u}) {
         ddlog_private::setProcessorCount(processors);
-        auto slow = std::make_shared<RecordingLogger>(QStringLiteral("slow"));
+        auto slow = std::make_shared<RecordingLogger>(u"slow"_s);
         slow->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(200us); };
-        auto fast = std::make_shared<RecordingLogger>(QStringLiteral("fast"));
+        auto fast = std::make_shared<RecordingLogger>(u"fast"_s);
         DDLog::addLogger(slow);
         DDLog::addLogger(fast);
         for (int i = 0; i < 300; ++i)
@@ -138,7 +140,7 @@ TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
         DDLog::flushLog();
         EXPECT_EQ(slow->count(), 300) << processors;
         EXPECT_EQ(fast->count(), 300) << processors;
-        EXPECT_EQ(slow->texts().last(), QStringLiteral("299"));
+        EXPECT_EQ(slow->texts().last(), u"299"_s);
         DDLog::removeAllLoggers();
         DDLog::flushLog();
     }
@@ -159,12 +161,10 @@ TEST_F(DDLogTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
         loggers.append(logger);
         DDLog::addLogger(logger);
     }
-    logInfo(QStringLiteral("one"));
-    logInfo(QStringLiteral("two"));
+    logInfo(u"one"_s);
+    logInfo(u"two"_s);
     DDLog::flushLog();
-    EXPECT_EQ(order,
-              (QStringList{QStringLiteral("third"), QStringLiteral("second"), QStringLiteral("first"),
-                           QStringLiteral("third"), QStringLiteral("second"), QStringLiteral("first")}));
+    EXPECT_EQ(order, (QStringList{u"third"_s, u"second"_s, u"first"_s, u"third"_s, u"second"_s, u"first"_s}));
     // Each ran on a queue of its own, labelled with its name.
     for (const std::shared_ptr<RecordingLogger> &logger : loggers)
         EXPECT_EQ(logger->queueLabels(), QStringList(2, logger->loggerName()));
@@ -185,14 +185,14 @@ TEST_F(DDLogTest, LoggersWorkInParallelOnSeveralProcessors)
         if (!changed.wait_for(lock, 5s, [&] { return started % 2 == 0; }))
             bothMet = false;
     };
-    auto a = std::make_shared<RecordingLogger>(QStringLiteral("a"));
-    auto b = std::make_shared<RecordingLogger>(QStringLiteral("b"));
+    auto a = std::make_shared<RecordingLogger>(u"a"_s);
+    auto b = std::make_shared<RecordingLogger>(u"b"_s);
     a->hook = meet;
     b->hook = meet;
     DDLog::addLogger(a);
     DDLog::addLogger(b);
     for (int i = 0; i < 5; ++i)
-        logInfo(QStringLiteral("together"));
+        logInfo(u"together"_s);
     DDLog::flushLog();
     EXPECT_TRUE(bothMet);
     EXPECT_EQ(a->count(), 5);
@@ -237,22 +237,22 @@ TEST_F(DDLogTest, AProducerBlocksWhileAThousandMessagesWait)
 
 TEST_F(DDLogTest, AddingAndRemovingHappenInTurnOnTheLoggingQueue)
 {
-    auto kept = std::make_shared<RecordingLogger>(QStringLiteral("kept"));
-    auto removed = std::make_shared<RecordingLogger>(QStringLiteral("removed"));
+    auto kept = std::make_shared<RecordingLogger>(u"kept"_s);
+    auto removed = std::make_shared<RecordingLogger>(u"removed"_s);
     DDLog::addLogger(nullptr);
     DDLog::addLogger(kept);
     DDLog::addLogger(removed);
-    logInfo(QStringLiteral("both"));
+    logInfo(u"both"_s);
     DDLog::removeLogger(removed);
     DDLog::removeLogger(nullptr);
-    logInfo(QStringLiteral("one"));
+    logInfo(u"one"_s);
     DDLog::flushLog();
-    EXPECT_EQ(kept->texts(), (QStringList{QStringLiteral("both"), QStringLiteral("one")}));
-    EXPECT_EQ(removed->texts(), QStringList{QStringLiteral("both")});
+    EXPECT_EQ(kept->texts(), (QStringList{u"both"_s, u"one"_s}));
+    EXPECT_EQ(removed->texts(), QStringList{u"both"_s});
     EXPECT_TRUE(kept->addedOnLoggingQueue);
     EXPECT_TRUE(removed->removedOnLoggingQueue);
     DDLog::removeAllLoggers();
-    logInfo(QStringLiteral("none"));
+    logInfo(u"none"_s);
     DDLog::flushLog();
     EXPECT_EQ(kept->count(), 2);
     EXPECT_TRUE(kept->removedOnLoggingQueue);
@@ -264,7 +264,7 @@ TEST_F(DDLogTest, ApplicationTerminationFlushesTheLog)
     logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
     DDLog::addLogger(logger);
     for (int i = 0; i < 20; ++i)
-        logInfo(QStringLiteral("pending"));
+        logInfo(u"pending"_s);
     DDLog::applicationWillTerminate();
     EXPECT_EQ(logger->count(), 20);
 }
@@ -276,7 +276,7 @@ TEST_F(DDLogTest, TheApplicationAboutToQuitFlushesTheLog)
     logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
     DDLog::addLogger(logger); // from now on the application's quitting is observed
     for (int i = 0; i < 20; ++i)
-        logInfo(QStringLiteral("pending"));
+        logInfo(u"pending"_s);
     ASSERT_TRUE(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
     EXPECT_EQ(logger->count(), 20);
 }
@@ -290,33 +290,33 @@ TEST_F(DDLogTest, PerClassLevelsOnlyForClassesThatTakePart)
     EXPECT_EQ(ParticipatingClass::level, 5u);
     DDLog::setLogLevelForClass<NonParticipatingClass>(5); // ignored
 
-    EXPECT_FALSE(DDLog::registeredClassNames().contains(QStringLiteral("ParticipatingClass")));
-    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("ParticipatingClass")), 0xFFFFFFFFu);
-    EXPECT_TRUE(DDLog::registerClass<ParticipatingClass>(QStringLiteral("ParticipatingClass")));
-    EXPECT_FALSE(DDLog::registerClass<ParticipatingClass>(QStringLiteral("ParticipatingClass")));
-    EXPECT_FALSE(DDLog::registerClass(DDLogRegisteredClass{QStringLiteral("Half"), [] { return 1u; }, {}}));
-    EXPECT_TRUE(DDLog::registeredClassNames().contains(QStringLiteral("ParticipatingClass")));
-    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("ParticipatingClass")), 5u);
-    DDLog::setLogLevelForClassWithName(7, QStringLiteral("ParticipatingClass"));
+    EXPECT_FALSE(DDLog::registeredClassNames().contains(u"ParticipatingClass"_s));
+    EXPECT_EQ(DDLog::logLevelForClassWithName(u"ParticipatingClass"_s), 0xFFFFFFFFu);
+    EXPECT_TRUE(DDLog::registerClass<ParticipatingClass>(u"ParticipatingClass"_s));
+    EXPECT_FALSE(DDLog::registerClass<ParticipatingClass>(u"ParticipatingClass"_s));
+    EXPECT_FALSE(DDLog::registerClass(DDLogRegisteredClass{u"Half"_s, [] { return 1u; }, {}}));
+    EXPECT_TRUE(DDLog::registeredClassNames().contains(u"ParticipatingClass"_s));
+    EXPECT_EQ(DDLog::logLevelForClassWithName(u"ParticipatingClass"_s), 5u);
+    DDLog::setLogLevelForClassWithName(7, u"ParticipatingClass"_s);
     EXPECT_EQ(ParticipatingClass::level, 7u);
-    DDLog::setLogLevelForClassWithName(1, QStringLiteral("Unknown"));
-    EXPECT_EQ(DDLog::logLevelForClassWithName(QStringLiteral("Unknown")), 0xFFFFFFFFu);
+    DDLog::setLogLevelForClassWithName(1, u"Unknown"_s);
+    EXPECT_EQ(DDLog::logLevelForClassWithName(u"Unknown"_s), 0xFFFFFFFFu);
 }
 
 TEST_F(DDLogTest, ALoggersOwnTroubleGoesToStderrNotBackThroughTheDispatcher)
 {
     auto logger = std::make_shared<RecordingLogger>();
     logger->hook = [](const DDLogMessage &message) {
-        if (message.logMsg() == QStringLiteral("archive"))
-            CorvexReportError(QStringLiteral("could not post the archive notice"));
+        if (message.logMsg() == u"archive"_s)
+            CorvexReportError(u"could not post the archive notice"_s);
     };
     DDLog::addLogger(logger);
     StderrCapture stderrCapture;
-    logInfo(QStringLiteral("archive"));
+    logInfo(u"archive"_s);
     DDLog::flushLog();
     stderrCapture.restore();
-    EXPECT_EQ(logger->texts(), QStringList{QStringLiteral("archive")});
-    EXPECT_TRUE(stderrCapture.text().contains(QStringLiteral("could not post the archive notice")));
+    EXPECT_EQ(logger->texts(), QStringList{u"archive"_s});
+    EXPECT_TRUE(stderrCapture.text().contains(u"could not post the archive notice"_s));
 }
 
 TEST_F(DDLogTest, MessagesNameTheirFileFromTheTopOfTheSourceTree)
@@ -325,7 +325,7 @@ TEST_F(DDLogTest, MessagesNameTheirFileFromTheTopOfTheSourceTree)
     QString file;
     logger->hook = [&file](const DDLogMessage &message) { file = QString::fromUtf8(message.file()); };
     DDLog::addLogger(logger);
-    DDLogInfo(QStringLiteral("where"));
+    DDLogInfo(u"where"_s);
     DDLog::flushLog();
-    EXPECT_EQ(file, QStringLiteral("tests/logging/DDLogTest.cpp"));
+    EXPECT_EQ(file, u"tests/logging/DDLogTest.cpp"_s);
 }

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Bookmark.h"
-#include "platform/PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,8 +21,8 @@ protected:
     {
         mRoot = corvex::test::home() + QLatin1Char('/') +
                 QString::fromUtf8(testing::UnitTest::GetInstance()->current_test_info()->name());
-        mFile = corvex::test::writeFile(mRoot + QStringLiteral("/shots/shot.png"), "pixels");
-        QDir().mkpath(mRoot + QStringLiteral("/other"));
+        mFile = corvex::test::writeFile(mRoot + u"/shots/shot.png"_s, "pixels");
+        QDir().mkpath(mRoot + u"/other"_s);
         mData = Bookmark::create(mFile);
         ASSERT_FALSE(mData.isEmpty());
     }
@@ -49,46 +51,46 @@ TEST_F(BookmarkTest, UnmovedFileIsFoundWhereItIs)
 
 TEST_F(BookmarkTest, FindsTheFileAfterARenameInItsFolder)
 {
-    expectFoundAfterMoveTo(mRoot + QStringLiteral("/shots/My diagram.png"));
+    expectFoundAfterMoveTo(mRoot + u"/shots/My diagram.png"_s);
 }
 
 TEST_F(BookmarkTest, FindsTheFileAfterARenameToAHiddenName)
 {
-    expectFoundAfterMoveTo(mRoot + QStringLiteral("/shots/.hidden.png"));
+    expectFoundAfterMoveTo(mRoot + u"/shots/.hidden.png"_s);
 }
 
 TEST_F(BookmarkTest, FindsTheFileInASiblingFolder)
 {
-    expectFoundAfterMoveTo(mRoot + QStringLiteral("/other/shot.png"));
+    expectFoundAfterMoveTo(mRoot + u"/other/shot.png"_s);
 }
 
 TEST_F(BookmarkTest, FindsTheFileInTheParentFolder)
 {
-    expectFoundAfterMoveTo(mRoot + QStringLiteral("/moved up.png"));
+    expectFoundAfterMoveTo(mRoot + u"/moved up.png"_s);
 }
 
 TEST_F(BookmarkTest, FindsTheFileInASubfolderOfASibling)
 {
-    expectFoundAfterMoveTo(mRoot + QStringLiteral("/other/2026/March/shot.png"));
+    expectFoundAfterMoveTo(mRoot + u"/other/2026/March/shot.png"_s);
 }
 
 TEST_F(BookmarkTest, FindsTheFileInTheTrash)
 {
-    const QString trash = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                          QStringLiteral("/Trash/files/shot.png");
+    const QString trash =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash/files/shot.png"_s;
     expectFoundAfterMoveTo(trash);
     QFile::remove(trash);
 }
 
 TEST_F(BookmarkTest, FindsTheFileAfterItsFolderWasRenamed)
 {
-    ASSERT_TRUE(QDir().rename(mRoot + QStringLiteral("/shots"), mRoot + QStringLiteral("/renamed shots")));
-    EXPECT_EQ(Bookmark::resolve(mData), mRoot + QStringLiteral("/renamed shots/shot.png"));
+    ASSERT_TRUE(QDir().rename(mRoot + u"/shots"_s, mRoot + u"/renamed shots"_s));
+    EXPECT_EQ(Bookmark::resolve(mData), mRoot + u"/renamed shots/shot.png"_s);
 }
 
 TEST_F(BookmarkTest, DeletedFileIsNotFoundEvenWhenALookAlikeExistsElsewhere)
 {
-    corvex::test::writeFile(mRoot + QStringLiteral("/other/shot.png"), "pixels");
+    corvex::test::writeFile(mRoot + u"/other/shot.png"_s, "pixels");
     ASSERT_TRUE(QFile::remove(mFile));
     bool stale = false;
     EXPECT_EQ(Bookmark::resolve(mData, &stale), std::nullopt);
@@ -97,8 +99,7 @@ TEST_F(BookmarkTest, DeletedFileIsNotFoundEvenWhenALookAlikeExistsElsewhere)
 TEST_F(BookmarkTest, FileReplacedInPlaceResolvesToTheRecordedPath)
 {
     // An editor's save: a new file is written and renamed over the old one.
-    const QString temporary =
-        corvex::test::writeFile(mRoot + QStringLiteral("/shots/.shot.png.new"), "edited");
+    const QString temporary = corvex::test::writeFile(mRoot + u"/shots/.shot.png.new"_s, "edited");
     ASSERT_TRUE(QFile::remove(mFile));
     ASSERT_TRUE(QFile::rename(temporary, mFile));
     bool stale = false;
@@ -109,14 +110,14 @@ TEST_F(BookmarkTest, FileReplacedInPlaceResolvesToTheRecordedPath)
 TEST(BookmarkData, MissingFileGivesNoDataAndANoSuchFileError)
 {
     CorvexError error;
-    EXPECT_TRUE(Bookmark::create(corvex::test::home() + QStringLiteral("/nothing.png"), &error).isEmpty());
+    EXPECT_TRUE(Bookmark::create(corvex::test::home() + u"/nothing.png"_s, &error).isEmpty());
     EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
     EXPECT_EQ(error.code(), CorvexError::FileReadNoSuchFileError);
 }
 
 TEST(BookmarkData, GarbageResolvesToNothing)
 {
-    const QString path = corvex::test::writeFile(corvex::test::home() + QStringLiteral("/g/real.png"), "x");
+    const QString path = corvex::test::writeFile(corvex::test::home() + u"/g/real.png"_s, "x");
     const QByteArray good = Bookmark::create(path);
     const QVariantMap map = PropertyList::parse(good).toMap();
     ASSERT_EQ(Bookmark::resolve(good), path);
@@ -125,18 +126,17 @@ TEST(BookmarkData, GarbageResolvesToNothing)
                               good.left(good.size() / 2),
                               PropertyList::serialize(QVariantList{path}, PropertyList::Format::Binary)};
     // Each identifying key missing, of the wrong type, or (the version) of another value.
-    const QStringList keys{QStringLiteral("CorvexBookmarkVersion"), QStringLiteral("path"),
-                           QStringLiteral("device"), QStringLiteral("inode")};
+    const QStringList keys{u"CorvexBookmarkVersion"_s, u"path"_s, u"device"_s, u"inode"_s};
     for (const QString &key : keys) {
         ASSERT_TRUE(map.contains(key)) << key.toStdString();
         QVariantMap changed = map;
         changed.remove(key);
         garbage.append(PropertyList::serialize(changed, PropertyList::Format::Binary));
-        changed.insert(key, QStringLiteral("1"));
+        changed.insert(key, u"1"_s);
         garbage.append(PropertyList::serialize(changed, PropertyList::Format::Binary));
     }
     QVariantMap future = map;
-    future.insert(QStringLiteral("CorvexBookmarkVersion"), qint64(2));
+    future.insert(u"CorvexBookmarkVersion"_s, qint64(2));
     garbage.append(PropertyList::serialize(future, PropertyList::Format::Binary));
 
     for (const QByteArray &bytes : std::as_const(garbage)) {

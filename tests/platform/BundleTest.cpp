@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Bundle.h"
-#include "platform/PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,20 +16,19 @@ using corvex::test::writeFile;
 
 QString makeBundle(const QString &path, const QVariantMap &info)
 {
-    writeFile(path + QStringLiteral("/Contents/Info.plist"),
-              PropertyList::serialize(info, PropertyList::Format::Xml));
+    writeFile(path + u"/Contents/Info.plist"_s, PropertyList::serialize(info, PropertyList::Format::Xml));
     return path;
 }
 
 TEST(BundleTest, ReadsTheInfoDictionary)
 {
     const QString path =
-        makeBundle(home() + QStringLiteral("/Apps/Viewer.app"), {{"CFBundleIdentifier", "org.example.viewer"},
-                                                                 {"CFBundleVersion", "312"},
-                                                                 {"CFBundleShortVersionString", "3.1.2"},
-                                                                 {"CFBundleName", "Viewer"},
-                                                                 {"CFBundleExecutable", "viewer-bin"},
-                                                                 {"LSUIElement", true}});
+        makeBundle(home() + u"/Apps/Viewer.app"_s, {{"CFBundleIdentifier", "org.example.viewer"},
+                                                    {"CFBundleVersion", "312"},
+                                                    {"CFBundleShortVersionString", "3.1.2"},
+                                                    {"CFBundleName", "Viewer"},
+                                                    {"CFBundleExecutable", "viewer-bin"},
+                                                    {"LSUIElement", true}});
     const Bundle bundle(path + QLatin1Char('/'));
     ASSERT_TRUE(bundle.isValid());
     EXPECT_EQ(bundle.bundlePath(), path);
@@ -43,7 +44,7 @@ TEST(BundleTest, ReadsTheInfoDictionary)
 
 TEST(BundleTest, MissingOrMistypedValues)
 {
-    const QString path = makeBundle(home() + QStringLiteral("/Apps/My.Tool.app"),
+    const QString path = makeBundle(home() + u"/Apps/My.Tool.app"_s,
                                     {{"CFBundleIdentifier", 42}, {"CFBundleVersion", QVariantList{"1"}}});
     const Bundle bundle(path);
     ASSERT_TRUE(bundle.isValid());

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using corvex::test::home;
@@ -14,11 +16,11 @@ using corvex::test::writeFile;
 // Two installed applications, the desktop's defaults for plain text and for PNG pictures.
 void installDefaults()
 {
-    const QString applications = home() + QStringLiteral("/.local/share/applications/");
+    const QString applications = home() + u"/.local/share/applications/"_s;
     for (const char *id : {"org.example.Editor", "org.example.Viewer"})
-        writeFile(applications + QString::fromLatin1(id) + QStringLiteral(".desktop"),
+        writeFile(applications + QString::fromLatin1(id) + u".desktop"_s,
                   QByteArray("[Desktop Entry]\nType=Application\nName=") + id + "\nExec=true %f\n");
-    writeFile(home() + QStringLiteral("/.config/mimeapps.list"),
+    writeFile(home() + u"/.config/mimeapps.list"_s,
               "[Default Applications]\ntext/plain=org.example.Editor.desktop\n"
               "image/png=org.example.Viewer.desktop\n");
 }
@@ -35,7 +37,7 @@ TEST(DesktopApplicationsTest, TheDefaultEditorAndViewerStandForThePlatformIdenti
         {"org.example.Editor.desktop", DesktopApplications::TextEditIdentifier},
         {"org.example.Viewer", DesktopApplications::PreviewIdentifier},
         {"org.example.Viewer.desktop", DesktopApplications::PreviewIdentifier},
-        {"org.example.Other", QStringLiteral("org.example.Other")},
+        {"org.example.Other", u"org.example.Other"_s},
         {"com.apple.TextEdit", DesktopApplications::TextEditIdentifier},
         {"", QString()},
     };

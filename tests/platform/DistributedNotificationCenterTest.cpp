@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/DistributedNotificationCenter.h"
-#include "platform/PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -13,6 +13,8 @@
 #include <QThread>
 #include <QTimeZone>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 using corvex::test::waitUntil;
 
@@ -52,11 +54,11 @@ DistributedNotificationCenter &center()
 QStringList ownMatchRules()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    const QDBusMessage reply = bus.call(QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus.Debug.Stats"), QStringLiteral("GetAllMatchRules")));
+    const QDBusMessage reply = bus.call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus.Debug.Stats"_s, u"GetAllMatchRules"_s));
     if (reply.type() != QDBusMessage::ReplyMessage)
-        return {QStringLiteral("unavailable")};
+        return {u"unavailable"_s};
     const QDBusArgument argument = reply.arguments().value(0).value<QDBusArgument>();
     QMap<QString, QStringList> rules;
     argument >> rules;
@@ -65,55 +67,51 @@ QStringList ownMatchRules()
 
 TEST(DistributedNotifications, EveryPropertyListTypeArrivesExactly)
 {
-    QVariantMap nested{
-        {QStringLiteral("list"), QVariantList{qint64(1), QStringLiteral("two"), 3.25, QVariantMap{}}}};
+    QVariantMap nested{{u"list"_s, QVariantList{qint64(1), u"two"_s, 3.25, QVariantMap{}}}};
     const QVariantMap userInfo{
-        {QStringLiteral("string"), QStringLiteral("Grüße\t“quoted”\n")},
-        {QStringLiteral("integer"), qint64(-42)},
-        {QStringLiteral("large"), qint64(1) << 53},
-        {QStringLiteral("real"), 0.1},
-        {QStringLiteral("bool"), false},
-        {QStringLiteral("data"), QByteArray("\x00\x01\xfe\xff", 4)},
-        {QStringLiteral("date"), QDateTime(QDate(2013, 3, 5), QTime(9, 7, 11, 250), QTimeZone::utc())},
-        {QStringLiteral("odd milliseconds"),
-         QDateTime(QDate(2024, 2, 29), QTime(23, 5, 1, 7), QTimeZone::utc())},
-        {QStringLiteral("null"), PropertyList::nullMarker()},
-        {QStringLiteral("nested"), nested},
-        {QStringLiteral("empty"), QVariantList{}},
+        {u"string"_s, u"Grüße\t“quoted”\n"_s},
+        {u"integer"_s, qint64(-42)},
+        {u"large"_s, qint64(1) << 53},
+        {u"real"_s, 0.1},
+        {u"bool"_s, false},
+        {u"data"_s, QByteArray("\x00\x01\xfe\xff", 4)},
+        {u"date"_s, QDateTime(QDate(2013, 3, 5), QTime(9, 7, 11, 250), QTimeZone::utc())},
+        {u"odd milliseconds"_s, QDateTime(QDate(2024, 2, 29), QTime(23, 5, 1, 7), QTimeZone::utc())},
+        {u"null"_s, PropertyList::nullMarker()},
+        {u"nested"_s, nested},
+        {u"empty"_s, QVariantList{}},
     };
-    Recorder recorder(QStringLiteral("TestEveryType"));
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestEveryType"), userInfo));
+    Recorder recorder(u"TestEveryType"_s);
+    ASSERT_TRUE(center().postNotificationName(u"TestEveryType"_s, userInfo));
     ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty(); }));
     EXPECT_TRUE(PropertyList::equal(recorder.received.first().userInfo, userInfo));
 
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestEveryType")));
+    ASSERT_TRUE(center().postNotificationName(u"TestEveryType"_s));
     ASSERT_TRUE(waitUntil([&] { return recorder.received.size() == 2; }));
     EXPECT_TRUE(recorder.received.at(1).userInfo.isEmpty());
 }
 
 TEST(DistributedNotifications, ValuesThatAreNotPropertyListsAreNotPosted)
 {
-    Recorder recorder(QStringLiteral("TestInvalid"));
-    EXPECT_FALSE(center().postNotificationName(QStringLiteral("TestInvalid"),
-                                               {{QStringLiteral("size"), QSize(1, 2)}}));
+    Recorder recorder(u"TestInvalid"_s);
+    EXPECT_FALSE(center().postNotificationName(u"TestInvalid"_s, {{u"size"_s, QSize(1, 2)}}));
     EXPECT_FALSE(center().postNotificationName(QString()));
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestInvalid"), {{QStringLiteral("ok"), true}}));
+    ASSERT_TRUE(center().postNotificationName(u"TestInvalid"_s, {{u"ok"_s, true}}));
     ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty(); }));
     corvex::test::spin(std::chrono::milliseconds(100));
     ASSERT_EQ(recorder.received.size(), 1);
-    EXPECT_EQ(recorder.received.first().userInfo.value(QStringLiteral("ok")), QVariant(true));
+    EXPECT_EQ(recorder.received.first().userInfo.value(u"ok"_s), QVariant(true));
 }
 
 TEST(DistributedNotifications, ObserversRunOnTheMainThreadWhateverThreadPostedOrObserved)
 {
-    Recorder recorder(QStringLiteral("TestThreads"));
+    Recorder recorder(u"TestThreads"_s);
     QList<Received> fromWorkerObserver;
     QThread *worker = QThread::create([&] {
-        center().addObserver(
-            QStringLiteral("TestThreads"), &recorder, [&](const QString &n, const QVariantMap &u) {
-                fromWorkerObserver.append({n, u, QThread::currentThread() == qApp->thread()});
-            });
-        center().postNotificationName(QStringLiteral("TestThreads"), {{QStringLiteral("n"), qint64(7)}});
+        center().addObserver(u"TestThreads"_s, &recorder, [&](const QString &n, const QVariantMap &u) {
+            fromWorkerObserver.append({n, u, QThread::currentThread() == qApp->thread()});
+        });
+        center().postNotificationName(u"TestThreads"_s, {{u"n"_s, qint64(7)}});
     });
     worker->start();
     ASSERT_TRUE(waitUntil([&] { return worker->isFinished(); }));
@@ -121,35 +119,35 @@ TEST(DistributedNotifications, ObserversRunOnTheMainThreadWhateverThreadPostedOr
     ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty() && !fromWorkerObserver.isEmpty(); }));
     EXPECT_TRUE(recorder.received.first().onMainThread);
     EXPECT_TRUE(fromWorkerObserver.first().onMainThread);
-    EXPECT_EQ(recorder.received.first().userInfo.value(QStringLiteral("n")), QVariant(qint64(7)));
+    EXPECT_EQ(recorder.received.first().userInfo.value(u"n"_s), QVariant(qint64(7)));
 }
 
 TEST(DistributedNotifications, NamedObserversSeeTheirNameAndAnEmptyNameSeesAll)
 {
-    Recorder alpha(QStringLiteral("TestAlpha"));
+    Recorder alpha(u"TestAlpha"_s);
     Recorder all{QString()};
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestBeta")));
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestAlpha")));
+    ASSERT_TRUE(center().postNotificationName(u"TestBeta"_s));
+    ASSERT_TRUE(center().postNotificationName(u"TestAlpha"_s));
     ASSERT_TRUE(waitUntil([&] { return !alpha.received.isEmpty(); }));
     ASSERT_TRUE(waitUntil([&] { return all.received.size() >= 2; }));
     corvex::test::spin(std::chrono::milliseconds(100));
     ASSERT_EQ(alpha.received.size(), 1);
-    EXPECT_EQ(alpha.received.first().name, QStringLiteral("TestAlpha"));
+    EXPECT_EQ(alpha.received.first().name, u"TestAlpha"_s);
     QStringList names;
     for (const Received &r : std::as_const(all.received))
         names.append(r.name);
-    EXPECT_EQ(names, QStringList({QStringLiteral("TestBeta"), QStringLiteral("TestAlpha")}));
+    EXPECT_EQ(names, QStringList({u"TestBeta"_s, u"TestAlpha"_s}));
 }
 
 TEST(DistributedNotifications, TheBusOnlySendsObservedNames)
 {
-    const QString rule = QStringLiteral("arg0='TestRuleName'");
+    const QString rule = u"arg0='TestRuleName'"_s;
     const auto hasRule = [&] { return ownMatchRules().join(QLatin1Char('\n')).contains(rule); };
-    if (ownMatchRules() == QStringList{QStringLiteral("unavailable")})
+    if (ownMatchRules() == QStringList{u"unavailable"_s})
         GTEST_SKIP() << "this bus daemon does not list match rules";
     EXPECT_FALSE(hasRule());
-    auto first = std::make_unique<Recorder>(QStringLiteral("TestRuleName"));
-    auto second = std::make_unique<Recorder>(QStringLiteral("TestRuleName"));
+    auto first = std::make_unique<Recorder>(u"TestRuleName"_s);
+    auto second = std::make_unique<Recorder>(u"TestRuleName"_s);
     EXPECT_TRUE(hasRule());
     first.reset();
     EXPECT_TRUE(hasRule()); // still observed
@@ -159,11 +157,11 @@ TEST(DistributedNotifications, TheBusOnlySendsObservedNames)
 
 TEST(DistributedNotifications, RemovedObserversAndDestroyedContextsHearNothing)
 {
-    Recorder removed(QStringLiteral("TestStop"));
+    Recorder removed(u"TestStop"_s);
     center().removeObserver(removed.id());
     int callsAfterContextDestroyed = 0;
     auto gone = std::make_unique<QObject>();
-    center().addObserver(QStringLiteral("TestStop"), gone.get(),
+    center().addObserver(u"TestStop"_s, gone.get(),
                          [&](const QString &, const QVariantMap &) { ++callsAfterContextDestroyed; });
     gone.reset();
 
@@ -171,13 +169,13 @@ TEST(DistributedNotifications, RemovedObserversAndDestroyedContextsHearNothing)
     int laterCalls = 0;
     int laterId = 0;
     QObject context;
-    center().addObserver(QStringLiteral("TestStop"), &context,
+    center().addObserver(u"TestStop"_s, &context,
                          [&](const QString &, const QVariantMap &) { center().removeObserver(laterId); });
-    laterId = center().addObserver(QStringLiteral("TestStop"), &context,
+    laterId = center().addObserver(u"TestStop"_s, &context,
                                    [&](const QString &, const QVariantMap &) { ++laterCalls; });
-    Recorder witness(QStringLiteral("TestStop"));
+    Recorder witness(u"TestStop"_s);
 
-    ASSERT_TRUE(center().postNotificationName(QStringLiteral("TestStop")));
+    ASSERT_TRUE(center().postNotificationName(u"TestStop"_s));
     ASSERT_TRUE(waitUntil([&] { return !witness.received.isEmpty(); }));
     EXPECT_TRUE(removed.received.isEmpty());
     EXPECT_EQ(callsAfterContextDestroyed, 0);
@@ -186,14 +184,12 @@ TEST(DistributedNotifications, RemovedObserversAndDestroyedContextsHearNothing)
 
 TEST(DistributedNotifications, AnotherProcessesPostArrives)
 {
-    Recorder recorder(QStringLiteral("TestFromCli"));
+    Recorder recorder(u"TestFromCli"_s);
     const corvex::test::ProcessResult result = corvex::test::runCli(
-        {QStringLiteral("notifications"), QStringLiteral("post"), QStringLiteral("TestFromCli"),
-         QStringLiteral("count=3"), QStringLiteral("label=three")});
+        {u"notifications"_s, u"post"_s, u"TestFromCli"_s, u"count=3"_s, u"label=three"_s});
     ASSERT_EQ(result.exitCode, 0) << result.err.constData();
     ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty(); }));
-    const QVariantMap expected{{QStringLiteral("count"), qint64(3)},
-                               {QStringLiteral("label"), QStringLiteral("three")}};
+    const QVariantMap expected{{u"count"_s, qint64(3)}, {u"label"_s, u"three"_s}};
     EXPECT_TRUE(PropertyList::equal(recorder.received.first().userInfo, expected));
     EXPECT_TRUE(recorder.received.first().onMainThread);
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FileAttributes.h"
-#include "platform/PropertyList.h"
 #include "TestSupport.h"
+#include "platform/PropertyList.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -60,7 +62,7 @@ TEST(FileAttributes, FoldersAndLinksAreTypedAndLinksAreNotFollowed)
 {
     const QString folder = homePath("attrs-types");
     QDir().mkpath(folder);
-    const QString link = folder + QStringLiteral("/link");
+    const QString link = folder + u"/link"_s;
     ASSERT_TRUE(QFile::link(folder, link));
     EXPECT_EQ(FileAttributes::attributesOfItemAtPath(folder).value(FileAttributes::TypeKey),
               QVariant(FileAttributes::TypeDirectory));

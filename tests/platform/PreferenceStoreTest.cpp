@@ -21,9 +21,11 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kDomain = QStringLiteral("com.example.Store");
+const QString kDomain = u"com.example.Store"_s;
 
 QByteArray readBytes(const QString &path)
 {
@@ -42,37 +44,37 @@ class PreferenceStoreTest : public testing::Test
 {
 protected:
     QTemporaryDir mFolder;
-    QString dir() const { return mFolder.path() + QStringLiteral("/prefs"); }
+    QString dir() const { return mFolder.path() + u"/prefs"_s; }
 };
 
 TEST_F(PreferenceStoreTest, EveryPropertyListTypeRoundTripsThroughTheFile)
 {
     const QVariantMap values{
-        {QStringLiteral("string"), QStringLiteral("Grüße <&> \"quoted\"")},
-        {QStringLiteral("integer"), qint64(-42)},
-        {QStringLiteral("large"), qint64(1) << 50},
-        {QStringLiteral("real"), 0.1},
-        {QStringLiteral("bool"), true},
-        {QStringLiteral("data"), QByteArray("\x00\x01\xff", 3)},
-        {QStringLiteral("date"), QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58), QTimeZone::utc())},
-        {QStringLiteral("array"), QVariantList{QStringLiteral("a"), qint64(1), false, QVariantList{}}},
-        {QStringLiteral("dictionary"), QVariantMap{{QStringLiteral("inner"), QVariantMap{}}}},
+        {u"string"_s, u"Grüße <&> \"quoted\""_s},
+        {u"integer"_s, qint64(-42)},
+        {u"large"_s, qint64(1) << 50},
+        {u"real"_s, 0.1},
+        {u"bool"_s, true},
+        {u"data"_s, QByteArray("\x00\x01\xff", 3)},
+        {u"date"_s, QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58), QTimeZone::utc())},
+        {u"array"_s, QVariantList{u"a"_s, qint64(1), false, QVariantList{}}},
+        {u"dictionary"_s, QVariantMap{{u"inner"_s, QVariantMap{}}}},
     };
     {
         PreferenceStore writer(dir());
         for (auto it = values.cbegin(); it != values.cend(); ++it)
             ASSERT_TRUE(writer.setValue(kDomain, it.key(), it.value()));
         // Qt's other spellings of the same types are stored in their property-list form.
-        ASSERT_TRUE(writer.setValue(kDomain, QStringLiteral("int"), 7));
-        ASSERT_TRUE(writer.setValue(kDomain, QStringLiteral("list"), QStringList{QStringLiteral("x")}));
-        EXPECT_EQ(writer.value(kDomain, QStringLiteral("int")).metaType().id(), QMetaType::LongLong);
-        EXPECT_EQ(writer.value(kDomain, QStringLiteral("list")).metaType().id(), QMetaType::QVariantList);
+        ASSERT_TRUE(writer.setValue(kDomain, u"int"_s, 7));
+        ASSERT_TRUE(writer.setValue(kDomain, u"list"_s, QStringList{u"x"_s}));
+        EXPECT_EQ(writer.value(kDomain, u"int"_s).metaType().id(), QMetaType::LongLong);
+        EXPECT_EQ(writer.value(kDomain, u"list"_s).metaType().id(), QMetaType::QVariantList);
         ASSERT_TRUE(writer.synchronize(kDomain));
     }
     PreferenceStore reader(dir());
     QVariantMap expected = values;
-    expected.insert(QStringLiteral("int"), qint64(7));
-    expected.insert(QStringLiteral("list"), QVariantList{QStringLiteral("x")});
+    expected.insert(u"int"_s, qint64(7));
+    expected.insert(u"list"_s, QVariantList{u"x"_s});
     EXPECT_TRUE(PropertyList::equal(reader.dictionary(kDomain), expected));
     // The file itself is an XML property list.
     EXPECT_TRUE(readBytes(reader.pathForDomain(kDomain)).startsWith("<?xml"));
@@ -82,23 +84,23 @@ TEST_F(PreferenceStoreTest, DatesKeepWholeSecondsInThisProcessAsOnDisk)
 {
     PreferenceStore store(dir());
     const QDateTime precise(QDate(2020, 1, 1), QTime(10, 0, 0, 750), QTimeZone::utc());
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("d"), precise));
-    EXPECT_EQ(store.value(kDomain, QStringLiteral("d")).toDateTime(), precise.addMSecs(-750));
+    ASSERT_TRUE(store.setValue(kDomain, u"d"_s, precise));
+    EXPECT_EQ(store.value(kDomain, u"d"_s).toDateTime(), precise.addMSecs(-750));
 }
 
 TEST_F(PreferenceStoreTest, RefusesWhatIsNotAPropertyListValue)
 {
     PreferenceStore store(dir());
     CorvexError error;
-    EXPECT_FALSE(store.setValue(kDomain, QStringLiteral("size"), QSize(1, 2), &error));
+    EXPECT_FALSE(store.setValue(kDomain, u"size"_s, QSize(1, 2), &error));
     EXPECT_FALSE(error.domain().isEmpty());
-    EXPECT_FALSE(store.setValue(kDomain, QStringLiteral("nested"), QVariantList{QSize(1, 2)}));
-    EXPECT_FALSE(store.setValue(kDomain, QStringLiteral("null"), PropertyList::nullMarker()));
+    EXPECT_FALSE(store.setValue(kDomain, u"nested"_s, QVariantList{QSize(1, 2)}));
+    EXPECT_FALSE(store.setValue(kDomain, u"null"_s, PropertyList::nullMarker()));
     EXPECT_TRUE(store.dictionary(kDomain).isEmpty());
-    EXPECT_FALSE(store.setValue(QStringLiteral("../escape"), QStringLiteral("k"), 1));
-    EXPECT_FALSE(store.setValue(QStringLiteral(".hidden"), QStringLiteral("k"), 1));
-    EXPECT_FALSE(store.setValue(QString(), QStringLiteral("k"), 1));
-    EXPECT_FALSE(QFileInfo::exists(mFolder.path() + QStringLiteral("/escape.plist")));
+    EXPECT_FALSE(store.setValue(u"../escape"_s, u"k"_s, 1));
+    EXPECT_FALSE(store.setValue(u".hidden"_s, u"k"_s, 1));
+    EXPECT_FALSE(store.setValue(QString(), u"k"_s, 1));
+    EXPECT_FALSE(QFileInfo::exists(mFolder.path() + u"/escape.plist"_s));
 }
 
 TEST_F(PreferenceStoreTest, DamagedFilesAreMovedAsideAndTheDomainStartsEmpty)
@@ -107,21 +109,17 @@ TEST_F(PreferenceStoreTest, DamagedFilesAreMovedAsideAndTheDomainStartsEmpty)
          {QByteArray("this is { not a plist"), QByteArray(),
           PropertyList::serialize(QVariantList{1, 2}, PropertyList::Format::Xml)}) {
         QDir(dir()).removeRecursively();
-        const QString path = corvex::test::writeFile(
-            dir() + QStringLiteral("/") + kDomain + QStringLiteral(".plist"), damaged);
+        const QString path = corvex::test::writeFile(dir() + u"/"_s + kDomain + u".plist"_s, damaged);
         PreferenceStore store(dir());
         EXPECT_TRUE(store.dictionary(kDomain).isEmpty());
-        const QStringList aside =
-            QDir(dir()).entryList({kDomain + QStringLiteral(".plist.corrupt-*")}, QDir::Files);
+        const QStringList aside = QDir(dir()).entryList({kDomain + u".plist.corrupt-*"_s}, QDir::Files);
         ASSERT_EQ(aside.size(), 1) << damaged.constData();
-        EXPECT_TRUE(
-            QRegularExpression(QStringLiteral("\\.corrupt-\\d{8}-\\d{6}$")).match(aside.first()).hasMatch());
+        EXPECT_TRUE(QRegularExpression(u"\\.corrupt-\\d{8}-\\d{6}$"_s).match(aside.first()).hasMatch());
         EXPECT_EQ(readBytes(dir() + QLatin1Char('/') + aside.first()), damaged);
         // The domain goes on: a write makes a fresh, valid file and leaves the damaged copy alone.
-        ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("k"), QStringLiteral("v")));
+        ASSERT_TRUE(store.setValue(kDomain, u"k"_s, u"v"_s));
         ASSERT_TRUE(store.synchronize(kDomain));
-        EXPECT_EQ(PropertyList::readFile(path).toMap().value(QStringLiteral("k")).toString(),
-                  QStringLiteral("v"));
+        EXPECT_EQ(PropertyList::readFile(path).toMap().value(u"k"_s).toString(), u"v"_s);
         EXPECT_EQ(readBytes(dir() + QLatin1Char('/') + aside.first()), damaged);
     }
 }
@@ -130,24 +128,22 @@ TEST_F(PreferenceStoreTest, SynchronizeMergesKeyByKeyAndReportsOthersChanges)
 {
     PreferenceStore first(dir());
     PreferenceStore second(dir()); // stands for another process
-    ASSERT_TRUE(first.setValue(kDomain, QStringLiteral("shared"), QStringLiteral("first")));
-    ASSERT_TRUE(first.setValue(kDomain, QStringLiteral("gone"), 1));
+    ASSERT_TRUE(first.setValue(kDomain, u"shared"_s, u"first"_s));
+    ASSERT_TRUE(first.setValue(kDomain, u"gone"_s, 1));
     ASSERT_TRUE(first.synchronize(kDomain));
 
-    ASSERT_TRUE(second.setValue(kDomain, QStringLiteral("mine"), 2));
-    ASSERT_TRUE(second.setValue(kDomain, QStringLiteral("gone"), QVariant()));
+    ASSERT_TRUE(second.setValue(kDomain, u"mine"_s, 2));
+    ASSERT_TRUE(second.setValue(kDomain, u"gone"_s, QVariant()));
     QStringList changed;
     ASSERT_TRUE(second.synchronize(kDomain, &changed));
     EXPECT_TRUE(changed.isEmpty()) << "second loaded the domain while writing, nothing changed under it";
-    EXPECT_EQ(second.value(kDomain, QStringLiteral("shared")).toString(), QStringLiteral("first"));
+    EXPECT_EQ(second.value(kDomain, u"shared"_s).toString(), u"first"_s);
 
     // first has a pending change of its own while second's changes arrive.
-    ASSERT_TRUE(first.setValue(kDomain, QStringLiteral("own"), true));
+    ASSERT_TRUE(first.setValue(kDomain, u"own"_s, true));
     ASSERT_TRUE(first.synchronize(kDomain, &changed));
-    EXPECT_EQ(changed, (QStringList{QStringLiteral("gone"), QStringLiteral("mine")}));
-    const QVariantMap expected{{QStringLiteral("shared"), QStringLiteral("first")},
-                               {QStringLiteral("mine"), qint64(2)},
-                               {QStringLiteral("own"), true}};
+    EXPECT_EQ(changed, (QStringList{u"gone"_s, u"mine"_s}));
+    const QVariantMap expected{{u"shared"_s, u"first"_s}, {u"mine"_s, qint64(2)}, {u"own"_s, true}};
     EXPECT_TRUE(PropertyList::equal(first.dictionary(kDomain), expected));
     EXPECT_TRUE(PropertyList::equal(PropertyList::readFile(first.pathForDomain(kDomain)), expected));
 
@@ -163,7 +159,7 @@ TEST_F(PreferenceStoreTest, SynchronizeMergesKeyByKeyAndReportsOthersChanges)
     PreferenceStore third(dir());
     ASSERT_TRUE(third.synchronize(kDomain, &changed));
     EXPECT_TRUE(changed.isEmpty()) << qPrintable(changed.join(u' '));
-    EXPECT_EQ(third.value(kDomain, QStringLiteral("mine")).toLongLong(), 2);
+    EXPECT_EQ(third.value(kDomain, u"mine"_s).toLongLong(), 2);
 }
 
 TEST_F(PreferenceStoreTest, ObserversHearEveryChangeWithThePreviousValue)
@@ -175,23 +171,23 @@ TEST_F(PreferenceStoreTest, ObserversHearEveryChangeWithThePreviousValue)
         EXPECT_EQ(domain, kDomain);
         heard.append(previous);
     });
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("a"), 1));
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("a"), 1)); // same value: no notice
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("a"), 2));
+    ASSERT_TRUE(store.setValue(kDomain, u"a"_s, 1));
+    ASSERT_TRUE(store.setValue(kDomain, u"a"_s, 1)); // same value: no notice
+    ASSERT_TRUE(store.setValue(kDomain, u"a"_s, 2));
     ASSERT_TRUE(store.synchronize(kDomain));
     ASSERT_EQ(heard.size(), 2);
-    EXPECT_FALSE(heard.at(0).value(QStringLiteral("a")).isValid());
-    EXPECT_EQ(heard.at(1).value(QStringLiteral("a")).toLongLong(), 1);
+    EXPECT_FALSE(heard.at(0).value(u"a"_s).isValid());
+    EXPECT_EQ(heard.at(1).value(u"a"_s).toLongLong(), 1);
 
-    ASSERT_TRUE(other.setValue(kDomain, QStringLiteral("a"), QVariant()));
+    ASSERT_TRUE(other.setValue(kDomain, u"a"_s, QVariant()));
     ASSERT_TRUE(other.synchronize(kDomain));
     ASSERT_TRUE(store.synchronize(kDomain));
     ASSERT_EQ(heard.size(), 3);
-    EXPECT_EQ(heard.at(2).keys(), QStringList{QStringLiteral("a")});
-    EXPECT_EQ(heard.at(2).value(QStringLiteral("a")).toLongLong(), 2);
+    EXPECT_EQ(heard.at(2).keys(), QStringList{u"a"_s});
+    EXPECT_EQ(heard.at(2).value(u"a"_s).toLongLong(), 2);
 
     store.removeObserver(token);
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("b"), 1));
+    ASSERT_TRUE(store.setValue(kDomain, u"b"_s, 1));
     EXPECT_EQ(heard.size(), 3);
 }
 
@@ -204,7 +200,7 @@ TEST_F(PreferenceStoreTest, ThreadsOfOneProcessShareOneViewAndLoseNothing)
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&store, t] {
             for (int i = 0; i < kKeys; ++i) {
-                const QString key = QStringLiteral("t%1-%2").arg(t).arg(i);
+                const QString key = u"t%1-%2"_s.arg(t).arg(i);
                 store.setValue(kDomain, key, qint64(i));
                 if (i % 5 == 0)
                     store.synchronize(kDomain);
@@ -217,24 +213,24 @@ TEST_F(PreferenceStoreTest, ThreadsOfOneProcessShareOneViewAndLoseNothing)
     ASSERT_TRUE(store.synchronize(kDomain));
     const QVariantMap onDisk = PropertyList::readFile(store.pathForDomain(kDomain)).toMap();
     EXPECT_EQ(onDisk.size(), kThreads * kKeys);
-    EXPECT_EQ(onDisk.value(QStringLiteral("t3-49")).toLongLong(), 49);
+    EXPECT_EQ(onDisk.value(u"t3-49"_s).toLongLong(), 49);
 }
 
 TEST_F(PreferenceStoreTest, TwoProcessesWritingAtOnceLoseNothing)
 {
     PreferenceStore store(PreferenceStore::defaultDirectory());
-    const QString domain = QStringLiteral("com.example.TwoWriters");
-    store.setValue(domain, QStringLiteral("before"), QStringLiteral("kept"));
+    const QString domain = u"com.example.TwoWriters"_s;
+    store.setValue(domain, u"before"_s, u"kept"_s);
     ASSERT_TRUE(store.synchronize(domain));
 
     constexpr int kWrites = 150;
     QProcess a;
     QProcess b;
-    a.start(QStringLiteral(PREFS_WRITER_PATH), {domain, QStringLiteral("a"), QString::number(kWrites)});
-    b.start(QStringLiteral(PREFS_WRITER_PATH), {domain, QStringLiteral("b"), QString::number(kWrites)});
+    a.start(QStringLiteral(PREFS_WRITER_PATH), {domain, u"a"_s, QString::number(kWrites)});
+    b.start(QStringLiteral(PREFS_WRITER_PATH), {domain, u"b"_s, QString::number(kWrites)});
     // This process writes too, meanwhile.
     for (int i = 0; i < 30; ++i) {
-        store.setValue(domain, QStringLiteral("c%1").arg(i), qint64(i));
+        store.setValue(domain, u"c%1"_s.arg(i), qint64(i));
         store.synchronize(domain);
     }
     ASSERT_TRUE(a.waitForFinished(60000));
@@ -247,7 +243,7 @@ TEST_F(PreferenceStoreTest, TwoProcessesWritingAtOnceLoseNothing)
     const QVariantMap view = store.dictionary(domain);
     int missing = 0;
     for (int i = 0; i < kWrites; ++i) {
-        for (const QString &prefix : {QStringLiteral("a"), QStringLiteral("b")}) {
+        for (const QString &prefix : {u"a"_s, u"b"_s}) {
             if (view.value(prefix + QString::number(i)).toLongLong() != i ||
                 !view.contains(prefix + QString::number(i)))
                 ++missing;
@@ -255,46 +251,46 @@ TEST_F(PreferenceStoreTest, TwoProcessesWritingAtOnceLoseNothing)
     }
     EXPECT_EQ(missing, 0);
     for (int i = 0; i < 30; ++i)
-        EXPECT_EQ(view.value(QStringLiteral("c%1").arg(i)).toLongLong(), i);
-    EXPECT_EQ(view.value(QStringLiteral("before")).toString(), QStringLiteral("kept"));
+        EXPECT_EQ(view.value(u"c%1"_s.arg(i)).toLongLong(), i);
+    EXPECT_EQ(view.value(u"before"_s).toString(), u"kept"_s);
     EXPECT_TRUE(PropertyList::equal(PropertyList::readFile(store.pathForDomain(domain)), view));
 }
 
 TEST_F(PreferenceStoreTest, ASymlinkedDomainFileStaysALink)
 {
-    const QString real = mFolder.path() + QStringLiteral("/dotfiles/real.plist");
-    corvex::test::writeFile(
-        real, PropertyList::serialize(QVariantMap{{QStringLiteral("k"), 1}}, PropertyList::Format::Xml));
+    const QString real = mFolder.path() + u"/dotfiles/real.plist"_s;
+    corvex::test::writeFile(real,
+                            PropertyList::serialize(QVariantMap{{u"k"_s, 1}}, PropertyList::Format::Xml));
     QDir().mkpath(dir());
     PreferenceStore store(dir());
     ASSERT_TRUE(QFile::link(real, store.pathForDomain(kDomain)));
-    EXPECT_EQ(store.value(kDomain, QStringLiteral("k")).toLongLong(), 1);
-    ASSERT_TRUE(store.setValue(kDomain, QStringLiteral("k"), 2));
+    EXPECT_EQ(store.value(kDomain, u"k"_s).toLongLong(), 1);
+    ASSERT_TRUE(store.setValue(kDomain, u"k"_s, 2));
     ASSERT_TRUE(store.synchronize(kDomain));
     EXPECT_TRUE(QFileInfo(store.pathForDomain(kDomain)).isSymLink());
-    EXPECT_EQ(PropertyList::readFile(real).toMap().value(QStringLiteral("k")).toLongLong(), 2);
+    EXPECT_EQ(PropertyList::readFile(real).toMap().value(u"k"_s).toLongLong(), 2);
 }
 
 TEST_F(PreferenceStoreTest, DomainsAreListedAndRemoved)
 {
     PreferenceStore store(dir());
     EXPECT_TRUE(store.domainNames().isEmpty());
-    store.setValue(QStringLiteral("b.domain"), QStringLiteral("k"), 1);
-    store.setValue(kDomain, QStringLiteral("k"), 1);
-    ASSERT_TRUE(store.synchronize(QStringLiteral("b.domain")));
+    store.setValue(u"b.domain"_s, u"k"_s, 1);
+    store.setValue(kDomain, u"k"_s, 1);
+    ASSERT_TRUE(store.synchronize(u"b.domain"_s));
     ASSERT_TRUE(store.synchronize(kDomain));
-    corvex::test::writeFile(dir() + QStringLiteral("/notes.txt"), "x");
-    EXPECT_EQ(store.domainNames(), (QStringList{QStringLiteral("b.domain"), kDomain}));
+    corvex::test::writeFile(dir() + u"/notes.txt"_s, "x");
+    EXPECT_EQ(store.domainNames(), (QStringList{u"b.domain"_s, kDomain}));
 
     QStringList heard;
     store.addObserver([&](const QString &, const QVariantHash &previous) { heard += previous.keys(); });
     ASSERT_TRUE(store.removeDomain(kDomain));
     EXPECT_FALSE(store.domainExists(kDomain));
-    EXPECT_FALSE(store.value(kDomain, QStringLiteral("k")).isValid());
-    EXPECT_EQ(heard, QStringList{QStringLiteral("k")});
+    EXPECT_FALSE(store.value(kDomain, u"k"_s).isValid());
+    EXPECT_EQ(heard, QStringList{u"k"_s});
     CorvexError error;
     EXPECT_FALSE(store.removeDomain(kDomain, &error));
-    EXPECT_EQ(store.domainNames(), QStringList{QStringLiteral("b.domain")});
+    EXPECT_EQ(store.domainNames(), QStringList{u"b.domain"_s});
 }
 
 } // namespace

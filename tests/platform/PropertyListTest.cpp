@@ -7,29 +7,30 @@
 #include <QTimeZone>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QVariantMap everyType()
 {
     QVariantMap nested;
-    nested.insert(QStringLiteral("deep"), QVariantList{qint64(1), QStringLiteral("two"), 3.5});
+    nested.insert(u"deep"_s, QVariantList{qint64(1), u"two"_s, 3.5});
     QVariantMap map;
-    map.insert(QStringLiteral("string"), QStringLiteral("Grüße “quoted” <&>"));
-    map.insert(QStringLiteral("empty string"), QString(""));
-    map.insert(QStringLiteral("integer"), qint64(42));
-    map.insert(QStringLiteral("negative"), qint64(-5));
-    map.insert(QStringLiteral("large"), qint64(1) << 40);
-    map.insert(QStringLiteral("real"), 0.1);
-    map.insert(QStringLiteral("true"), true);
-    map.insert(QStringLiteral("false"), false);
-    map.insert(QStringLiteral("data"), QByteArray("\x00\x01\xfe\xff", 4));
-    map.insert(QStringLiteral("date"),
-               QDateTime(QDate(2013, 3, 5), QTime(9, 7, 11, 250), QTimeZone::utc()));
-    map.insert(QStringLiteral("old date"), QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59), QTimeZone::utc()));
-    map.insert(QStringLiteral("array"), QVariantList{QStringLiteral("a"), qint64(2), false});
-    map.insert(QStringLiteral("empty array"), QVariantList{});
-    map.insert(QStringLiteral("dictionary"), nested);
-    map.insert(QStringLiteral("empty dictionary"), QVariantMap{});
+    map.insert(u"string"_s, u"Grüße “quoted” <&>"_s);
+    map.insert(u"empty string"_s, QString(""));
+    map.insert(u"integer"_s, qint64(42));
+    map.insert(u"negative"_s, qint64(-5));
+    map.insert(u"large"_s, qint64(1) << 40);
+    map.insert(u"real"_s, 0.1);
+    map.insert(u"true"_s, true);
+    map.insert(u"false"_s, false);
+    map.insert(u"data"_s, QByteArray("\x00\x01\xfe\xff", 4));
+    map.insert(u"date"_s, QDateTime(QDate(2013, 3, 5), QTime(9, 7, 11, 250), QTimeZone::utc()));
+    map.insert(u"old date"_s, QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59), QTimeZone::utc()));
+    map.insert(u"array"_s, QVariantList{u"a"_s, qint64(2), false});
+    map.insert(u"empty array"_s, QVariantList{});
+    map.insert(u"dictionary"_s, nested);
+    map.insert(u"empty dictionary"_s, QVariantMap{});
     return map;
 }
 
@@ -45,21 +46,21 @@ TEST_P(PropertyListFormats, EveryTypeRoundTripsExactly)
     const QVariant back = PropertyList::parse(bytes);
     ASSERT_EQ(back.metaType().id(), QMetaType::QVariantMap);
     const QVariantMap map = back.toMap();
-    const QDateTime date = original.value(QStringLiteral("date")).toDateTime();
+    const QDateTime date = original.value(u"date"_s).toDateTime();
     if (GetParam() == PropertyList::Format::Binary) {
         EXPECT_TRUE(PropertyList::equal(original, back));
-        EXPECT_EQ(map.value(QStringLiteral("date")).toDateTime(), date);
+        EXPECT_EQ(map.value(u"date"_s).toDateTime(), date);
     } else {
         // The XML form writes dates to the whole second.
         QVariantMap expected = original;
-        expected.insert(QStringLiteral("date"), date.addMSecs(-date.time().msec()));
+        expected.insert(u"date"_s, date.addMSecs(-date.time().msec()));
         EXPECT_TRUE(PropertyList::equal(expected, back));
     }
-    EXPECT_EQ(map.value(QStringLiteral("integer")).metaType().id(), QMetaType::LongLong);
-    EXPECT_EQ(map.value(QStringLiteral("negative")).toLongLong(), -5);
-    EXPECT_EQ(map.value(QStringLiteral("real")).metaType().id(), QMetaType::Double);
-    EXPECT_EQ(map.value(QStringLiteral("true")).metaType().id(), QMetaType::Bool);
-    EXPECT_EQ(map.value(QStringLiteral("data")).toByteArray(), QByteArray("\x00\x01\xfe\xff", 4));
+    EXPECT_EQ(map.value(u"integer"_s).metaType().id(), QMetaType::LongLong);
+    EXPECT_EQ(map.value(u"negative"_s).toLongLong(), -5);
+    EXPECT_EQ(map.value(u"real"_s).metaType().id(), QMetaType::Double);
+    EXPECT_EQ(map.value(u"true"_s).metaType().id(), QMetaType::Bool);
+    EXPECT_EQ(map.value(u"data"_s).toByteArray(), QByteArray("\x00\x01\xfe\xff", 4));
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, PropertyListFormats,
@@ -67,9 +68,9 @@ INSTANTIATE_TEST_SUITE_P(Both, PropertyListFormats,
 
 TEST(PropertyList, NullMarkerTravelsInBinary)
 {
-    QVariantMap map{{QStringLiteral("bookmarkData"), PropertyList::nullMarker()}};
+    QVariantMap map{{u"bookmarkData"_s, PropertyList::nullMarker()}};
     const QVariant back = PropertyList::parse(PropertyList::serialize(map, PropertyList::Format::Binary));
-    EXPECT_TRUE(PropertyList::isNullMarker(back.toMap().value(QStringLiteral("bookmarkData"))));
+    EXPECT_TRUE(PropertyList::isNullMarker(back.toMap().value(u"bookmarkData"_s)));
 }
 
 TEST(PropertyList, RefusesWhatIsNotAPropertyList)
@@ -78,10 +79,11 @@ TEST(PropertyList, RefusesWhatIsNotAPropertyList)
     EXPECT_FALSE(PropertyList::parse(QByteArray("this is not a plist"), &error).isValid());
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(PropertyList::parse(QByteArray()).isValid());
-    EXPECT_FALSE(PropertyList::parse(QByteArray("<?xml version=\"1.0\"?><plist><dict><key>a</key>")).isValid());
+    EXPECT_FALSE(
+        PropertyList::parse(QByteArray("<?xml version=\"1.0\"?><plist><dict><key>a</key>")).isValid());
 
     error.clear();
-    const QVariantMap bad{{QStringLiteral("size"), QVariant(QSize(1, 2))}};
+    const QVariantMap bad{{u"size"_s, QVariant(QSize(1, 2))}};
     EXPECT_TRUE(PropertyList::serialize(bad, PropertyList::Format::Xml, &error).isEmpty());
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(PropertyList::isPropertyListValue(bad));
@@ -90,10 +92,10 @@ TEST(PropertyList, RefusesWhatIsNotAPropertyList)
 TEST(PropertyList, EqualityIsTypeExact)
 {
     EXPECT_FALSE(PropertyList::equal(qint64(1), 1.0));
-    EXPECT_FALSE(PropertyList::equal(QStringLiteral("1"), qint64(1)));
+    EXPECT_FALSE(PropertyList::equal(u"1"_s, qint64(1)));
     EXPECT_FALSE(PropertyList::equal(true, qint64(1)));
     EXPECT_TRUE(PropertyList::equal(int(3), qint64(3)));
-    EXPECT_FALSE(PropertyList::equal(QVariantMap{{QStringLiteral("a"), 1}}, QVariantMap{{QStringLiteral("b"), 1}}));
+    EXPECT_FALSE(PropertyList::equal(QVariantMap{{u"a"_s, 1}}, QVariantMap{{u"b"_s, 1}}));
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::waitUntil;
 using Notification = NotificationCenter::Notification;
 
@@ -22,21 +24,19 @@ TEST(NotificationCenterTest, DeliversMatchingNamesAndObjectsInOrder)
     int poster = 0;
     int otherPoster = 0;
     QStringList seen;
-    center.addObserver(QStringLiteral("A"), nullptr, nullptr, [&](const Notification &n) {
-        seen.append(QStringLiteral("any-object:") + n.name +
-                    n.userInfo.value(QStringLiteral("k")).toString());
+    center.addObserver(u"A"_s, nullptr, nullptr, [&](const Notification &n) {
+        seen.append(u"any-object:"_s + n.name + n.userInfo.value(u"k"_s).toString());
     });
-    center.addObserver(QStringLiteral("A"), &poster, nullptr,
-                       [&](const Notification &n) { seen.append(QStringLiteral("poster:") + n.name); });
+    center.addObserver(u"A"_s, &poster, nullptr,
+                       [&](const Notification &n) { seen.append(u"poster:"_s + n.name); });
     center.addObserver(QString(), nullptr, nullptr,
-                       [&](const Notification &n) { seen.append(QStringLiteral("every:") + n.name); });
+                       [&](const Notification &n) { seen.append(u"every:"_s + n.name); });
 
-    center.post(QStringLiteral("A"), &poster, {{QStringLiteral("k"), QStringLiteral("1")}});
-    center.post(QStringLiteral("A"), &otherPoster);
-    center.post(QStringLiteral("B"), &poster);
-    EXPECT_EQ(seen, (QStringList{QStringLiteral("any-object:A1"), QStringLiteral("poster:A"),
-                                 QStringLiteral("every:A"), QStringLiteral("any-object:A"),
-                                 QStringLiteral("every:A"), QStringLiteral("every:B")}));
+    center.post(u"A"_s, &poster, {{u"k"_s, u"1"_s}});
+    center.post(u"A"_s, &otherPoster);
+    center.post(u"B"_s, &poster);
+    EXPECT_EQ(seen, (QStringList{u"any-object:A1"_s, u"poster:A"_s, u"every:A"_s, u"any-object:A"_s,
+                                 u"every:A"_s, u"every:B"_s}));
 }
 
 TEST(NotificationCenterTest, RemovalByTokenByContextAndByContextDestruction)
@@ -44,24 +44,23 @@ TEST(NotificationCenterTest, RemovalByTokenByContextAndByContextDestruction)
     NotificationCenter center;
     int calls = 0;
     auto *context = new QObject;
-    const auto token =
-        center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) { ++calls; });
-    center.addObserver(QStringLiteral("N"), nullptr, context, [&](const Notification &) { calls += 10; });
-    center.addObserver(QStringLiteral("M"), nullptr, context, [&](const Notification &) { calls += 100; });
-    center.post(QStringLiteral("N"));
+    const auto token = center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) { ++calls; });
+    center.addObserver(u"N"_s, nullptr, context, [&](const Notification &) { calls += 10; });
+    center.addObserver(u"M"_s, nullptr, context, [&](const Notification &) { calls += 100; });
+    center.post(u"N"_s);
     EXPECT_EQ(calls, 11);
 
     center.removeObserver(token);
     center.removeObserver(token); // unknown by now: ignored
-    center.removeObserver(context, QStringLiteral("M"));
-    center.post(QStringLiteral("N"));
-    center.post(QStringLiteral("M"));
+    center.removeObserver(context, u"M"_s);
+    center.post(u"N"_s);
+    center.post(u"M"_s);
     EXPECT_EQ(calls, 21);
     EXPECT_EQ(center.observerCount(), 1);
 
     delete context;
     EXPECT_EQ(center.observerCount(), 0);
-    center.post(QStringLiteral("N"));
+    center.post(u"N"_s);
     EXPECT_EQ(calls, 21);
 }
 
@@ -70,7 +69,7 @@ TEST(NotificationCenterTest, ObserversRunSynchronouslyOnThePostingThread)
     NotificationCenter center;
     std::thread::id observerThread;
     bool observerDone = false;
-    center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) {
+    center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) {
         observerThread = std::this_thread::get_id();
         QThread::msleep(10);
         observerDone = true;
@@ -79,7 +78,7 @@ TEST(NotificationCenterTest, ObserversRunSynchronouslyOnThePostingThread)
     bool doneWhenPostReturned = false;
     std::thread poster([&] {
         posterThread = std::this_thread::get_id();
-        center.post(QStringLiteral("N"));
+        center.post(u"N"_s);
         doneWhenPostReturned = observerDone;
     });
     poster.join();
@@ -92,14 +91,14 @@ TEST(NotificationCenterTest, ObserverMayRemoveItselfAndAddOthers)
     NotificationCenter center;
     int calls = 0;
     NotificationCenter::ObserverToken token = 0;
-    token = center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) {
+    token = center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) {
         ++calls;
         center.removeObserver(token);
-        center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) { calls += 10; });
+        center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) { calls += 10; });
     });
-    center.post(QStringLiteral("N"));
+    center.post(u"N"_s);
     EXPECT_EQ(calls, 1); // the observer added during the post is not part of it
-    center.post(QStringLiteral("N"));
+    center.post(u"N"_s);
     EXPECT_EQ(calls, 11);
 }
 
@@ -110,7 +109,7 @@ TEST(NotificationCenterTest, RemovalWaitsForADeliveryOnAnotherThread)
     std::promise<void> entered;
     std::atomic<bool> running{false};
     std::atomic<int> calls{0};
-    const auto token = center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) {
+    const auto token = center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) {
         running = true;
         if (calls++ == 0)
             entered.set_value();
@@ -120,7 +119,7 @@ TEST(NotificationCenterTest, RemovalWaitsForADeliveryOnAnotherThread)
     std::atomic<bool> stop{false};
     std::thread poster([&] {
         while (!stop)
-            center.post(QStringLiteral("N"));
+            center.post(u"N"_s);
     });
     entered.get_future().wait();
     center.removeObserver(token);
@@ -140,11 +139,11 @@ TEST(NotificationCenterTest, MainThreadRemovalServesADeliveryWaitingForIt)
     NotificationCenter center;
     std::atomic<bool> entered{false};
     std::atomic<bool> servedOnMainThread{false};
-    const auto token = center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) {
+    const auto token = center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) {
         entered = true;
         UKMainThreadProxy::invoke([&] { servedOnMainThread = UKMainThreadProxy::isMainThread(); });
     });
-    std::thread poster([&] { center.post(QStringLiteral("N")); });
+    std::thread poster([&] { center.post(u"N"_s); });
     while (!entered)
         QThread::msleep(1);
     center.removeObserver(token);
@@ -166,12 +165,12 @@ TEST(NotificationCenterTest, DeliveringThreadsDoNotWaitForEachOther)
             QThread::usleep(100);
         center.removeObserver(other.load());
     };
-    tokenA = center.addObserver(QStringLiteral("A"), nullptr, nullptr,
-                                [&](const Notification &) { meetThenRemove(tokenB); });
-    tokenB = center.addObserver(QStringLiteral("B"), nullptr, nullptr,
-                                [&](const Notification &) { meetThenRemove(tokenA); });
-    std::thread first([&] { center.post(QStringLiteral("A")); });
-    std::thread second([&] { center.post(QStringLiteral("B")); });
+    tokenA =
+        center.addObserver(u"A"_s, nullptr, nullptr, [&](const Notification &) { meetThenRemove(tokenB); });
+    tokenB =
+        center.addObserver(u"B"_s, nullptr, nullptr, [&](const Notification &) { meetThenRemove(tokenA); });
+    std::thread first([&] { center.post(u"A"_s); });
+    std::thread second([&] { center.post(u"B"_s); });
     first.join();
     second.join();
     EXPECT_EQ(center.observerCount(), 0);
@@ -182,14 +181,13 @@ TEST(NotificationCenterTest, ConcurrentRegistrationRemovalAndPosting)
     NotificationCenter center;
     std::atomic<int> delivered{0};
     const auto permanent =
-        center.addObserver(QStringLiteral("N"), nullptr, nullptr, [&](const Notification &) { ++delivered; });
+        center.addObserver(u"N"_s, nullptr, nullptr, [&](const Notification &) { ++delivered; });
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 2000; ++round) {
-                const auto token =
-                    center.addObserver(QStringLiteral("N"), nullptr, nullptr, [](const Notification &) {});
-                center.post(QStringLiteral("N"));
+                const auto token = center.addObserver(u"N"_s, nullptr, nullptr, [](const Notification &) {});
+                center.post(u"N"_s);
                 center.removeObserver(token);
             }
         });

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "watching/UKFNSubscribeFileWatcher.h"
-#include "watching/NotificationCenter.h"
 #include "TestSupport.h"
+#include "watching/NotificationCenter.h"
 #include "watching/UKFileWatcherDelegate.h"
 #include "watching/UKMainThreadProxy.h"
 
@@ -10,6 +10,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 #include <ostream>
+
+using namespace Qt::StringLiterals;
 
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
@@ -39,13 +41,13 @@ protected:
     void SetUp() override
     {
         static int run = 0;
-        mRoot = corvex::test::home() + QStringLiteral("/subscribe-%1").arg(++run);
-        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/a")));
-        ASSERT_TRUE(QDir().mkpath(mRoot + QStringLiteral("/b")));
+        mRoot = corvex::test::home() + u"/subscribe-%1"_s.arg(++run);
+        ASSERT_TRUE(QDir().mkpath(mRoot + u"/a"_s));
+        ASSERT_TRUE(QDir().mkpath(mRoot + u"/b"_s));
         mToken = NotificationCenter::workspaceCenter().addObserver(
             UKKQueueFileWrittenToNotification, &mWatcher, nullptr,
             [this](const NotificationCenter::Notification &n) {
-                mPosted.append(n.userInfo.value(QStringLiteral("path")).toString());
+                mPosted.append(n.userInfo.value(u"path"_s).toString());
             });
         mWatcher.setDelegate(&mDelegate);
     }
@@ -60,9 +62,9 @@ protected:
 
 TEST_F(UKFNSubscribeFileWatcherTest, ChangesInAFolderPostAndTellTheDelegate)
 {
-    const QString folder = mRoot + QStringLiteral("/a");
+    const QString folder = mRoot + u"/a"_s;
     mWatcher.addPath(folder);
-    writeFile(folder + QStringLiteral("/new.png"), "png");
+    writeFile(folder + u"/new.png"_s, "png");
     ASSERT_TRUE(waitUntil([&] { return !mPosted.isEmpty(); }));
     EXPECT_EQ(mPosted.first(), folder);
     ASSERT_FALSE(mDelegate.calls.isEmpty());
@@ -71,15 +73,15 @@ TEST_F(UKFNSubscribeFileWatcherTest, ChangesInAFolderPostAndTellTheDelegate)
 
     // A rename inside the folder is a change too.
     const qsizetype before = mPosted.size();
-    ASSERT_TRUE(QFile::rename(folder + QStringLiteral("/new.png"), folder + QStringLiteral("/renamed.png")));
+    ASSERT_TRUE(QFile::rename(folder + u"/new.png"_s, folder + u"/renamed.png"_s));
     ASSERT_TRUE(waitUntil([&] { return mPosted.size() > before; }));
     EXPECT_EQ(mPosted.last(), folder);
 }
 
 TEST_F(UKFNSubscribeFileWatcherTest, RemovedAndUnknownPaths)
 {
-    const QString a = mRoot + QStringLiteral("/a");
-    const QString b = mRoot + QStringLiteral("/b");
+    const QString a = mRoot + u"/a"_s;
+    const QString b = mRoot + u"/b"_s;
     mWatcher.removePath(a); // never added: nothing happens
     mWatcher.addPath(a);
     mWatcher.addPath(b);
@@ -87,8 +89,8 @@ TEST_F(UKFNSubscribeFileWatcherTest, RemovedAndUnknownPaths)
     EXPECT_EQ(mWatcher.subscribedPaths(), QStringList{b});
 
     // A change in the removed folder, then one in the watched folder: only the latter is reported.
-    writeFile(a + QStringLiteral("/x.png"), "x");
-    writeFile(b + QStringLiteral("/y.png"), "y");
+    writeFile(a + u"/x.png"_s, "x");
+    writeFile(b + u"/y.png"_s, "y");
     ASSERT_TRUE(waitUntil([&] { return mPosted.contains(b); }));
     corvex::test::spin(std::chrono::milliseconds(20));
     EXPECT_FALSE(mPosted.contains(a));
@@ -96,20 +98,20 @@ TEST_F(UKFNSubscribeFileWatcherTest, RemovedAndUnknownPaths)
 
 TEST_F(UKFNSubscribeFileWatcherTest, TwoPathsOfOneFolderAreEachReported)
 {
-    const QString plain = mRoot + QStringLiteral("/a");
-    const QString roundabout = mRoot + QStringLiteral("/b/../a");
+    const QString plain = mRoot + u"/a"_s;
+    const QString roundabout = mRoot + u"/b/../a"_s;
     mWatcher.addPath(plain);
     mWatcher.addPath(roundabout);
     mWatcher.addPath(plain); // again: still one subscription for it
     EXPECT_EQ(mWatcher.subscribedPaths(), (QStringList{plain, roundabout}));
-    writeFile(plain + QStringLiteral("/z.png"), "z");
+    writeFile(plain + u"/z.png"_s, "z");
     ASSERT_TRUE(waitUntil([&] { return mPosted.size() >= 2; }));
     EXPECT_EQ(mPosted.mid(0, 2), (QStringList{plain, roundabout}));
 
     // Removing one of them keeps the folder's watch for the other.
     mWatcher.removePath(plain);
     const qsizetype before = mPosted.size();
-    writeFile(plain + QStringLiteral("/w.png"), "w");
+    writeFile(plain + u"/w.png"_s, "w");
     ASSERT_TRUE(waitUntil([&] { return mPosted.size() > before; }));
     EXPECT_EQ(mPosted.last(), roundabout);
     EXPECT_FALSE(mPosted.mid(before).contains(plain));
@@ -118,7 +120,7 @@ TEST_F(UKFNSubscribeFileWatcherTest, TwoPathsOfOneFolderAreEachReported)
 TEST_F(UKFNSubscribeFileWatcherTest, FailedSubscriptionIsReportedOnStderr)
 {
     ::testing::internal::CaptureStderr();
-    const QString missing = mRoot + QStringLiteral("/missing");
+    const QString missing = mRoot + u"/missing"_s;
     mWatcher.addPath(missing);
     const std::string output = ::testing::internal::GetCapturedStderr();
     EXPECT_EQ(output,

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "watching/UKKQueue.h"
-#include "watching/NotificationCenter.h"
 #include "TestSupport.h"
+#include "watching/NotificationCenter.h"
 #include "watching/UKFileWatcherDelegate.h"
 #include "watching/UKMainThreadProxy.h"
 
@@ -17,6 +17,8 @@
 #include <ostream>
 #include <sys/stat.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
@@ -40,8 +42,7 @@ public:
         mToken = NotificationCenter::workspaceCenter().addObserver(
             QString(), watcher, nullptr, [this](const NotificationCenter::Notification &notification) {
                 std::lock_guard lock(mMutex);
-                mEvents.append(
-                    {notification.name, notification.userInfo.value(QStringLiteral("path")).toString()});
+                mEvents.append({notification.name, notification.userInfo.value(u"path"_s).toString()});
             });
     }
     ~Recorder() { NotificationCenter::workspaceCenter().removeObserver(mToken); }
@@ -74,13 +75,13 @@ protected:
     void SetUp() override
     {
         static int run = 0;
-        mFolder = corvex::test::home() + QStringLiteral("/watch-%1-").arg(++run) +
+        mFolder = corvex::test::home() + u"/watch-%1-"_s.arg(++run) +
                   QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
         QDir().mkpath(mFolder);
         mWatcher = UKKQueue::create();
         ASSERT_TRUE(mWatcher);
         mRecorder = std::make_unique<Recorder>(mWatcher.get());
-        mSentinel = writeFile(mFolder + QStringLiteral("/sentinel"), "s");
+        mSentinel = writeFile(mFolder + u"/sentinel"_s, "s");
         ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(mSentinel, UKKQueue::NOTE_WRITE));
     }
     void TearDown() override
@@ -121,26 +122,26 @@ protected:
 TEST_F(UKKQueueTest, RenameDeleteAndTrashOfAWatchedFile)
 {
     // Renamed with the rename-and-delete mask: one rename, for the path as it was added.
-    const QString renamed = file(QStringLiteral("renamed.png"));
+    const QString renamed = file(u"renamed.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamed, 33));
     ASSERT_EQ(::rename(QFile::encodeName(renamed).constData(), QFile::encodeName(renamed + "2").constData()),
               0);
 
     // Deleted: exactly one delete.
-    const QString deleted = file(QStringLiteral("deleted.png"));
+    const QString deleted = file(u"deleted.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(deleted, 33));
     ASSERT_TRUE(QFile::remove(deleted));
 
     // Moved to the Trash on the same file system: a rename, not a delete.
-    const QString trashed = file(QStringLiteral("trashed.png"));
+    const QString trashed = file(u"trashed.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(trashed, 33));
     QFile trashedFile(trashed);
     ASSERT_TRUE(trashedFile.moveToTrash());
     ASSERT_FALSE(QFile::exists(trashed));
 
     // Replaced by another file renamed over it (as editors save): the watched file is gone, a delete.
-    const QString replaced = file(QStringLiteral("replaced.png"));
-    const QString replacement = file(QStringLiteral("replacement.png"));
+    const QString replaced = file(u"replaced.png"_s);
+    const QString replacement = file(u"replacement.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(replaced, 33));
     ASSERT_EQ(::rename(QFile::encodeName(replacement).constData(), QFile::encodeName(replaced).constData()),
               0);
@@ -156,8 +157,8 @@ TEST_F(UKKQueueTest, RenameDeleteAndTrashOfAWatchedFile)
 TEST_F(UKKQueueTest, WritesAttributesAndLinks)
 {
     // Growing a file is a write and a size increase; the default mask hears only the write.
-    const QString grown = file(QStringLiteral("grown.png"));
-    const QString grownDefault = file(QStringLiteral("grown-default.png"));
+    const QString grown = file(u"grown.png"_s);
+    const QString grownDefault = file(u"grown-default.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(grown, AllChanges));
     ASSERT_TRUE(mWatcher->addPathToQueue(grownDefault));
     append(grown, "more");
@@ -168,7 +169,7 @@ TEST_F(UKKQueueTest, WritesAttributesAndLinks)
     EXPECT_EQ(mRecorder->namesFor(grownDefault), QStringList{UKKQueueFileWrittenToNotification});
 
     // Overwriting in place without growth is only a write.
-    const QString overwritten = file(QStringLiteral("overwritten.png"), "0123456789");
+    const QString overwritten = file(u"overwritten.png"_s, "0123456789");
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(overwritten, AllChanges));
     {
         QFile handle(overwritten);
@@ -179,12 +180,12 @@ TEST_F(UKKQueueTest, WritesAttributesAndLinks)
     EXPECT_EQ(mRecorder->namesFor(overwritten), QStringList{UKKQueueFileWrittenToNotification});
 
     // Permissions are attributes; a new hard link and its removal are link-count changes only.
-    const QString linked = file(QStringLiteral("linked.png"));
+    const QString linked = file(u"linked.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(linked, AllChanges));
     ASSERT_EQ(::chmod(QFile::encodeName(linked).constData(), 0600), 0);
     settle();
     EXPECT_EQ(mRecorder->namesFor(linked), QStringList{UKKQueueFileAttributesChangedNotification});
-    const QByteArray secondName = QFile::encodeName(mFolder + QStringLiteral("/second-name.png"));
+    const QByteArray secondName = QFile::encodeName(mFolder + u"/second-name.png"_s);
     ASSERT_EQ(::link(QFile::encodeName(linked).constData(), secondName.constData()), 0);
     settle();
     ASSERT_EQ(::unlink(secondName.constData()), 0);
@@ -196,7 +197,7 @@ TEST_F(UKKQueueTest, WritesAttributesAndLinks)
 
 TEST_F(UKKQueueTest, UnlinkWhileOpenElsewhereIsReportedAtOnceAndOnce)
 {
-    const QString path = file(QStringLiteral("open.png"));
+    const QString path = file(u"open.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, AllChanges));
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY);
     ASSERT_GE(descriptor, 0);
@@ -212,13 +213,13 @@ TEST_F(UKKQueueTest, UnlinkWhileOpenElsewhereIsReportedAtOnceAndOnce)
 
 TEST_F(UKKQueueTest, FolderEntriesAreWritesAndSubfoldersLinkChanges)
 {
-    const QString folder = mFolder + QStringLiteral("/watched-folder");
+    const QString folder = mFolder + u"/watched-folder"_s;
     ASSERT_TRUE(QDir().mkpath(folder));
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(folder, AllChanges));
-    file(QStringLiteral("watched-folder/new.png"));
+    file(u"watched-folder/new.png"_s);
     settle();
     EXPECT_EQ(mRecorder->namesFor(folder), QStringList{UKKQueueFileWrittenToNotification});
-    ASSERT_TRUE(QDir(folder).mkdir(QStringLiteral("sub")));
+    ASSERT_TRUE(QDir(folder).mkdir(u"sub"_s));
     settle();
     EXPECT_EQ(mRecorder->namesFor(folder),
               (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileWrittenToNotification,
@@ -229,7 +230,7 @@ TEST_F(UKKQueueTest, FolderEntriesAreWritesAndSubfoldersLinkChanges)
 // rename, write, delete, attributes, size increase, link count, whatever order the events came in.
 TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
 {
-    const QString gate = file(QStringLiteral("gate"));
+    const QString gate = file(u"gate"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(gate, UKKQueue::NOTE_WRITE));
     std::promise<void> blocked;
     std::promise<void> release;
@@ -238,14 +239,14 @@ TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
     const auto token = NotificationCenter::workspaceCenter().addObserver(
         UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
         [&](const NotificationCenter::Notification &n) {
-            if (n.userInfo.value(QStringLiteral("path")).toString() == gate && armed.exchange(false)) {
+            if (n.userInfo.value(u"path"_s).toString() == gate && armed.exchange(false)) {
                 blocked.set_value();
                 released.wait();
             }
         });
 
-    const QString attributesFirst = file(QStringLiteral("attributes-first.png"));
-    const QString renamedThenDeleted = file(QStringLiteral("renamed-then-deleted.png"));
+    const QString attributesFirst = file(u"attributes-first.png"_s);
+    const QString renamedThenDeleted = file(u"renamed-then-deleted.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(attributesFirst, AllChanges));
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamedThenDeleted, AllChanges));
 
@@ -275,7 +276,7 @@ TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
 
 TEST_F(UKKQueueTest, SamePathTwiceIsWatchedTwiceAndRemovedOnceAtATime)
 {
-    const QString path = file(QStringLiteral("twice.png"));
+    const QString path = file(u"twice.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE | UKKQueue::NOTE_ATTRIB));
     EXPECT_EQ(mWatcher->watchedPaths(), (QStringList{mSentinel, path, path}));
@@ -291,7 +292,7 @@ TEST_F(UKKQueueTest, SamePathTwiceIsWatchedTwiceAndRemovedOnceAtATime)
     EXPECT_EQ(mRecorder->namesFor(path).mid(2), QStringList{UKKQueueFileAttributesChangedNotification});
 
     // Removing an unwatched path changes nothing; removing the last entry ends the notifications.
-    mWatcher->removePathFromQueue(mFolder + QStringLiteral("/never-added"));
+    mWatcher->removePathFromQueue(mFolder + u"/never-added"_s);
     EXPECT_EQ(mWatcher->watchedPaths().size(), 2);
     mWatcher->removePath(path);
     append(path, "2");
@@ -305,16 +306,15 @@ TEST_F(UKKQueueTest, MissingPathIsIgnoredWithoutAWord)
     ::testing::internal::CaptureStderr();
     CorvexError error;
     const bool added =
-        mWatcher->addPathToQueueNotifyingAbout(mFolder + QStringLiteral("/missing.png"), AllChanges, &error);
-    mWatcher->addPath(mFolder + QStringLiteral("/also-missing.png"));
+        mWatcher->addPathToQueueNotifyingAbout(mFolder + u"/missing.png"_s, AllChanges, &error);
+    mWatcher->addPath(mFolder + u"/also-missing.png"_s);
     const std::string output = ::testing::internal::GetCapturedStderr();
     EXPECT_FALSE(added);
     EXPECT_EQ(output, "");
     EXPECT_EQ(error.code(), CorvexError::FileReadNoSuchFileError);
     EXPECT_EQ(mWatcher->watchedPaths(), QStringList{mSentinel});
-    EXPECT_EQ(
-        mWatcher->description(),
-        QStringLiteral("UKKQueue { watchedPaths = (\n    \"%1\"\n), alwaysNotify = NO }").arg(mSentinel));
+    EXPECT_EQ(mWatcher->description(),
+              u"UKKQueue { watchedPaths = (\n    \"%1\"\n), alwaysNotify = NO }"_s.arg(mSentinel));
 }
 
 class RecordingDelegate : public UKFileWatcherDelegate
@@ -336,7 +336,7 @@ public:
 TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
 {
     RecordingDelegate delegate;
-    const QString path = file(QStringLiteral("delegated.png"));
+    const QString path = file(u"delegated.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
     mWatcher->setDelegate(&delegate);
 
@@ -359,7 +359,7 @@ TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
     const auto token = NotificationCenter::workspaceCenter().addObserver(
         UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
         [&](const NotificationCenter::Notification &n) {
-            if (n.userInfo.value(QStringLiteral("path")).toString() != path)
+            if (n.userInfo.value(u"path"_s).toString() != path)
                 return;
             std::lock_guard lock(delegate.mutex);
             delegateCallsSeenByObserver.push_back(delegate.calls.count(pathCall));
@@ -378,14 +378,14 @@ TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
 // watcher (and so waits for the watcher thread): the wait serves the observer's call, nobody deadlocks.
 TEST_F(UKKQueueTest, DestroyingTheWatcherWhileADeliveryWaitsForTheMainThread)
 {
-    const QString path = file(QStringLiteral("hop.png"));
+    const QString path = file(u"hop.png"_s);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
     std::atomic<bool> entered{false};
     std::atomic<bool> ranOnMainThread{false};
     const auto token = NotificationCenter::workspaceCenter().addObserver(
         UKKQueueFileWrittenToNotification, mWatcher.get(), nullptr,
         [&](const NotificationCenter::Notification &n) {
-            if (n.userInfo.value(QStringLiteral("path")).toString() != path)
+            if (n.userInfo.value(u"path"_s).toString() != path)
                 return;
             entered = true;
             UKMainThreadProxy::invoke([&] { ranOnMainThread = UKMainThreadProxy::isMainThread(); });

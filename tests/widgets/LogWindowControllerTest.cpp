@@ -15,6 +15,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::spin;
 using corvex::test::waitUntil;
 
@@ -48,25 +50,24 @@ TEST_F(LogWindowControllerTest, TheLogFileLivesInTheSharedLogsFolder)
 {
     EXPECT_EQ(LogWindowController::logFilePath(),
               QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                  QStringLiteral("/Corvex/Logs/Corvex log.txt"));
+                  u"/Corvex/Logs/Corvex log.txt"_s);
     LogWindowController controller;
-    EXPECT_EQ(controller.windowNibName(), QStringLiteral("LogWindow"));
+    EXPECT_EQ(controller.windowNibName(), u"LogWindow"_s);
     EXPECT_EQ(controller.windowIfLoaded(), nullptr);
 }
 
 TEST_F(LogWindowControllerTest, FontSizesAreClampedAndMissingFontsFallBack)
 {
-    const QString mono = QStringLiteral("DejaVu Sans Mono");
+    const QString mono = u"DejaVu Sans Mono"_s;
     ASSERT_TRUE(LogWindowController::fontExists(mono, 12)) << "fonts-dejavu-core is not installed";
     EXPECT_EQ(LogWindowController::logFont(mono, 4).pointSize(), 8);
     EXPECT_EQ(LogWindowController::logFont(mono, 100).pointSize(), 64);
     EXPECT_EQ(LogWindowController::logFont(mono, 13).pointSize(), 13);
     EXPECT_EQ(LogWindowController::logFont(mono, 13).family(), mono);
 
-    const QFont fallback = LogWindowController::logFont(QStringLiteral("No Such Font Family"), 20);
+    const QFont fallback = LogWindowController::logFont(u"No Such Font Family"_s, 20);
     EXPECT_EQ(fallback.pointSize(), 9);
-    const QString expected =
-        LogWindowController::fontExists(QStringLiteral("Monaco"), 9) ? QStringLiteral("Monaco") : mono;
+    const QString expected = LogWindowController::fontExists(u"Monaco"_s, 9) ? u"Monaco"_s : mono;
     EXPECT_EQ(fallback.family(), expected);
     EXPECT_EQ(LogWindowController::logFont(QString(), 12).pointSize(), 9);
 }
@@ -78,11 +79,11 @@ TEST_F(LogWindowControllerTest, FollowsTheFileAsItGrowsAndAppearsLate)
     EXPECT_TRUE(text(controller).isEmpty()) << "no file yet: an empty window";
 
     append(lines(0, 3));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 2")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 2"_s); }));
     append(lines(3, 2));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 4")); }));
-    EXPECT_EQ(text(controller).count(QStringLiteral("line 0")), 1);
-    EXPECT_TRUE(text(controller).startsWith(QStringLiteral("2026/01/01 10:00:00:000  line 0\n")));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 4"_s); }));
+    EXPECT_EQ(text(controller).count(u"line 0"_s), 1);
+    EXPECT_TRUE(text(controller).startsWith(u"2026/01/01 10:00:00:000  line 0\n"_s));
 }
 
 TEST_F(LogWindowControllerTest, TheFileIsReadInTheBackgroundAndTheTextArrivesThroughTheEventLoop)
@@ -91,8 +92,8 @@ TEST_F(LogWindowControllerTest, TheFileIsReadInTheBackgroundAndTheTextArrivesThr
     LogWindowController controller;
     controller.window(); // opens and starts reading the file
     EXPECT_TRUE(text(controller).isEmpty()) << "nothing is read on the main thread";
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 19999")); }));
-    EXPECT_EQ(text(controller).count(QStringLiteral("line 1000\n")), 1);
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 19999"_s); }));
+    EXPECT_EQ(text(controller).count(u"line 1000\n"_s), 1);
 }
 
 TEST_F(LogWindowControllerTest, NewLinesScrollOnlyAViewThatWasAtTheBottom)
@@ -110,7 +111,7 @@ TEST_F(LogWindowControllerTest, NewLinesScrollOnlyAViewThatWasAtTheBottom)
     controller.scrollToBottom();
     EXPECT_TRUE(controller.isScrolledAtBottom());
     append(lines(400, 5));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 404")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 404"_s); }));
     EXPECT_EQ(bar->value(), bar->maximum());
 
     // Within 50 points of the end it still follows.
@@ -118,7 +119,7 @@ TEST_F(LogWindowControllerTest, NewLinesScrollOnlyAViewThatWasAtTheBottom)
     bar->setValue(bar->maximum() - near);
     EXPECT_TRUE(controller.isScrolledAtBottom());
     append(lines(405, 5));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 409")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 409"_s); }));
     EXPECT_EQ(bar->value(), bar->maximum());
 
     // Scrolled up by more than 50 points: the view keeps its place.
@@ -127,7 +128,7 @@ TEST_F(LogWindowControllerTest, NewLinesScrollOnlyAViewThatWasAtTheBottom)
     EXPECT_FALSE(controller.isScrolledAtBottom());
     const int kept = bar->value();
     append(lines(410, 5));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 414")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 414"_s); }));
     EXPECT_EQ(bar->value(), kept);
     EXPECT_FALSE(controller.isScrolledAtBottom());
 }
@@ -137,23 +138,23 @@ TEST_F(LogWindowControllerTest, AnArchivedFileIsFollowedByTheNewOneBelowTheOldTe
     append(lines(0, 2));
     LogWindowController controller;
     controller.window();
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 1")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 1"_s); }));
 
     // The agent's archive: the file gets another name, a new one starts at the same path.
     const QString path = LogWindowController::logFilePath();
     append(lines(2, 1)); // written just before the archive: must not be lost from view
-    ASSERT_TRUE(QFile::rename(path, QFileInfo(path).absolutePath() + QStringLiteral("/log-ABC123.txt")));
+    ASSERT_TRUE(QFile::rename(path, QFileInfo(path).absolutePath() + u"/log-ABC123.txt"_s));
     append(lines(100, 2));
     DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexDidArchiveLogFileNotification);
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 101")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 101"_s); }));
     spin(std::chrono::milliseconds(100));
     const QString shown = text(controller);
-    EXPECT_EQ(shown.count(QStringLiteral("line 100")), 1);
-    EXPECT_EQ(shown.count(QStringLiteral("line 2\n")), 1);
-    EXPECT_LT(shown.indexOf(QStringLiteral("line 1\n")), shown.indexOf(QStringLiteral("line 100")));
+    EXPECT_EQ(shown.count(u"line 100"_s), 1);
+    EXPECT_EQ(shown.count(u"line 2\n"_s), 1);
+    EXPECT_LT(shown.indexOf(u"line 1\n"_s), shown.indexOf(u"line 100"_s));
 
     append(lines(102, 1));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 102")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 102"_s); }));
 }
 
 TEST_F(LogWindowControllerTest, UndecodableDataShowsTheWholeFileReadAnew)
@@ -161,16 +162,16 @@ TEST_F(LogWindowControllerTest, UndecodableDataShowsTheWholeFileReadAnew)
     append(lines(0, 2));
     LogWindowController controller;
     controller.window();
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("line 1")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"line 1"_s); }));
     append(QByteArray("caf\xe9 latin-1\n"));
-    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(QStringLiteral("café latin-1")); }));
-    EXPECT_EQ(text(controller).count(QStringLiteral("line 0")), 1);
+    ASSERT_TRUE(waitUntil([&] { return text(controller).contains(u"café latin-1"_s); }));
+    EXPECT_EQ(text(controller).count(u"line 0"_s), 1);
     // A read that ends inside a character: the whole file is shown once it decodes.
     LogWindowController other;
     other.window();
-    ASSERT_TRUE(waitUntil([&] { return text(other).contains(QStringLiteral("latin-1")); }));
+    ASSERT_TRUE(waitUntil([&] { return text(other).contains(u"latin-1"_s); }));
     other.appendLogFileData(QByteArray("\xc3"));
-    EXPECT_EQ(text(other).count(QStringLiteral("line 0")), 1);
+    EXPECT_EQ(text(other).count(u"line 0"_s), 1);
 }
 
 } // namespace

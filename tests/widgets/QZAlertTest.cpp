@@ -9,6 +9,8 @@
 
 #include "TestSupport.h"
 
+using namespace Qt::StringLiterals;
+
 using corvex::test::waitUntil;
 
 TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
@@ -17,10 +19,10 @@ TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
     window.show();
     for (int which = 0; which < 3; ++which) {
         auto *alert = new QZAlert;
-        alert->setMessageText(QStringLiteral("Message"));
-        alert->addButtonWithTitle(QStringLiteral("First"));
-        alert->addButtonWithTitle(QStringLiteral("Cancel"));
-        alert->addButtonWithTitle(QStringLiteral("Third"));
+        alert->setMessageText(u"Message"_s);
+        alert->addButtonWithTitle(u"First"_s);
+        alert->addButtonWithTitle(u"Cancel"_s);
+        alert->addButtonWithTitle(u"Third"_s);
         QList<qint64> answers;
         alert->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answers.append(code); });
         EXPECT_EQ(QZAlert::sheetOfWindow(&window), alert);
@@ -40,8 +42,8 @@ TEST(QZAlert, EscapeAnswersCancelAndAnAlertWithoutButtonsGetsOK)
     QWidget window;
     window.show();
     auto *alert = new QZAlert;
-    alert->addButtonWithTitle(QStringLiteral("Replace"));
-    alert->addButtonWithTitle(QStringLiteral("Cancel"));
+    alert->addButtonWithTitle(u"Replace"_s);
+    alert->addButtonWithTitle(u"Cancel"_s);
     qint64 answer = 0;
     alert->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answer = code; });
     QTest::keyClick(alert, Qt::Key_Escape);
@@ -51,7 +53,7 @@ TEST(QZAlert, EscapeAnswersCancelAndAnAlertWithoutButtonsGetsOK)
     auto *plain = new QZAlert;
     plain->qzBeginSheetModalForWindow(&window, {});
     ASSERT_EQ(plain->buttons().size(), 1);
-    EXPECT_EQ(plain->buttons().first()->text(), QStringLiteral("OK"));
+    EXPECT_EQ(plain->buttons().first()->text(), u"OK"_s);
     plain->buttons().first()->click();
 }
 
@@ -59,10 +61,9 @@ TEST(QZAlert, PresentedErrorShowsItsTextsAndReportsNoRecovery)
 {
     QWidget window;
     window.show();
-    CorvexError error(
-        CorvexError::CocoaErrorDomain, CorvexError::FileNoSuchFileError,
-        {{CorvexError::LocalizedDescriptionKey, QStringLiteral("The file is gone.")},
-         {CorvexError::LocalizedRecoverySuggestionErrorKey, QStringLiteral("Look elsewhere.")}});
+    CorvexError error(CorvexError::CocoaErrorDomain, CorvexError::FileNoSuchFileError,
+                      {{CorvexError::LocalizedDescriptionKey, u"The file is gone."_s},
+                       {CorvexError::LocalizedRecoverySuggestionErrorKey, u"Look elsewhere."_s}});
     int calls = 0;
     bool recovered = true;
     QZAlert::presentError(error, &window, [&](bool didRecover) {
@@ -71,8 +72,8 @@ TEST(QZAlert, PresentedErrorShowsItsTextsAndReportsNoRecovery)
     });
     QZAlert *sheet = QZAlert::sheetOfWindow(&window);
     ASSERT_NE(sheet, nullptr);
-    EXPECT_EQ(sheet->messageText(), QStringLiteral("The file is gone."));
-    EXPECT_EQ(sheet->informativeText(), QStringLiteral("Look elsewhere."));
+    EXPECT_EQ(sheet->messageText(), u"The file is gone."_s);
+    EXPECT_EQ(sheet->informativeText(), u"Look elsewhere."_s);
     sheet->buttons().first()->click();
     ASSERT_TRUE(waitUntil([&] { return calls == 1; }));
     EXPECT_FALSE(recovered);
