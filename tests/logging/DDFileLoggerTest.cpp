@@ -127,48 +127,6 @@ TEST_F(DDFileLoggerTest, WithoutAFormatterTheRawTextIsWritten)
     EXPECT_EQ(contents(logger->currentLogFileInfo()->filePath()), QByteArray("raw\nraw with feed\n"));
 }
 
-TEST_F(DDFileLoggerTest, RollsBySizeAtTheDefaultLimit)
-{
-    auto logger = addFileLogger();
-    const QString line(100, QLatin1Char('x')); // 126 bytes a line with time and line feed
-    for (int i = 0; i < 8322; ++i)             // 1048572 bytes: just below the limit
-        log(line);
-    DDLog::flushLog();
-    const std::shared_ptr<DDLogFileInfo> first = logger->currentLogFileInfo();
-    EXPECT_EQ(QFileInfo(first->filePath()).size(), 8322 * 126);
-    EXPECT_FALSE(DDLogFileInfo(first->filePath()).isArchived());
-    log(line); // reaches the limit
-    DDLog::flushLog();
-    EXPECT_TRUE(DDLogFileInfo(first->filePath()).isArchived());
-    EXPECT_EQ(ExtendedAttributes::size(first->filePath(), u"user.vofungudip.log.archived"_s), 0);
-    log(u"next"_s);
-    DDLog::flushLog();
-    const std::shared_ptr<DDLogFileInfo> second = logger->currentLogFileInfo();
-    EXPECT_NE(second->filePath(), first->filePath());
-    EXPECT_TRUE(QRegularExpression(u"^log-[0-9A-F]{6}\\.txt$"_s).match(second->fileName()).hasMatch());
-    EXPECT_EQ(texts(second->filePath()), QStringList{u"next"_s});
-    EXPECT_EQ(QFileInfo(first->filePath()).size(), 8323 * 126);
-}
-
-TEST_F(DDFileLoggerTest, KeepsOnlyTheConfiguredNumberOfArchivedFiles)
-{
-    auto logger = addFileLogger();
-    logger->setMaximumFileSize(200);
-    mManager->setMaximumNumberOfLogFiles(2);
-    for (int i = 0; i < 30; ++i)
-        log(u"message %1 "_s.arg(i) + QString(60, QLatin1Char('-')));
-    DDLog::flushLog();
-    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
-    // The last message rolled its file: two kept and that one wait for the next file to clear away.
-    ASSERT_EQ(files.size(), 3);
-    for (const std::shared_ptr<DDLogFileInfo> &file : files)
-        EXPECT_TRUE(file->isArchived());
-    EXPECT_TRUE(texts(files.first()->filePath()).last().startsWith(u"message 29 "_s));
-    log(u"fresh"_s);
-    DDLog::flushLog();
-    EXPECT_EQ(mManager->sortedLogFileInfos().size(), 3);
-}
-
 TEST_F(DDFileLoggerTest, RollsByAgeWhenTheTimerFires)
 {
     auto logger = addFileLogger();
@@ -251,9 +209,10 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
     DDLog::flushLog();
     logger.reset();
 
-    std::this_thread::sleep_for(150ms);
+    // Rolled every microsecond: the file from before is too old once the file clock has moved on.
+    ASSERT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(second).age() > 1e-6; }));
     auto later = std::make_shared<DDFileLogger>(mManager);
-    later->setRollingFrequency(0.1);
+    later->setRollingFrequency(1e-6);
     DDLog::addLogger(later);
     log(u"newer file"_s);
     DDLog::flushLog();
@@ -353,9 +312,9 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
     DDLog::flushLog();
     const QString second = logger->currentLogFileInfo()->filePath();
     EXPECT_NE(second, first);
-    std::this_thread::sleep_for(120ms);
-    logger->setRollingFrequency(0.1); // the file is already old enough: rolled now
-    EXPECT_EQ(logger->rollingFrequency(), 0.1);
+    ASSERT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(second).age() > 1e-6; }));
+    logger->setRollingFrequency(1e-6); // the file is already older than a microsecond: rolled now
+    EXPECT_EQ(logger->rollingFrequency(), 1e-6);
     EXPECT_TRUE(DDLogFileInfo(second).isArchived());
 }
 
