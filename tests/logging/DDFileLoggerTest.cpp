@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDFileLogger.h"
+#include "RecordingLogger.h"
 #include "StderrCapture.h"
 #include "TestSupport.h"
 #include "foundation/DispatchQueue.h"
@@ -8,6 +9,7 @@
 #include "logging/DDLogFileInfo.h"
 #include "logging/DDLogFileManagerDefault.h"
 #include "logging/DDLogMessage.h"
+#include "logging/DDLog_p.h"
 #include "logging/Log.h"
 #include "platform/ExtendedAttributes.h"
 #include "platform/ExtendedAttributes_p.h"
@@ -316,6 +318,44 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
     logger->setRollingFrequency(1e-6); // the file is already older than a microsecond: rolled now
     EXPECT_EQ(logger->rollingFrequency(), 1e-6);
     EXPECT_TRUE(DDLogFileInfo(second).isArchived());
+}
+
+TEST_F(DDFileLoggerTest, AnErrorIsInTheFileWhenItsStatementReturnsWhileLinesAreGathered)
+{
+    const unsigned processors = ddlog_private::processorCount();
+    ddlog_private::setProcessorCount(1); // loggers in turn, the one added last first
+    auto logger = addFileLogger();
+    // A second logger that stops every delivery at "hold", so that deliveries still follow the error.
+    std::binary_semaphore holdGate(0);
+    auto holder = std::make_shared<RecordingLogger>(u"holder"_s);
+    holder->hook = [&](const DDLogMessage &message) {
+        if (message.logMsg() == u"hold"_s)
+            holdGate.acquire();
+    };
+    DDLog::addLogger(holder);
+    log(u"opens the file"_s);
+    DDLog::flushLog();
+    const QString path = logger->currentLogFileInfo()->filePath();
+
+    std::binary_semaphore gate(0);
+    DDLog::loggingQueue()->async([&gate] { gate.acquire(); });
+    for (int i = 0; i < 20; ++i)
+        log(u"before %1"_s.arg(i));
+    const long waiting = ddlog_private::queueSizeSemaphore().value();
+    std::thread later([&] {
+        // Once the error waits in the queue: more lines behind it, then deliveries may start.
+        corvex::test::waitUntil([&] { return ddlog_private::queueSizeSemaphore().value() < waiting; });
+        log(u"hold"_s);
+        log(u"after"_s);
+        gate.release();
+    });
+    DDLogError(u"boom"_s);
+    EXPECT_EQ(texts(path).last(), u"boom"_s);
+    holdGate.release();
+    later.join();
+    DDLog::flushLog();
+    EXPECT_EQ(texts(path).last(), u"after"_s);
+    ddlog_private::setProcessorCount(processors);
 }
 
 TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
