@@ -96,6 +96,20 @@ TEST_F(BookmarkTest, DeletedFileIsNotFoundEvenWhenALookAlikeExistsElsewhere)
     EXPECT_EQ(Bookmark::resolve(mData, &stale), std::nullopt);
 }
 
+TEST_F(BookmarkTest, ANewFileWithTheInodeOfTheRecordedOneIsNotIt)
+{
+    // The recorded file's inode taken by a file born later (the kernel reuses the numbers of deleted files):
+    // the bookmark's birth time is moved, which is what such a file would show.
+    QVariantMap recorded = PropertyList::parse(mData).toMap();
+    ASSERT_TRUE(recorded.contains(u"birthTime"_s)) << "this file system keeps no birth times";
+    recorded.insert(u"birthTime"_s, recorded.value(u"birthTime"_s).toLongLong() - 1000000000);
+    const QByteArray older = PropertyList::serialize(recorded, PropertyList::Format::Binary);
+    ASSERT_TRUE(QFile::rename(mFile, mRoot + u"/other/shot.png"_s));
+    bool stale = false;
+    EXPECT_EQ(Bookmark::resolve(older, &stale), std::nullopt);
+    EXPECT_EQ(Bookmark::resolve(mData, &stale), mRoot + u"/other/shot.png"_s);
+}
+
 TEST_F(BookmarkTest, FileReplacedInPlaceResolvesToTheRecordedPath)
 {
     // An editor's save: a new file is written and renamed over the old one.
