@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTimeZone>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <plist/plist.h>
 
@@ -15,7 +16,8 @@ namespace {
 // Property-list dates count seconds from 2001-01-01 00:00:00 UTC.
 constexpr qint64 kEpoch2001MSecs = 978307200000LL;
 
-struct NodeDeleter {
+struct NodeDeleter
+{
     void operator()(plist_t node) const { plist_free(node); }
 };
 using Node = std::unique_ptr<void, NodeDeleter>;
@@ -28,8 +30,17 @@ int typeOf(const QVariant &value)
 plist_t toNode(const QVariant &value, QString *errorText)
 {
     switch (typeOf(value)) {
-    case QMetaType::QString:
-        return plist_new_string(value.toString().toUtf8().constData());
+    case QMetaType::QString: {
+        // Strings travel as C strings: one holding a NUL character would be cut short.
+        const QString text = value.toString();
+        if (text.contains(QChar(0))) {
+            if (errorText)
+                *errorText =
+                    QStringLiteral("a string holds a NUL character, which a property list cannot keep");
+            return nullptr;
+        }
+        return plist_new_string(text.toUtf8().constData());
+    }
     case QMetaType::Bool:
         return plist_new_bool(value.toBool() ? 1 : 0);
     case QMetaType::Int:
@@ -82,6 +93,14 @@ plist_t toNode(const QVariant &value, QString *errorText)
         plist_t dict = plist_new_dict();
         const QVariantMap map = value.toMap();
         for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            // A key travels as a C string too.
+            if (it.key().contains(QChar(0))) {
+                if (errorText)
+                    *errorText =
+                        QStringLiteral("a key holds a NUL character, which a property list cannot keep");
+                plist_free(dict);
+                return nullptr;
+            }
             plist_t child = toNode(it.value(), errorText);
             if (!child) {
                 plist_free(dict);
@@ -93,8 +112,9 @@ plist_t toNode(const QVariant &value, QString *errorText)
     }
     default:
         if (errorText)
-            *errorText = QStringLiteral("a value of type %1 is not a property-list type")
-                             .arg(QString::fromLatin1(value.metaType().name() ? value.metaType().name() : "none"));
+            *errorText =
+                QStringLiteral("a value of type %1 is not a property-list type")
+                    .arg(QString::fromLatin1(value.metaType().name() ? value.metaType().name() : "none"));
         return nullptr;
     }
 }
@@ -125,9 +145,11 @@ QVariant fromNode(plist_t node)
         return QVariant(d);
     }
     case PLIST_STRING: {
-        char *text = nullptr;
-        plist_get_string_val(node, &text);
-        return QVariant(takeString(text));
+        // By length: a string read from a binary file may hold NUL characters (the library's own getter
+        // refuses those).
+        uint64_t length = 0;
+        const char *text = plist_get_string_ptr(node, &length);
+        return QVariant(QString::fromUtf8(text, text ? qsizetype(length) : 0));
     }
     case PLIST_KEY: {
         char *text = nullptr;
@@ -146,8 +168,10 @@ QVariant fromNode(plist_t node)
         int32_t sec = 0;
         int32_t usec = 0;
         plist_get_date_val(node, &sec, &usec);
-        // libplist keeps dates as a double: round to the millisecond instead of truncating.
-        const qint64 ms = kEpoch2001MSecs + qint64(sec) * 1000 + qRound64(usec / 1000.0);
+        // libplist keeps dates as a double and hands out its whole seconds truncated toward zero and the
+        // fraction without its sign: round to the millisecond instead of truncating, on the date's side.
+        const qint64 fraction = qRound64(usec / 1000.0);
+        const qint64 ms = kEpoch2001MSecs + qint64(sec) * 1000 + (sec < 0 ? -fraction : fraction);
         return QVariant(QDateTime::fromMSecsSinceEpoch(ms, QTimeZone::utc()));
     }
     case PLIST_UID:
@@ -233,6 +257,20 @@ QVariant parse(const QByteArray &bytes, QString *errorText)
         if (errorText)
             *errorText = QStringLiteral("not a property list");
         return {};
+    }
+    // A binary file may hold keys and strings with NUL characters, which libplist's getters assert against
+    // (and which could not be written back): such a file is refused. Its XML form shows them as NUL bytes.
+    if (bytes.startsWith("bplist")) {
+        char *xml = nullptr;
+        uint32_t length = 0;
+        plist_to_xml(node.get(), &xml, &length);
+        const bool holdsNul = xml && std::memchr(xml, 0, length) != nullptr;
+        plist_to_xml_free(xml);
+        if (holdsNul) {
+            if (errorText)
+                *errorText = QStringLiteral("the property list holds a NUL character in a key or string");
+            return {};
+        }
     }
     QVariant value = fromNode(node.get());
     if (!value.isValid() && errorText)
