@@ -81,7 +81,7 @@ protected:
     void TearDown() override
     {
         QApplication::closeAllWindows();
-        spin(std::chrono::milliseconds(50));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         mDelegate.reset();
     }
     std::unique_ptr<AppDelegate> mDelegate;
@@ -106,7 +106,6 @@ TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
                                    CorvexDefaultsChangedNotification});
     defaults.setBool(false, u"showMenuIcon"_s);
     ASSERT_TRUE(waitUntil([&] { return recorder.names.size() >= 2; }));
-    spin(std::chrono::milliseconds(100));
     EXPECT_EQ(recorder.names,
               (QStringList{CorvexHideStatusMenuNotification, CorvexDefaultsChangedNotification}));
     EXPECT_EQ(recorder.onDisk.last().value(u"showMenuIcon"_s), QVariant(false))
@@ -126,14 +125,20 @@ TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
     recorder.names.clear();
     defaults.setBool(false, u"quitAppAfterLastWindowClosed"_s);
     defaults.setBool(false, u"startAtLogIn"_s);
-    spin(std::chrono::milliseconds(300));
-    EXPECT_TRUE(recorder.names.isEmpty()) << "unobserved keys and startAtLogIn post nothing";
+    // Notifications arrive in turn: once a later one is in, anything the two writes posted would be too.
+    defaults.setObject(u"tiff"_s, u"autoReformatExtension"_s);
+    ASSERT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
+    EXPECT_EQ(recorder.names, QStringList{CorvexDefaultsChangedNotification})
+        << "unobserved keys and startAtLogIn post nothing";
     defaults.removeObjectForKey(u"quitAppAfterLastWindowClosed"_s);
 
+    recorder.names.clear();
     mDelegate->removeNotificationObservers();
     defaults.setObject(u"gif"_s, u"autoReformatExtension"_s);
-    spin(std::chrono::milliseconds(300));
-    EXPECT_TRUE(recorder.names.isEmpty()) << "no handler after the observers are removed";
+    DistributedNotificationCenter::defaultCenter().postNotificationName(CorvexShowStatusMenuNotification);
+    ASSERT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
+    EXPECT_EQ(recorder.names, QStringList{CorvexShowStatusMenuNotification})
+        << "no handler after the observers are removed";
 }
 
 TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
@@ -141,9 +146,10 @@ TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
     const QString shot = writeImage(folder(u"LaunchShots"_s) + u"/Early.png"_s);
     AppDelegate delegate;
     delegate.keepScreenshotsUntilLaunched();
+    NotificationRecorder arrived({CorvexScreenshotMatchedNotification});
     DistributedNotificationCenter::defaultCenter().postNotificationName(
         CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
-    spin(std::chrono::milliseconds(300));
+    ASSERT_TRUE(waitUntil([&] { return arrived.names.size() == 1; }));
     EXPECT_TRUE(delegate.windowControllers().isEmpty()) << "nothing opens before launching has finished";
 
     delegate.addNotificationObservers();
@@ -152,12 +158,20 @@ TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
 
     DistributedNotificationCenter::defaultCenter().postNotificationName(
         CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
-    ASSERT_TRUE(waitUntil([&] { return delegate.windowControllers().size() == 2; }));
-    spin(std::chrono::milliseconds(200));
-    EXPECT_EQ(delegate.windowControllers().size(), 2) << "a later screenshot opens once, not twice";
+    // A third screenshot's window comes after any second one of the screenshot before.
+    const QString third = writeImage(folder(u"LaunchShots"_s) + u"/Later.png"_s);
+    DistributedNotificationCenter::defaultCenter().postNotificationName(
+        CorvexScreenshotMatchedNotification, ScreenshotInfo(third, 1).notificationDictionary());
+    ASSERT_TRUE(waitUntil([&] {
+        const QList<CorvexWindowController *> controllers = delegate.windowControllers();
+        return std::any_of(controllers.cbegin(), controllers.cend(), [&](CorvexWindowController *controller) {
+            return controller->screenshotInfo().filePath() == third;
+        });
+    }));
+    EXPECT_EQ(delegate.windowControllers().size(), 3) << "a later screenshot opens once, not twice";
     delegate.removeNotificationObservers();
     QApplication::closeAllWindows();
-    spin(std::chrono::milliseconds(50));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
@@ -177,7 +191,7 @@ TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
     center.postNotificationName(CorvexScreenshotMatchedNotification,
                                 ScreenshotInfo(second, 2).notificationDictionary());
     ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().size() == 2; }));
-    spin(std::chrono::milliseconds(100));
+    settleBackgroundWork();
     EXPECT_EQ(QApplication::activeWindow(), firstController->window()) << "the user is not interrupted";
     CorvexWindowController *secondController = nullptr;
     for (CorvexWindowController *controller : mDelegate->windowControllers()) {
@@ -206,17 +220,18 @@ TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
     QWidget other;
     other.show();
     other.close();
-    spin(std::chrono::milliseconds(100));
+    ASSERT_TRUE(waitUntil([&] {
+        return log.messages().contains(
+            u"Not quitting because the last window closed was not a renaming window."_s);
+    }));
     EXPECT_EQ(quits.count(), 1);
-    EXPECT_TRUE(
-        log.messages().contains(u"Not quitting because the last window closed was not a renaming window."_s));
 
     defaults.setBool(false, u"quitAppAfterLastWindowClosed"_s);
     mDelegate->screenshotTaken(ScreenshotInfo(path, 1).notificationDictionary());
     mDelegate->windowControllers().first()->window()->close();
-    spin(std::chrono::milliseconds(100));
+    ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().isEmpty(); }));
+    settleBackgroundWork();
     EXPECT_EQ(quits.count(), 1) << "the preference keeps the application running";
-    EXPECT_TRUE(mDelegate->windowControllers().isEmpty());
     defaults.removeObjectForKey(u"quitAppAfterLastWindowClosed"_s);
 }
 

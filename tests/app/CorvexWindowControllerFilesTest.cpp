@@ -45,7 +45,7 @@ TEST_F(CorvexWindowControllerFilesTest, ALargePictureIsShownReducedAndPrintedInF
     controller->printDocument();
     controller->printDocument(); // a second request while the first is on its way is the same print
     ASSERT_TRUE(waitUntil([&] { return prints > 0; }));
-    spin(std::chrono::milliseconds(100));
+    settleBackgroundWork();
     EXPECT_EQ(prints, 1);
     EXPECT_EQ(printed.size(), QSize(5120, 2880)) << "the full picture is printed";
     EXPECT_EQ(printed.pixel(100, 100), QColor(Qt::blue).rgb());
@@ -75,7 +75,7 @@ TEST_F(CorvexWindowControllerFilesTest, AWindowMadeLargerGetsASharperCopy)
     const qint64 full = controller->image().cacheKey();
     window->resize(5200, 3200);
     controller->imageView()->repaint();
-    spin(std::chrono::milliseconds(600));
+    settleBackgroundWork();
     EXPECT_EQ(controller->image().cacheKey(), full);
 }
 
@@ -103,6 +103,6 @@ TEST_F(CorvexWindowControllerFilesTest, AClosedWindowPrintsNothing)
     mPrinter.onPrint = ([&](QWidget *, const QImage &, const QPageLayout &) { printed = true; });
     controller->printDocument();
     controller->cancel();
-    spin(std::chrono::milliseconds(1500));
+    settleBackgroundWork();
     EXPECT_FALSE(printed);
 }

@@ -18,11 +18,22 @@
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QThreadPool>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
 namespace corvex::test {
+
+// Lets the window's background work run dry: every load on the thread pool ends and what it hands back to the
+// main thread arrives (a few rounds, as a delivered result may start one more load).
+inline void settleBackgroundWork()
+{
+    for (int round = 0; round < 4; ++round) {
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
+}
 
 // Writes a picture of the size into the format the path's extension names; returns the path.
 inline QString writeImage(const QString &path, QSize size = QSize(200, 100), Qt::GlobalColor color = Qt::red)
