@@ -103,13 +103,16 @@ TEST(DispatchQueueTest, DelayedWorkRunsWhenDueAndCanBeWithdrawn)
         ran = true;
     });
     const quint64 withdrawn = queue.asyncAfter(60ms, [&] { withdrawnRan = true; });
+    std::atomic<bool> laterRan{false};
+    queue.asyncAfter(70ms, [&] { laterRan = true; });
     EXPECT_TRUE(queue.cancel(withdrawn));
     EXPECT_FALSE(queue.cancel(withdrawn));
-    for (int i = 0; i < 200 && !ran; ++i)
+    for (int i = 0; i < 200 && !laterRan; ++i)
         std::this_thread::sleep_for(5ms);
     ASSERT_TRUE(ran);
     EXPECT_GE(waited.load(), 50ms);
-    std::this_thread::sleep_for(30ms);
+    // Delayed work runs in the order it falls due: the withdrawn work would have run before the later work.
+    ASSERT_TRUE(laterRan);
     EXPECT_FALSE(withdrawnRan);
 }
 
@@ -196,9 +199,11 @@ TEST(DispatchSemaphoreTest, CountsUnitsAndBlocksWhenNoneAreLeft)
         semaphore.wait();
         through = true;
     });
-    std::this_thread::sleep_for(30ms);
-    EXPECT_FALSE(through);
+    // The waiter is counted as soon as it waits.
+    for (int i = 0; i < 2000 && semaphore.value() != -1; ++i)
+        std::this_thread::sleep_for(1ms);
     EXPECT_EQ(semaphore.value(), -1);
+    EXPECT_FALSE(through);
     EXPECT_TRUE(semaphore.signal());
     waiter.join();
     EXPECT_TRUE(through);
