@@ -313,7 +313,6 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
     auto other = openWindow(
         ScreenshotInfo::initWithNotificationDictionary({{u"filePath"_s, doomed}, {u"screenNum"_s, 1}}));
     ASSERT_TRUE(QFile::remove(doomed));
-    spin(std::chrono::milliseconds(100));
     other->moveToTrash();
     QZAlert *sheet = waitForSheet(*other);
     ASSERT_NE(sheet, nullptr);

@@ -196,13 +196,11 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     EXPECT_EQ(panel->fileMode(), QFileDialog::Directory);
     panel->selectFile(other);
     QMetaObject::invokeMethod(panel, "accept");
-    spin(std::chrono::milliseconds(20));
-    EXPECT_EQ(controller->whereFolderPath(), other);
+    ASSERT_TRUE(waitUntil([&] { return controller->whereFolderPath() == other; }));
     controller->whereAction(WhereMenu::OtherFolderTag);
     panel = controller->window()->findChild<QFileDialog *>();
     ASSERT_NE(panel, nullptr);
     panel->reject();
-    spin(std::chrono::milliseconds(20));
     EXPECT_EQ(controller->whereFolderPath(), other) << "cancelling keeps the folder";
     EXPECT_EQ(where->currentIndex(), 0);
 }
