@@ -74,10 +74,15 @@ protected:
         entry.setProgram(program);
         QDir().mkpath(mAutostart);
         ASSERT_TRUE(entry.write(mAutostart + u'/' + fileName));
-        spin(std::chrono::milliseconds(15)); // distinct modification times keep the list's order
+        // Distinct modification times keep the list's order: each entry a second after the one before.
+        QFile file(mAutostart + u'/' + fileName);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-100 + mEntries++),
+                                     QFileDevice::FileModificationTime));
     }
     QStringList entries() const { return QDir(mAutostart).entryList({u"*.desktop"_s}, QDir::Files); }
 
+    int mEntries = 0;
     std::unique_ptr<LogCapture> mLogger;
     std::unique_ptr<AppDelegate> mDelegate;
     QString mAutostart;

@@ -27,8 +27,16 @@ QString directoryFor(const char *name)
 // coarse clock, which moves in steps of up to 10 ms.
 QString newLogFile(DDLogFileManagerDefault &manager)
 {
-    QThread::msleep(20);
-    return manager.createNewLogFile();
+    static QDateTime last;
+    for (;;) {
+        const QString path = manager.createNewLogFile();
+        const QDateTime created = DDLogFileInfo(path).creationDate();
+        if (!last.isValid() || created > last) {
+            last = created;
+            return path;
+        }
+        QFile::remove(path); // made in the same tick of the file clock: again
+    }
 }
 
 QString archivedFile(DDLogFileManagerDefault &manager)

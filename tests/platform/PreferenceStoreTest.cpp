@@ -149,7 +149,6 @@ TEST_F(PreferenceStoreTest, SynchronizeMergesKeyByKeyAndReportsOthersChanges)
 
     // Nothing new: nothing reported, the file is not rewritten.
     const ino_t before = inodeOf(first.pathForDomain(kDomain));
-    QThread::msleep(20);
     ASSERT_TRUE(second.synchronize(kDomain));
     ASSERT_TRUE(second.synchronize(kDomain, &changed));
     EXPECT_TRUE(changed.isEmpty());
