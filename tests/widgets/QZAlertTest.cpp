@@ -31,7 +31,7 @@ TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
         EXPECT_EQ(alert->escapeButton(), alert->buttons().at(1)) << "Cancel takes Escape";
         alert->buttons().at(which)->click();
         ASSERT_TRUE(waitUntil([&] { return !answers.isEmpty(); }));
-        corvex::test::spin(std::chrono::milliseconds(20));
+        QCoreApplication::processEvents(); // a second answer would be on its way now
         EXPECT_EQ(answers, QList<qint64>{1000 + which});
         EXPECT_EQ(QZAlert::sheetOfWindow(&window), nullptr);
     }
