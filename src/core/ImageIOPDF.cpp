@@ -2,131 +2,115 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIOPDF.h"
 
+#include "core/PDFReaderModule.h"
 #include "logging/Log.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QIODevice>
+#include <QLibrary>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
 #include <cmath>
-#include <memory>
-#include <mutex>
-#include <poppler-qt6.h>
 
 namespace {
 
 constexpr double InchesPerMeter = 0.0254;
 
-struct FirstPage
-{
-    std::unique_ptr<Poppler::Document> document;
-    std::unique_ptr<Poppler::Page> page;
-    ImageIOPDF::PageStatus status = ImageIOPDF::PageStatus::NotOpened;
-};
-
 // poppler's own complaints about a document ("Error (123): Illegal character") join the log as warnings
 // instead of going straight to stderr: most are repaired on the way, and a failure to read is reported as
 // an error by the caller anyway.
-void logPopplerMessage(const QString &message, const QVariant &closure)
+void logPopplerMessage(const QString &message)
 {
-    Q_UNUSED(closure);
     DDLogWarn(QStringLiteral("PDF reader: %1").arg(message));
 }
 
-void routePopplerMessages()
+struct Reader
 {
-    static std::once_flag once;
-    std::call_once(once, [] { Poppler::setDebugErrorFunction(logPopplerMessage, QVariant()); });
-}
+    const PDFReaderModule *module = nullptr;
+    QString problem; // why there is none
+};
 
-FirstPage openFirstPage(const QString &path, bool logging)
+// The reader module, loaded once, on first use: from the PlugIns folder of the bundle the program lies in
+// (Contents/ of Corvex.app, for the application, the agent and `corvex` alike) or, for a program of the build
+// tree, of the bundle built beside it. It is never unloaded.
+const Reader &reader()
 {
-    routePopplerMessages();
-    FirstPage first;
-    first.document = Poppler::Document::load(path);
-    if (!first.document || first.document->isLocked()) {
-        first.document.reset();
-        if (logging) {
-            DDLogError(QStringLiteral("Could not open PDF document %1").arg(path));
-            DDLogError(QStringLiteral("Could not get first page of PDF %1").arg(path));
+    static const Reader loaded = [] {
+        Reader result;
+        QDir dir = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).absoluteDir();
+        for (int level = 0; level < 6; ++level) {
+            for (const QString &folder : {dir.filePath(QStringLiteral("PlugIns")),
+                                          dir.filePath(QStringLiteral("Corvex.app/Contents/PlugIns"))}) {
+                const QString path = folder + QLatin1Char('/') + QLatin1String(PDFReaderModule::FileName);
+                if (!QFileInfo::exists(path))
+                    continue;
+                QLibrary library(path);
+                const auto entry =
+                    reinterpret_cast<PDFReaderModuleEntry>(library.resolve(PDFReaderModule::EntryName));
+                const PDFReaderModule *module = entry ? entry() : nullptr;
+                if (module && module->version == PDFReaderModule::Version) {
+                    module->setMessageHandler(logPopplerMessage);
+                    result.module = module;
+                    return result;
+                }
+                result.problem =
+                    QStringLiteral("PDF support is not installed properly: %1 %2")
+                        .arg(path, module ? QStringLiteral("is of another version") : library.errorString());
+                return result;
+            }
+            if (!dir.cdUp())
+                break;
         }
-        return first;
-    }
-    if (first.document->numPages() > 0)
-        first.page = first.document->page(0);
-    if (!first.page) {
-        first.status = ImageIOPDF::PageStatus::NoFirstPage;
-        if (logging)
-            DDLogError(QStringLiteral("Could not get first page of PDF %1").arg(path));
-        return first;
-    }
-    first.status = ImageIOPDF::PageStatus::Ok;
-    return first;
+        result.problem =
+            QStringLiteral("PDF support is not installed: there is no %1 in the PlugIns folder of "
+                           "Corvex.app")
+                .arg(QLatin1String(PDFReaderModule::FileName));
+        return result;
+    }();
+    return loaded;
 }
 
-// The rotation that undoes the page's own /Rotate: the page is measured and drawn as it lies in its box.
-Poppler::Page::Rotation unrotation(const Poppler::Page &page)
+ImageIOPDF::PageStatus pageStatus(PDFReaderModule::Status status)
 {
-    switch (page.orientation()) {
-    case Poppler::Page::Landscape:
-        return Poppler::Page::Rotate270;
-    case Poppler::Page::UpsideDown:
-        return Poppler::Page::Rotate180;
-    case Poppler::Page::Seascape:
-        return Poppler::Page::Rotate90;
-    case Poppler::Page::Portrait:
+    switch (status) {
+    case PDFReaderModule::Status::Ok:
+        return ImageIOPDF::PageStatus::Ok;
+    case PDFReaderModule::Status::NoFirstPage:
+        return ImageIOPDF::PageStatus::NoFirstPage;
+    case PDFReaderModule::Status::NotOpened:
         break;
     }
-    return Poppler::Page::Rotate0;
+    return ImageIOPDF::PageStatus::NotOpened;
 }
 
-// The page's size in points without its rotation.
-QSizeF unrotatedSize(const Poppler::Page &page)
+// The error lines of a document that did not open, or of a missing page 1.
+void logFailure(ImageIOPDF::PageStatus status, const QString &path)
 {
-    const QSizeF rotated = page.pageSizeF();
-    const Poppler::Page::Orientation orientation = page.orientation();
-    return orientation == Poppler::Page::Landscape || orientation == Poppler::Page::Seascape
-               ? rotated.transposed()
-               : rotated;
+    if (status == ImageIOPDF::PageStatus::NotOpened)
+        DDLogError(QStringLiteral("Could not open PDF document %1").arg(path));
+    if (status != ImageIOPDF::PageStatus::Ok)
+        DDLogError(QStringLiteral("Could not get first page of PDF %1").arg(path));
 }
 
-QImage render(FirstPage &first, qint64 maximumBytes, QString *reason)
+QImage render(const QString &path, qint64 maximumBytes, QString *reason, bool logging)
 {
-    const QSizeF points = unrotatedSize(*first.page);
-    const double width = std::ceil(points.width()), height = std::ceil(points.height());
-    if (width < 1 || height < 1 || width * height * 4 > double(maximumBytes)) {
-        if (reason)
-            *reason = QStringLiteral("the page is too large or empty (%1 by %2 points)")
-                          .arg(points.width())
-                          .arg(points.height());
-        return {};
+    const Reader &pdf = reader();
+    QString why;
+    PDFReaderModule::Status status = PDFReaderModule::Status::NotOpened;
+    QImage image;
+    if (pdf.module) {
+        image = pdf.module->renderFirstPage(path, maximumBytes, &status, &why);
+    } else {
+        why = pdf.problem;
+        if (logging)
+            DDLogError(pdf.problem);
     }
-    // The QPainter renderer draws an image placed at 1:1 pixel for pixel; the Splash renderer smooths it.
-    // Shapes are not antialiased, which would blend the page's outermost pixels of a full-page image with
-    // the transparent paper; text still is.
-    first.document->setRenderBackend(Poppler::Document::QPainterBackend);
-    first.document->setPaperColor(Qt::transparent);
-    first.document->setRenderHint(Poppler::Document::Antialiasing, false);
-    first.document->setRenderHint(Poppler::Document::TextAntialiasing, true);
-    // Drawn into premultiplied pixels, the raster engine's own format: about a fifth quicker than the
-    // straight-alpha image the renderer would make itself.
-    const QSize size = points.toSize();
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    if (!image.isNull()) {
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        if (!first.page->renderToPainter(&painter, 72.0, 72.0, 0, 0, size.width(), size.height(),
-                                         unrotation(*first.page)))
-            image = QImage();
-    }
-    if (image.isNull()) {
-        if (reason)
-            *reason = QStringLiteral("the page could not be rendered");
-        return image;
-    }
-    // One pixel per point: the image keeps the page's size in points wherever it goes next.
-    image.setDotsPerMeterX(qRound(72.0 / InchesPerMeter));
-    image.setDotsPerMeterY(qRound(72.0 / InchesPerMeter));
+    if (logging)
+        logFailure(pageStatus(status), path);
+    if (image.isNull() && reason)
+        *reason = why;
     return image;
 }
 
@@ -140,25 +124,28 @@ bool ImageIOPDF::hasSignature(const QByteArray &head)
 
 QSizeF ImageIOPDF::firstPageSize(const QString &path, PageStatus *status, bool logging)
 {
-    const FirstPage first = openFirstPage(path, logging);
+    const Reader &pdf = reader();
+    PDFReaderModule::Status found = PDFReaderModule::Status::NotOpened;
+    QSizeF size(0, 0);
+    if (pdf.module)
+        size = pdf.module->firstPageSize(path, &found);
+    else if (logging)
+        DDLogError(pdf.problem);
     if (status)
-        *status = first.status;
-    return first.page ? unrotatedSize(*first.page) : QSizeF(0, 0);
+        *status = pageStatus(found);
+    if (logging)
+        logFailure(pageStatus(found), path);
+    return size;
 }
 
 QImage ImageIOPDF::renderFirstPage(const QString &path, qint64 maximumBytes, QString *reason)
 {
-    FirstPage first = openFirstPage(path, true);
-    return first.page ? render(first, maximumBytes, reason) : QImage();
+    return render(path, maximumBytes, reason, true);
 }
 
 QImage ImageIOPDF::renderFirstPageQuietly(const QString &path, qint64 maximumBytes, QString *reason)
 {
-    FirstPage first = openFirstPage(path, false);
-    if (!first.page && reason)
-        *reason = first.document ? QStringLiteral("the document has no pages")
-                                 : QStringLiteral("the document could not be opened");
-    return first.page ? render(first, maximumBytes, reason) : QImage();
+    return render(path, maximumBytes, reason, false);
 }
 
 bool ImageIOPDF::write(const QImage &image, QIODevice *device, QString *reason)

@@ -72,6 +72,28 @@ TEST(RenameCommand, AFileInTheWayIsReplacedOnlyWhenAskedTo)
     EXPECT_EQ(contents(corvex::test::home() + u"/.local/share/Trash/files/in the way.png"_s), "older file");
 }
 
+TEST(RenameCommand, WithoutThePDFModuleOnlyPDFsFail)
+{
+    // A copy of the program outside any bundle finds no PDF module.
+    QTemporaryDir dir;
+    const QString program = dir.filePath(u"corvex"_s);
+    ASSERT_TRUE(QFile::copy(QStringLiteral(CORVEX_CLI_PATH), program));
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(qRgb(10, 200, 30));
+    ASSERT_TRUE(image.save(dir.filePath(u"a.png"_s)));
+    ASSERT_EQ(runCli({u"rename"_s, dir.filePath(u"a.png"_s), dir.filePath(u"b.pdf"_s)}).exitCode, 0);
+
+    const auto result =
+        corvex::test::run(program, {u"rename"_s, dir.filePath(u"b.pdf"_s), dir.filePath(u"c.png"_s)});
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_TRUE(result.err.contains("PDF support is not installed: there is no libcorvex_pdf.so"))
+        << result.err.constData();
+    ASSERT_TRUE(image.save(dir.filePath(u"d.png"_s)));
+    const auto bitmap =
+        corvex::test::run(program, {u"rename"_s, dir.filePath(u"d.png"_s), dir.filePath(u"e.jpg"_s)});
+    EXPECT_EQ(bitmap.exitCode, 0) << bitmap.err.constData();
+}
+
 TEST(RenameCommand, ConvertsThroughEveryKindOfStep)
 {
     // Bitmaps are converted without a GUI application, PDF pages with one; a PDF under a bitmap's name is

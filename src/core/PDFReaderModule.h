@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QSizeF>
+#include <QString>
+
+// The PDF reader, a module of its own (libcorvex_pdf.so in the bundle's Contents/PlugIns): poppler and the
+// many libraries it brings are loaded only when a PDF is read. Its one exported function,
+// PDFReaderModule::EntryName, hands out this table.
+struct PDFReaderModule
+{
+    static constexpr int Version = 1;
+    static constexpr const char *EntryName = "corvex_pdf_reader_module";
+    static constexpr const char *FileName = "libcorvex_pdf.so";
+
+    enum class Status { Ok, NotOpened, NoFirstPage };
+
+    int version;
+    // Where poppler's own complaints about a document go ("Error (123): Illegal character").
+    void (*setMessageHandler)(void (*handler)(const QString &message));
+    // The size of page 1 in points, as the page lies in its box (its /Rotate undone); 0 by 0 on failure.
+    QSizeF (*firstPageSize)(const QString &path, Status *status);
+    // Page 1 at one pixel per point, unpainted parts transparent; a null image, with the reason, when the
+    // document or page is missing or the page would need more than maximumBytes of pixels.
+    QImage (*renderFirstPage)(const QString &path, qint64 maximumBytes, Status *status, QString *reason);
+};
+
+extern "C" {
+using PDFReaderModuleEntry = const PDFReaderModule *(*)();
+}
