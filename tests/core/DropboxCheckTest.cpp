@@ -219,31 +219,32 @@ protected:
     }
 };
 
-TEST_F(DropboxSystemClientTest, VersionFromTheRunningClientsFolder)
+// One test, so that no other test's stand-in client runs at the same time (each test is a process of its
+// own).
+TEST_F(DropboxSystemClientTest, TheRunningClientsVersion)
 {
     EXPECT_FALSE(DropboxCheck::systemClientFacts().running);
 
+    // From the name of the distribution folder it runs from.
     auto client = startClient(mHome + "/.dropbox-dist/dropbox-lnx.x86_64-2.10.1");
     writeFile(mHome + "/.dropbox-dist/VERSION", "1.0.0\n");
-    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    DropboxClientFacts facts = DropboxCheck::systemClientFacts();
     EXPECT_TRUE(facts.running);
     EXPECT_EQ(facts.bundleVersion, "2.10.1");
     EXPECT_EQ(facts.shortVersionString, "2.10.1");
     EXPECT_TRUE(DropboxCheck::runningClientTest()) << "no provider set: the system's facts are used";
-}
+    client.reset();
 
-TEST_F(DropboxSystemClientTest, VersionFileWhenTheFolderNameHasNone)
-{
-    auto client = startClient(mHome + "/.dropbox-dist/current");
+    // From the VERSION file when the folder's name has none.
+    client = startClient(mHome + "/.dropbox-dist/current");
     writeFile(mHome + "/.dropbox-dist/VERSION", "2.3.9\n");
-    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    facts = DropboxCheck::systemClientFacts();
     EXPECT_TRUE(facts.running);
     EXPECT_EQ(facts.bundleVersion, "2.3.9");
     EXPECT_FALSE(DropboxCheck::runningClientTest());
-}
+    client.reset();
 
-TEST_F(DropboxSystemClientTest, ABundleWithTheClientsIdentifier)
-{
+    // From the bundle with the client's identifier.
     const QString bundle = mHome + "/Apps/Dropbox.app";
     writeFile(bundle + "/Contents/Info.plist",
               PropertyList::serialize(QVariantMap{{"CFBundleIdentifier", "com.getdropbox.dropbox"},
@@ -251,8 +252,9 @@ TEST_F(DropboxSystemClientTest, ABundleWithTheClientsIdentifier)
                                                   {"CFBundleVersion", "Dropbox 2.4.11"},
                                                   {"CFBundleShortVersionString", "Dropbox 2.4.11"}},
                                       PropertyList::Format::Xml));
-    auto client = startClient(bundle + "/Contents/MacOS");
-    const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    QFile::remove(mHome + "/.dropbox-dist/VERSION");
+    client = startClient(bundle + "/Contents/MacOS");
+    facts = DropboxCheck::systemClientFacts();
     EXPECT_TRUE(facts.running);
     EXPECT_EQ(facts.bundleVersion, "Dropbox 2.4.11");
     EXPECT_TRUE(DropboxCheck::runningClientTest());
