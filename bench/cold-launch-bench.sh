@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Corvex developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# Cold launch of the application with a 2880 by 1800 PNG on its command line, until its window is on screen
+# (mapped: Corvex shows its window at once and draws the picture when its background load is done, the
+# reference only once it has decoded the picture), side by side with a minimal Qt Widgets program that opens the
+# same PNG in a label
+# (bench/reference/label_window.cpp, compiled here). Under Xvfb, in a home and on a session bus of its own;
+# medians and 90th percentiles of RUNS launches each (the window is noticed by polling every few milliseconds,
+# alike for both).
+#
+#   bench/cold-launch-bench.sh [BUILD_DIR] [RUNS]      (defaults: build, 10)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+if [ -z "${CORVEX_BENCH_INNER:-}" ]; then
+  export CORVEX_BENCH_INNER=1
+  exec xvfb-run -a -s "-screen 0 1920x1080x24" dbus-run-session -- bash "$0" "$@"
+fi
+build=${1:-build} runs=${2:-10}
+app=$(cd "$build" && pwd)/Corvex.app/Contents/MacOS/Corvex
+[ -x "$app" ] || { echo "cold-launch-bench: build $app first" >&2; exit 1; }
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export HOME=$work XDG_CONFIG_HOME=$work/.config XDG_DATA_HOME=$work/.local/share XDG_RUNTIME_DIR=$work/runtime
+mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+c++ -O2 -fPIC $(pkg-config --cflags Qt6Widgets) bench/reference/label_window.cpp -o "$work/reference" \
+  $(pkg-config --libs Qt6Widgets)
+python3 - "$work/shot.png" <<'PY'
+import sys, zlib, struct
+w, h = 2880, 1800
+rows = bytearray()
+for y in range(h):
+    rows += b'\x00' + bytes((x * 7 + y) % 256 for x in range(0, w * 3, 1))[: w * 3]
+def chunk(t, d): return struct.pack('>I', len(d)) + t + d + struct.pack('>I', zlib.crc32(t + d) & 0xffffffff)
+png = b'\x89PNG\r\n\x1a\n' + chunk(b'IHDR', struct.pack('>IIBBBBB', w, h, 8, 2, 0, 0, 0)) + \
+      chunk(b'IDAT', zlib.compress(bytes(rows), 6)) + chunk(b'IEND', b'')
+open(sys.argv[1], 'wb').write(png)
+PY
+# No first-run questions: the application as a user who has used it before meets it.
+corvex=$(cd "$build" && pwd)/bin/corvex
+"$corvex" defaults write com.ostrel.Corvex firstRunVers2 -bool NO >/dev/null
+"$corvex" defaults write com.ostrel.Corvex hasAskedToStartAtLogIn -bool YES >/dev/null
+"$corvex" defaults write com.ostrel.Corvex startAtLogIn -bool NO >/dev/null
+"$corvex" defaults write com.ostrel.Corvex SUHasLaunchedBefore -bool YES >/dev/null
+"$corvex" defaults write com.ostrel.Corvex SUEnableAutomaticChecks -bool NO >/dev/null
+
+# Milliseconds from start to a visible window of the process.
+launch() {
+  local start=$EPOCHREALTIME pid
+  "$@" >"$work/launch.log" 2>&1 &
+  pid=$!
+  until xdotool search --onlyvisible --pid "$pid" >/dev/null 2>&1; do
+    if ! kill -0 "$pid" 2>/dev/null; then
+      echo "cold-launch-bench: $1 ended without a window" >&2
+      return 1
+    fi
+  done
+  python3 -c "print(f'{($EPOCHREALTIME - $start) * 1000:.0f}')"
+  kill "$pid" 2>/dev/null; wait "$pid" 2>/dev/null || true
+  pkill -f CorvexAgent 2>/dev/null || true
+}
+stats() { sort -n | awk '{a[NR]=$1} END {m=a[int((NR+1)/2)]; p=a[int(NR*0.9+0.999)]; printf "%s %s\n", m, p}'; }
+
+ref=$(for _ in $(seq "$runs"); do launch "$work/reference" "$work/shot.png"; done | stats)
+cold=$(for _ in $(seq "$runs"); do launch "$app" -filePath "$work/shot.png" -screenNum 1; done | stats)
+read -r ref_median ref_p90 <<<"$ref"
+read -r cold_median cold_p90 <<<"$cold"
+printf '%-44s %7s %7s\n' "" "median" "p90"
+printf '%-44s %5s ms %4s ms\n' "reference: QLabel with the PNG" "$ref_median" "$ref_p90"
+printf '%-44s %5s ms %4s ms   %s x\n' "Corvex -filePath shot.png (2880x1800)" "$cold_median" "$cold_p90" \
+  "$(python3 -c "print(round($cold_median / $ref_median, 2))")"
