@@ -52,6 +52,10 @@ for binary in build-fuzz/fuzz/fuzz_*; do
     status=1
     { grep -E -m 40 'ERROR|SUMMARY|#[0-9]+ 0x|runtime error|Test unit written' "$log" || tail -20 "$log"; } |
       sed 's/^/    /'
+    # The input itself, so that a run whose folder is gone (CI) can still be reproduced.
+    for input in "$artifacts"*; do
+      [ -f "$input" ] && echo "    input $(basename "$input"), base64: $(head -c 4096 "$input" | base64 -w0)"
+    done
     if [ $keep = 1 ]; then
       mkdir -p "tests/fuzz/$name"
       cp "$artifacts"* "tests/fuzz/$name/" 2>/dev/null || true

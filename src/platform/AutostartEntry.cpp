@@ -237,8 +237,9 @@ QString AutostartEntry::quoteArgument(const QString &word)
 {
     static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
     bool needsQuotes = word.isEmpty();
+    // Any kind of space separates words when the line is read again, not only the ASCII ones.
     for (const QChar c : word)
-        needsQuotes = needsQuotes || reserved.contains(c);
+        needsQuotes = needsQuotes || reserved.contains(c) || c.isSpace();
     QString text = word;
     text.replace(u'%', QStringLiteral("%%"));
     if (!needsQuotes)

@@ -210,7 +210,8 @@ TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
     QDir().mkpath(folder);
     for (const QString &program :
          {u"/opt/My Apps/Corvex.app/Contents/MacOS/CorvexAgent"_s,
-          u"/tmp/odd \"name\" $HOME `x` back\\slash 100%/prog"_s, u"/plain/path"_s}) {
+          u"/tmp/odd \"name\" $HOME `x` back\\slash 100%/prog"_s, u"/plain/path"_s,
+          u"/home/me/My\u00a0Apps/Corvex"_s}) { // a no-break space separates words too
         AutostartEntry entry;
         entry.setName(u" Leading space"_s);
         entry.setProgram(program);
