@@ -9,7 +9,8 @@
 #
 # SECONDS a target (default 60). Prints the executions per second of each target; exits non-zero when any
 # target crashed, hung, leaked or tripped a sanitizer, after showing its report. --keep copies the inputs
-# that did so into the target's seed folder, as regression cases.
+# that did so into the target's seed folder, as regression cases. FUZZ_SEED=N makes a run repeatable (the
+# same inputs in the same order, as far as the time allows); unset, every run explores anew.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -43,7 +44,7 @@ for binary in build-fuzz/fuzz/fuzz_*; do
   mkdir -p "$corpus" "$artifacts"
   [ -d "tests/fuzz/$name" ] && cp -r "tests/fuzz/$name/." "$corpus/"
   result=ok
-  "$binary" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+  "$binary" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 -seed="${FUZZ_SEED:-0}" \
     -artifact_prefix="$artifacts" "$corpus" >"$log" 2>&1 || result=FAILED
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
   runs=${runs:-0}
