@@ -31,7 +31,7 @@ QByteArray identityOf(const QString &path)
            QByteArray::number(quint64(status.stx_ino)) + ' ' + QByteArray::number(birth);
 }
 
-// Runs `body` on the registry's descriptor under an exclusive lock; -1 when it cannot be opened.
+// Runs `body` on the registry's descriptor under an exclusive lock; false when the registry cannot be opened.
 template <class Body> bool withRegistry(Body &&body)
 {
     QDir().mkpath(QFileInfo(CreatedFiles::registryPath()).absolutePath());
