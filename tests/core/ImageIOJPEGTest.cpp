@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using corvex::test::psnr;
+
 // White with a one-pixel red line and blue text: what 4:2:0 chroma smears.
 QImage screenshotLike(int width = 123, int height = 45)
 {
@@ -43,19 +45,6 @@ QByteArray encode(const QImage &image, bool *ok = nullptr, QString *reason = nul
 QImage decode(const QByteArray &bytes)
 {
     return QImage::fromData(bytes, "jpeg").convertToFormat(QImage::Format_RGB888);
-}
-
-double psnr(const QImage &a, const QImage &b)
-{
-    double sum = 0;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
-            const int dr = qRed(p) - qRed(q), dg = qGreen(p) - qGreen(q), db = qBlue(p) - qBlue(q);
-            sum += dr * dr + dg * dg + db * db;
-        }
-    const double mse = sum / (3.0 * a.width() * a.height());
-    return mse == 0 ? 99.0 : 10 * std::log10(255.0 * 255.0 / mse);
 }
 
 // The sampling factors of each component in the start-of-frame segment.

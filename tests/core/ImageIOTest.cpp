@@ -25,6 +25,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using corvex::test::psnr;
+
 using namespace pngchunks;
 
 // An odd-sized picture of 40 flat blocks with hard edges: few colours, so every lossless format must give
@@ -50,28 +52,6 @@ QImage gradient(int width = 300, int height = 200)
     image.setDotsPerMeterX(2835);
     image.setDotsPerMeterY(2835);
     return image;
-}
-
-double psnr(const QImage &a, const QImage &b)
-{
-    double sum = 0;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
-            const int dr = qRed(p) - qRed(q), dg = qGreen(p) - qGreen(q), db = qBlue(p) - qBlue(q);
-            sum += dr * dr + dg * dg + db * db;
-        }
-    const double mse = sum / (3.0 * a.width() * a.height());
-    return mse == 0 ? 99.0 : 10 * std::log10(255.0 * 255.0 / mse);
-}
-
-int differingPixels(const QImage &a, const QImage &b)
-{
-    int count = 0;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            count += a.pixel(x, y) != b.pixel(x, y);
-    return count;
 }
 
 QByteArray littleEndian(quint32 value)
@@ -126,25 +106,6 @@ TEST_F(ImageIOTest, KindIsRecognisedFromContentNotName)
     EXPECT_EQ(ImageIOSource::kindOfFile(corvex::test::writeFile(path(u"g.png"_s), "hello")),
               ImageIOSource::Kind::Unknown);
     EXPECT_EQ(ImageIOSource::kindOfFile(path(u"missing.png"_s)), ImageIOSource::Kind::Unknown);
-}
-
-TEST_F(ImageIOTest, EveryFormatRoundTripsItsPixels)
-{
-    const QImage image = blocks();
-    for (const FileFormat *format : FileFormat::allFileFormats()) {
-        SCOPED_TRACE(format->description().toStdString());
-        const QImage back = read(write(u"round."_s + format->preferredExtension(), format->uti(), image));
-        ASSERT_EQ(back.size(), image.size());
-        if (format->uti() == FileFormat::JPEGType) {
-            // Lossy: judged on smooth content, where it must be close.
-            const QImage smooth = gradient();
-            const QImage smoothBack = read(write(u"smooth.jpg"_s, format->uti(), smooth));
-            EXPECT_GT(psnr(smoothBack, smooth), 35.0);
-            EXPECT_GT(psnr(back, image), 20.0);
-        } else {
-            EXPECT_EQ(differingPixels(back, image), 0);
-        }
-    }
 }
 
 TEST_F(ImageIOTest, TransparencySurvivesWhereTheFormatHasIt)
@@ -235,20 +196,12 @@ TEST_F(ImageIOTest, ResolutionGivesPointSizeAndTravelsWithTheImage)
         EXPECT_NEAR(dpi.width(), 144.0, 0.5);
     }
 
-    // No stored resolution means 72 dpi.
-    ASSERT_TRUE(
-        ImageIOSource::readProperties(write(u"plain.png"_s, FileFormat::PNGType, blocks()), &pixels, &dpi));
+    // 72 dpi is stored as 2835 pixels per metre (72.009 dpi): it reads as 72, and the size in points stays
+    // whole.
+    const QString plain = write(u"plain.png"_s, FileFormat::PNGType, blocks(1440, 900));
+    ASSERT_TRUE(ImageIOSource::readProperties(plain, &pixels, &dpi));
     EXPECT_EQ(dpi, QSizeF(72, 72));
-}
-
-TEST_F(ImageIOTest, SeventyTwoDpiMeasuresItsWholePixelSize)
-{
-    // 72 dpi is stored as 2835 pixels per metre (72.009 dpi): the size in points must still be whole.
-    QImage image = blocks(1440, 900);
-    image.setDotsPerMeterX(2835);
-    image.setDotsPerMeterY(2835);
-    const QString png = write(u"plain.png"_s, FileFormat::PNGType, image);
-    auto source = ImageIOSource::createWithURL(QUrl::fromLocalFile(png));
+    source = ImageIOSource::createWithURL(QUrl::fromLocalFile(plain));
     ASSERT_NE(source, nullptr);
     EXPECT_EQ(int(source->pointSize().width()), 1440);
     EXPECT_EQ(int(source->pointSize().height()), 900);

@@ -175,14 +175,12 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
             auto written = ImageIOSource::createWithURL(url(destination));
             ASSERT_NE(written, nullptr);
             ASSERT_EQ(written->image().size(), image.size());
+            // Lossless pairs give back every pixel; through JPEG the picture stays close.
             const bool lossy = from->uti() == FileFormat::JPEGType || to->uti() == FileFormat::JPEGType;
-            for (const QPoint point : {QPoint(2, 2), QPoint(20, 10), QPoint(24, 16)}) {
-                const QRgb got = written->image().pixel(point), want = image.pixel(point);
-                if (lossy)
-                    EXPECT_LT(qAbs(qGray(got) - qGray(want)), 10);
-                else
-                    EXPECT_EQ(got, want);
-            }
+            if (lossy)
+                EXPECT_GT(corvex::test::psnr(written->image(), image), 28.0);
+            else
+                EXPECT_EQ(corvex::test::psnr(written->image(), image), 99.0);
             EXPECT_FALSE(QFileInfo::exists(source));
         }
     }

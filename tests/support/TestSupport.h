@@ -8,6 +8,8 @@
 #include <chrono>
 #include <functional>
 
+class QImage;
+
 // Every test process runs in a home of its own (HOME and the XDG folders below a fresh temporary folder),
 // on a private D-Bus session bus and on Qt's offscreen platform. See TestMain.cpp.
 namespace corvex::test {
@@ -25,7 +27,11 @@ void spin(std::chrono::milliseconds duration);
 // Writes bytes to a file (creating its folder); returns the absolute path.
 QString writeFile(const QString &path, const QByteArray &bytes);
 
-struct ProcessResult {
+// The peak signal-to-noise ratio of b against a (same size) over red, green and blue, in dB; 99 when equal.
+double psnr(const QImage &a, const QImage &b);
+
+struct ProcessResult
+{
     int exitCode = -1;
     QByteArray out;
     QByteArray err;
