@@ -11,21 +11,23 @@
 //   QT_QPA_PLATFORM=offscreen)
 
 #include "app/CorvexWindowController.h"
-#include "platform/DistributedNotificationCenter.h"
 #include "app/ImageView.h"
-#include "foundation/Notifications.h"
 #include "core/ScreenshotInfo.h"
+#include "foundation/Notifications.h"
+#include "platform/DistributedNotificationCenter.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QLinearGradient>
+#include <QMetaEnum>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <memory>
 
 namespace {
@@ -80,11 +82,38 @@ void resetPeakResident()
         clear.write("5");
 }
 
+// Times every event the main thread handles: where a stall goes (the window's construction arrives as a
+// queued call, its first painting as an expose, later repaints as update requests).
+class TimingApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        if (!recording)
+            return QApplication::notify(receiver, event);
+        const char *type = QMetaEnum::fromType<QEvent::Type>().valueToKey(event->type());
+        const QString kind = QStringLiteral("%1 to %2")
+                                 .arg(QLatin1String(type ? type : "event"),
+                                      QLatin1String(receiver->metaObject()->className()));
+        QElapsedTimer timer;
+        timer.start();
+        const bool result = QApplication::notify(receiver, event);
+        double &slowest = slowestByKind[kind];
+        slowest = std::max(slowest, double(timer.nsecsElapsed()) / 1e6);
+        return result;
+    }
+
+    bool recording = false;
+    std::map<QString, double> slowestByKind;
+};
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
+    TimingApplication application(argc, argv);
     const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 10;
     const int width = argc > 3 ? atoi(argv[2]) : 5120;
     const int height = argc > 3 ? atoi(argv[3]) : 2880;
@@ -135,6 +164,7 @@ int main(int argc, char *argv[])
                        });
 
     resetPeakResident();
+    application.recording = true;
     const double residentBefore = residentMegabytes("VmRSS:");
     for (int run = 0; run < runs; ++run) {
         stall = 0;
@@ -163,6 +193,15 @@ int main(int argc, char *argv[])
                 percentile(painted, 0.5), percentile(painted, 0.9), percentile(painted, 1.0));
     std::printf("longest main-thread stall: median %7.1f ms   max %7.1f ms\n", percentile(longestStall, 0.5),
                 percentile(longestStall, 1.0));
+    application.recording = false;
+    std::vector<std::pair<double, QString>> slowest;
+    for (const auto &[kind, milliseconds] : application.slowestByKind)
+        slowest.emplace_back(milliseconds, kind);
+    std::sort(slowest.rbegin(), slowest.rend());
+    std::printf("slowest main-thread events (worst of the runs):");
+    for (size_t i = 0; i < std::min<size_t>(4, slowest.size()); ++i)
+        std::printf("%s %s %.1f ms", i ? "," : "", qPrintable(slowest[i].second), slowest[i].first);
+    std::printf("\n");
     std::printf("picture shown: %dx%d pixels in a %dx%d view\n", shownSize.width(), shownSize.height(),
                 viewSize.width(), viewSize.height());
     std::printf("resident memory: %.0f MB before the windows, peak %.0f MB while they opened\n",
