@@ -44,6 +44,7 @@ corvex=$(cd "$build" && pwd)/bin/corvex
 "$corvex" defaults write com.ostrel.Corvex startAtLogIn -bool NO >/dev/null
 "$corvex" defaults write com.ostrel.Corvex SUHasLaunchedBefore -bool YES >/dev/null
 "$corvex" defaults write com.ostrel.Corvex SUEnableAutomaticChecks -bool NO >/dev/null
+"$corvex" defaults write com.ostrel.Corvex moveToApplicationsFolderAlertSuppress -bool YES >/dev/null
 
 # Milliseconds from start to a visible window of the process.
 launch() {
