@@ -11,7 +11,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-tools-dev-tools libqt6dbus6 libqt6printsupport6 libqt6concurrent6
   libqt6svg6 qt6-image-formats-plugins qt6-qpa-plugins
   libplist-dev libssl-dev libglib2.0-dev libarchive-dev
-  libgif-dev libimagequant-dev libspng-dev libpoppler-qt6-dev libjpeg62-turbo-dev libtiff-dev zlib1g-dev
+  libgif-dev libimagequant-dev libspng-dev libpoppler-qt6-dev libpoppler-private-dev libjpeg62-turbo-dev libtiff-dev zlib1g-dev
   libgtest-dev libgmock-dev
   dbus dbus-x11 xvfb xauth x11-utils
   librsvg2-bin qt6-tools-dev desktop-file-utils xdg-utils appstream

@@ -20,10 +20,12 @@ struct PDFReaderModule
     int version;
     // Where poppler's own complaints about a document go ("Error (123): Illegal character").
     void (*setMessageHandler)(void (*handler)(const QString &message));
-    // The size of page 1 in points, as the page lies in its box (its /Rotate undone); 0 by 0 on failure.
+    // The size of page 1's media box in points, as it lies in the file (its /Rotate not applied); 0 by 0 on
+    // failure.
     QSizeF (*firstPageSize)(const QString &path, Status *status);
-    // Page 1 at one pixel per point, unpainted parts transparent; a null image, with the reason, when the
-    // document or page is missing or the page would need more than maximumBytes of pixels.
+    // Page 1's whole media box at one pixel per point, unrotated, unpainted parts transparent; a null image,
+    // with the reason, when the document or page is missing or the page would need more than maximumBytes of
+    // pixels.
     QImage (*renderFirstPage)(const QString &path, qint64 maximumBytes, Status *status, QString *reason);
 };
 

@@ -372,33 +372,51 @@ TEST_F(ImageIOTest, APDFPageIsExactlyTheImagesSizeInPoints)
     }
 }
 
-TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnUnrotated)
+TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnByItsWholeMediaBoxUnrotated)
 {
-    const auto page = [this](const QString &name, const QByteArray &extra) {
+    // Page 1 paints a red square at 400,600 (from the box's lower left corner) to 500,700: outside every
+    // crop box below.
+    const auto page = [this](const QByteArray &media, const QByteArray &extra) {
+        const QByteArray content = "q 1 0 0 rg " + QByteArray::number(400 + media.split(' ').at(0).toInt()) +
+                                   " " + QByteArray::number(600 + media.split(' ').at(1).toInt()) +
+                                   " 100 100 re f Q";
         const QByteArray objects[] = {
             "<</Type /Catalog /Pages 2 0 R>>",
             "<</Type /Pages /Kids [3 0 R] /Count 1>>",
-            "<</Type /Page /Parent 2 0 R /MediaBox [0 0 612 792] " + extra + ">>",
+            "<</Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [" + media + "] " + extra + ">>",
+            "<</Length " + QByteArray::number(content.size()) + ">> stream\n" + content + "\nendstream",
         };
         QByteArray pdf = "%PDF-1.4\n";
         QList<qsizetype> offsets;
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 4; ++i) {
             offsets.append(pdf.size());
             pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
         }
         const qsizetype xref = pdf.size();
-        pdf += "xref\n0 4\n0000000000 65535 f \n";
+        pdf += "xref\n0 5\n0000000000 65535 f \n";
         for (const qsizetype offset : offsets)
             pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
-        pdf += "trailer <</Size 4 /Root 1 0 R>>\nstartxref\n" + QByteArray::number(xref) + "\n%%EOF\n";
-        return corvex::test::writeFile(path(name), pdf);
+        pdf += "trailer <</Size 5 /Root 1 0 R>>\nstartxref\n" + QByteArray::number(xref) + "\n%%EOF\n";
+        return corvex::test::writeFile(path(u"box.pdf"_s), pdf);
     };
-    for (const QByteArray &extra :
-         {QByteArray(), QByteArray("/Rotate 90"), QByteArray("/Rotate 180"), QByteArray("/Rotate 270")}) {
-        SCOPED_TRACE(extra.constData());
-        const QString file = page(u"box.pdf"_s, extra);
+    const struct
+    {
+        QByteArray media, extra;
+    } cases[] = {{"0 0 612 792", ""},
+                 {"0 0 612 792", "/Rotate 90"},
+                 {"0 0 612 792", "/Rotate 180"},
+                 {"0 0 612 792", "/Rotate 270"},
+                 {"0 0 612 792", "/CropBox [0 0 300 200]"},
+                 {"0 0 612 792", "/CropBox [0 0 300 200] /Rotate 90"},
+                 {"100 100 712 892", "/CropBox [100 100 400 300]"}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(QByteArray(c.media + " " + c.extra).constData());
+        const QString file = page(c.media, c.extra);
         EXPECT_EQ(ImageIOPDF::firstPageSize(file), QSizeF(612, 792));
-        EXPECT_EQ(read(file).size(), QSize(612, 792));
+        const QImage image = read(file);
+        ASSERT_EQ(image.size(), QSize(612, 792));
+        EXPECT_EQ(image.pixel(450, 792 - 650), qRgb(255, 0, 0));
+        EXPECT_EQ(qAlpha(image.pixel(300, 500)), 0);
         QFile::remove(file);
     }
 }
