@@ -42,28 +42,6 @@ protected:
     {
         writeDefault(u"com.ostrel.Corvex"_s, QString::fromLatin1(key), {u"-string"_s, value});
     }
-    // A desktop application that records the files it is asked to open; returns its record file.
-    QString installRecordingViewer()
-    {
-        const QString record = home() + u"/opened.txt"_s;
-        QFile::remove(record);
-        const QString script = writeFile(home() + u"/bin/recording-viewer"_s,
-                                         "#!/bin/sh\nfor f in \"$@\"; do printf '%s\\n' \"$f\" >> \"" +
-                                             record.toUtf8() + "\"; done\n");
-        QFile::setPermissions(script, QFile::permissions(script) | QFile::ExeOwner);
-        writeFile(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                      u"/applications/recording-viewer.desktop"_s,
-                  "[Desktop Entry]\nType=Application\nName=Recording Viewer\nExec=" + script.toUtf8() +
-                      " %f\nMimeType=image/png;image/jpeg;\n");
-        return record;
-    }
-    static QStringList linesOf(const QString &path)
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    }
     QStringList namesIn(const QString &folder) const
     {
         return QDir(folder).entryList(QDir::Files, QDir::Name);
@@ -77,7 +55,7 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
     ApplicationStandIn app;
     app.setRunning(true);
     const QString target = freshFolder(u"moved"_s);
-    const QString record = installRecordingViewer();
+    const QString record = installRecordingOpener(u"recording-viewer"_s, "image/png;image/jpeg;");
     setBool("autoRename", true);
     setString("autoRenameFormat", u"Shot :$Counter2$"_s);
     setBool("autoReformat", true);
@@ -92,8 +70,8 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
 
     writeFile(mFolder + u"/Screenshot all.png"_s, pngBytes());
     const QString final = target + u"/Shot 01.jpg"_s;
-    ASSERT_TRUE(waitUntil([&] { return !linesOf(record).isEmpty(); }, std::chrono::seconds(10)));
-    EXPECT_EQ(linesOf(record), QStringList{final});
+    ASSERT_TRUE(waitUntil([&] { return !readLines(record).isEmpty(); }, std::chrono::seconds(10)));
+    EXPECT_EQ(readLines(record), QStringList{final});
     EXPECT_EQ(QImageReader(final).format(), QByteArray("jpeg"));
     EXPECT_TRUE(namesIn(mFolder).isEmpty());
     EXPECT_TRUE(app.received().isEmpty());
@@ -103,7 +81,7 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
     writeFile(mFolder + u"/Screenshot window.png"_s, pngBytes());
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
     EXPECT_EQ(app.receivedPaths(), QStringList{target + u"/Shot 02.jpg"_s});
-    EXPECT_EQ(linesOf(record).size(), 1);
+    EXPECT_EQ(readLines(record).size(), 1);
 }
 
 TEST_F(ScreenshotQueueTest, ABurstOfAHundredIsEachTakenOnce)

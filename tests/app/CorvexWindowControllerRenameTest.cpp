@@ -324,12 +324,7 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
 TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultForTheType)
 {
     // A desktop application that notes the file it was started with, the default for PNG pictures.
-    const QString marker = home() + u"/opened.txt"_s;
-    writeFile(home() + u"/.local/share/applications/org.example.Noter.desktop"_s,
-              QStringLiteral("[Desktop Entry]\nType=Application\nName=Noter\nMimeType=image/png;\n"
-                             "Exec=sh -c 'printf %%s \"$1\" > \"%1\"' sh %f\n")
-                  .arg(marker)
-                  .toUtf8());
+    const QString marker = installRecordingOpener(u"org.example.Noter"_s, "image/png;");
     writeFile(home() + u"/.config/mimeapps.list"_s,
               "[Default Applications]\nimage/png=org.example.Noter.desktop\n");
     AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
@@ -341,10 +336,8 @@ TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultF
     auto controller = openWindow(mPath);
     typeAndRename(*controller, u"Opened.png"_s);
     const QString renamed = mFolder + u"/Opened.png"_s;
-    ASSERT_TRUE(waitUntil([&] { return QFileInfo::exists(marker) && QFileInfo(marker).size() > 0; }));
-    QFile noted(marker);
-    ASSERT_TRUE(noted.open(QIODevice::ReadOnly));
-    EXPECT_EQ(QString::fromUtf8(noted.readAll()), renamed);
+    ASSERT_TRUE(waitUntil([&] { return !readLines(marker).isEmpty(); }));
+    EXPECT_EQ(readLines(marker), QStringList{renamed});
     shared.setBool(false, kOpenWithKey);
     shared.synchronize();
 }

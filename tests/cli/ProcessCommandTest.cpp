@@ -17,6 +17,7 @@ namespace {
 
 using corvex::test::home;
 using corvex::test::ProcessResult;
+using corvex::test::readFile;
 using corvex::test::runCli;
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
@@ -24,12 +25,6 @@ using corvex::test::writeFile;
 AppUserDefaults &defaults()
 {
     return AppUserDefaults::sharedCorvexDefaults();
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QString trashed(const QString &name)
@@ -40,15 +35,8 @@ QString trashed(const QString &name)
 class ProcessCommandTest : public testing::Test
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        // An application that records what it was asked to open.
-        const QString program = writeFile(home() + "/bin/record-open",
-                                          u"#!/bin/sh\necho \"$1\" >> \"%1\"\n"_s.arg(openedLog()).toUtf8());
-        QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
-        writeFile(home() + "/.local/share/applications/corvex-test-opener.desktop",
-                  u"[Desktop Entry]\nType=Application\nName=Opener\nExec=%1 %f\n"_s.arg(program).toUtf8());
-    }
+    // An application that records what it was asked to open.
+    static void SetUpTestSuite() { sOpened = corvex::test::installRecordingOpener(u"corvex-test-opener"_s); }
 
     void SetUp() override
     {
@@ -82,7 +70,8 @@ protected:
         return QString::fromUtf8(result.out).trimmed();
     }
 
-    static QString openedLog() { return home() + "/opened.txt"; }
+    static QString openedLog() { return sOpened; }
+    static inline QString sOpened;
 
     QString mFolder;
     QString mErrors;
@@ -92,9 +81,9 @@ protected:
 TEST_F(ProcessCommandTest, NothingOnLeavesTheFileAlone)
 {
     const QString shot = screenshot("Screenshot.png");
-    const QByteArray before = contents(shot);
+    const QByteArray before = readFile(shot);
     EXPECT_EQ(process(shot), shot);
-    EXPECT_EQ(contents(shot), before);
+    EXPECT_EQ(readFile(shot), before);
     EXPECT_EQ(QDir(mFolder).entryList(QDir::Files | QDir::Hidden), QStringList{"Screenshot.png"});
 }
 
@@ -104,10 +93,10 @@ TEST_F(ProcessCommandTest, RenameByPatternInTheSameFolder)
     defaults().setObject("Shot :$Counter2$:_:$Dimensions1$", "autoRenameFormat");
     defaults().setInteger(41, "autoRenameCount");
     const QString shot = screenshot("Screenshot.png");
-    const QByteArray before = contents(shot);
+    const QByteArray before = readFile(shot);
 
     EXPECT_EQ(process(shot), mFolder + "/Shot 42_64x48.png");
-    EXPECT_EQ(contents(mFolder + "/Shot 42_64x48.png"), before);
+    EXPECT_EQ(readFile(mFolder + "/Shot 42_64x48.png"), before);
     EXPECT_FALSE(QFileInfo::exists(shot));
     EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 42);
 
@@ -116,8 +105,8 @@ TEST_F(ProcessCommandTest, RenameByPatternInTheSameFolder)
     writeFile(mFolder + "/Shot 43_64x48 2.png", "someone else's too");
     const QString second = screenshot("Screenshot 2.png");
     EXPECT_EQ(process(second), mFolder + "/Shot 43_64x48 3.png");
-    EXPECT_EQ(contents(mFolder + "/Shot 43_64x48.png"), "someone else's");
-    EXPECT_EQ(contents(mFolder + "/Shot 43_64x48 2.png"), "someone else's too");
+    EXPECT_EQ(readFile(mFolder + "/Shot 43_64x48.png"), "someone else's");
+    EXPECT_EQ(readFile(mFolder + "/Shot 43_64x48 2.png"), "someone else's too");
 
     // A pattern that gives no name: the step fails, the file stays.
     defaults().setObject("::", "autoRenameFormat");
@@ -136,9 +125,9 @@ TEST_F(ProcessCommandTest, ConvertSendsTheSourceToTheTrash)
 
     const QString result = process(shot);
     EXPECT_EQ(result, mFolder + "/Convert me 2.jpg");
-    EXPECT_TRUE(contents(result).startsWith("\xff\xd8\xff"));
+    EXPECT_TRUE(readFile(result).startsWith("\xff\xd8\xff"));
     EXPECT_EQ(QImage(result).size(), QSize(128, 96));
-    EXPECT_EQ(contents(mFolder + "/Convert me.jpg"), "an older file");
+    EXPECT_EQ(readFile(mFolder + "/Convert me.jpg"), "an older file");
     EXPECT_FALSE(QFileInfo::exists(shot));
     EXPECT_TRUE(QFileInfo::exists(trashed("Convert me.png")));
     // No helper file is left behind.
@@ -155,7 +144,7 @@ TEST_F(ProcessCommandTest, AFailedConversionKeepsTheFile)
     const QString broken = writeFile(mFolder + "/Broken.png", "not an image at all");
     EXPECT_EQ(process(broken, 1), broken);
     EXPECT_TRUE(mErrors.contains("convert failed")) << mErrors.toStdString();
-    EXPECT_EQ(contents(broken), "not an image at all");
+    EXPECT_EQ(readFile(broken), "not an image at all");
     EXPECT_EQ(QDir(mFolder).entryList(QDir::Files | QDir::Hidden), QStringList{"Broken.png"});
 
     defaults().setObject("webp", "autoReformatExtension");
@@ -171,15 +160,15 @@ TEST_F(ProcessCommandTest, MoveIntoTheChosenFolder)
     defaults().setBool(true, "autoMove");
     defaults().setObject("~/Pictures/Sorted/2013", "autoMoveFolder");
     const QString shot = screenshot("Moved.png");
-    const QByteArray before = contents(shot);
+    const QByteArray before = readFile(shot);
     const QString destination = home() + "/Pictures/Sorted/2013/Moved.png";
     EXPECT_EQ(process(shot), destination);
-    EXPECT_EQ(contents(destination), before);
+    EXPECT_EQ(readFile(destination), before);
     EXPECT_FALSE(QFileInfo::exists(shot));
 
     const QString again = screenshot("Moved.png");
     EXPECT_EQ(process(again), home() + "/Pictures/Sorted/2013/Moved 2.png");
-    EXPECT_EQ(contents(destination), before);
+    EXPECT_EQ(readFile(destination), before);
 
     defaults().removeObjectForKey("autoMoveFolder");
     const QString stays = screenshot("Stays.png");
@@ -204,7 +193,7 @@ TEST_F(ProcessCommandTest, OpenOnlyWhenTheAgentHandlesIt)
 
     defaults().setObject("corvex-test-opener", "openWithBundleIdentifier");
     EXPECT_EQ(process(shot), shot);
-    EXPECT_TRUE(waitUntil([&] { return contents(openedLog()) == (shot + "\n").toUtf8(); }));
+    EXPECT_TRUE(waitUntil([&] { return readFile(openedLog()) == (shot + "\n").toUtf8(); }));
 
     defaults().setObject("org.example.NotInstalled", "openWithBundleIdentifier");
     EXPECT_EQ(process(shot, 1), shot);
@@ -232,7 +221,7 @@ TEST_F(ProcessCommandTest, AllStepsInOrder)
     EXPECT_TRUE(QFileInfo::exists(trashed("Shot001.png"))) << "renamed before it was converted";
     EXPECT_TRUE(QDir(mFolder).isEmpty(QDir::Files | QDir::Hidden));
     EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 1);
-    EXPECT_TRUE(waitUntil([&] { return contents(openedLog()).contains((expected + "\n").toUtf8()); }));
+    EXPECT_TRUE(waitUntil([&] { return readFile(openedLog()).contains((expected + "\n").toUtf8()); }));
     QFile::remove(openedLog());
 }
 

@@ -5,6 +5,7 @@
 #include "TestSupport.h"
 #include "core/AppUserDefaults.h"
 #include "core/FileFormat.h"
+#include "core/ImageIODestination.h"
 #include "core/ScreenshotInfo.h"
 #include "platform/PreferenceStore.h"
 
@@ -12,9 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -206,23 +204,19 @@ TEST_F(ProcessorTest, ARecordWithoutAttributesStillGetsAName)
     EXPECT_TRUE(name == u"Shot %1"_s.arg(year) || name == u"Shot %1"_s.arg(year + 1)) << name.toStdString();
 }
 
-QString writePdf(const QString &path, const QSizeF &points)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QPdfWriter writer(path);
-    writer.setResolution(72);
-    writer.setPageSize(QPageSize(points, QPageSize::Point));
-    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    QPainter painter(&writer);
-    painter.drawText(QPointF(20, 20), "first");
-    writer.newPage();
-    painter.drawText(QPointF(20, 20), "second");
-    return path;
-}
-
 TEST_F(ProcessorTest, DimensionTokens)
 {
-    const QString pdf = writePdf(home() + "/dims/letter.pdf", QSizeF(612, 792));
+    // A page of 612 by 792 points: a picture of as many pixels at 72 dpi, written as a PDF.
+    QImage letter(612, 792, QImage::Format_RGB32);
+    letter.fill(Qt::white);
+    letter.setDotsPerMeterX(2835);
+    letter.setDotsPerMeterY(2835);
+    const QString pdf = home() + "/dims/letter.pdf";
+    QDir().mkpath(home() + "/dims");
+    auto destination = ImageIODestination::createWithURL(QUrl::fromLocalFile(pdf), FileFormat::PDFType);
+    ASSERT_NE(destination, nullptr);
+    destination->addImage(letter);
+    ASSERT_TRUE(destination->finalize());
     defaults().setObject("$Dimensions2$", "autoRenameFormat");
     const ScreenshotInfo pdfInfo(pdf, 1);
     EXPECT_EQ(processor().fileNameByAutomaticRenamingFromInfo(pdfInfo, format("pdf")), "612 x 792");
@@ -255,36 +249,25 @@ protected:
     static void SetUpTestSuite()
     {
         // Made before GIO first reads the application folders.
-        for (const char *name : {"viewer", "editor", "pdfviewer", "other"}) {
-            const QString program = home() + "/bin/record-" + name;
-            writeFile(program, u"#!/bin/sh\necho \"%1 $1\" >> \"%2\"\n"_s.arg(name, openedLog()).toUtf8());
-            QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
-            writeFile(home() + "/.local/share/applications/corvex-test-" + name + ".desktop",
-                      QStringLiteral("[Desktop Entry]\nType=Application\nName=Test %1\nExec=%2 %f\n"
-                                     "MimeType=image/png;text/plain;application/pdf;\n")
-                          .arg(name, program)
-                          .toUtf8());
-        }
+        for (const char *name : {"viewer", "editor", "pdfviewer", "other"})
+            corvex::test::installRecordingOpener(u"corvex-test-"_s + QLatin1String(name),
+                                                 "image/png;text/plain;application/pdf;");
         writeFile(home() + "/.config/mimeapps.list", "[Default Applications]\n"
                                                      "image/png=corvex-test-viewer.desktop\n"
                                                      "text/plain=corvex-test-editor.desktop\n"
                                                      "application/pdf=corvex-test-pdfviewer.desktop\n");
     }
 
-    static QString openedLog() { return home() + "/opened.txt"; }
-
-    static QStringList opened()
+    // The files the application was asked to open.
+    static QStringList opened(const char *name)
     {
-        QFile file(openedLog());
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+        return corvex::test::readLines(home() + u"/opened-corvex-test-"_s + QLatin1String(name) + u".txt"_s);
     }
 
     // Waits for the launched program to record the file.
-    static bool waitForOpened(const QString &line)
+    static bool waitForOpened(const char *name, const QString &file)
     {
-        return waitUntil([&] { return opened().contains(line); });
+        return waitUntil([&] { return opened(name).contains(file); });
     }
 };
 
@@ -293,12 +276,12 @@ TEST_F(ProcessorOpenTest, OpensWithADesktopFileId)
     const QString file = writeFile(home() + "/open/one.png", "png");
     LogCapture capture;
     EXPECT_TRUE(processor().openURL(QUrl::fromLocalFile(file), "corvex-test-other"));
-    EXPECT_TRUE(waitForOpened("other " + file));
+    EXPECT_TRUE(waitForOpened("other", file));
     EXPECT_TRUE(processor().openURL(QUrl::fromLocalFile(file), "corvex-test-other.desktop"));
     EXPECT_EQ(capture.messages(DDLogFlagInfo),
               (QStringList{"Opened " + file + " with app identifier corvex-test-other",
                            "Opened " + file + " with app identifier corvex-test-other.desktop"}));
-    EXPECT_TRUE(waitUntil([&] { return opened().count("other " + file) == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return opened("other").count(file) == 2; }));
 }
 
 TEST_F(ProcessorOpenTest, PlatformIdentifiersStandForTheDesktopDefaults)
@@ -306,11 +289,11 @@ TEST_F(ProcessorOpenTest, PlatformIdentifiersStandForTheDesktopDefaults)
     const QString png = writeFile(home() + "/open/two.png", QByteArray::fromHex("89504e470d0a1a0a"));
     const QString pdf = writeFile(home() + "/open/two.pdf", "%PDF-1.4\n");
     EXPECT_TRUE(processor().openURL(QUrl::fromLocalFile(png), "com.apple.Preview"));
-    EXPECT_TRUE(waitForOpened("viewer " + png));
+    EXPECT_TRUE(waitForOpened("viewer", png));
     EXPECT_TRUE(processor().openURL(QUrl::fromLocalFile(pdf), "com.apple.Preview"));
-    EXPECT_TRUE(waitForOpened("pdfviewer " + pdf));
+    EXPECT_TRUE(waitForOpened("pdfviewer", pdf));
     EXPECT_TRUE(processor().openURL(QUrl::fromLocalFile(png), "com.apple.TextEdit"));
-    EXPECT_TRUE(waitForOpened("editor " + png));
+    EXPECT_TRUE(waitForOpened("editor", png));
 }
 
 TEST_F(ProcessorOpenTest, FailuresAreLogged)

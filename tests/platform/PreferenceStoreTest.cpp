@@ -27,11 +27,7 @@ namespace {
 
 const QString kDomain = u"com.example.Store"_s;
 
-QByteArray readBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using corvex::test::readFile;
 
 // Every write replaces the file, so a new inode means a new write.
 ino_t inodeOf(const QString &path)
@@ -77,7 +73,7 @@ TEST_F(PreferenceStoreTest, EveryPropertyListTypeRoundTripsThroughTheFile)
     expected.insert(u"list"_s, QVariantList{u"x"_s});
     EXPECT_TRUE(PropertyList::equal(reader.dictionary(kDomain), expected));
     // The file itself is an XML property list.
-    EXPECT_TRUE(readBytes(reader.pathForDomain(kDomain)).startsWith("<?xml"));
+    EXPECT_TRUE(readFile(reader.pathForDomain(kDomain)).startsWith("<?xml"));
 }
 
 TEST_F(PreferenceStoreTest, DatesKeepWholeSecondsInThisProcessAsOnDisk)
@@ -115,12 +111,12 @@ TEST_F(PreferenceStoreTest, DamagedFilesAreMovedAsideAndTheDomainStartsEmpty)
         const QStringList aside = QDir(dir()).entryList({kDomain + u".plist.corrupt-*"_s}, QDir::Files);
         ASSERT_EQ(aside.size(), 1) << damaged.constData();
         EXPECT_TRUE(QRegularExpression(u"\\.corrupt-\\d{8}-\\d{6}$"_s).match(aside.first()).hasMatch());
-        EXPECT_EQ(readBytes(dir() + QLatin1Char('/') + aside.first()), damaged);
+        EXPECT_EQ(readFile(dir() + QLatin1Char('/') + aside.first()), damaged);
         // The domain goes on: a write makes a fresh, valid file and leaves the damaged copy alone.
         ASSERT_TRUE(store.setValue(kDomain, u"k"_s, u"v"_s));
         ASSERT_TRUE(store.synchronize(kDomain));
         EXPECT_EQ(PropertyList::readFile(path).toMap().value(u"k"_s).toString(), u"v"_s);
-        EXPECT_EQ(readBytes(dir() + QLatin1Char('/') + aside.first()), damaged);
+        EXPECT_EQ(readFile(dir() + QLatin1Char('/') + aside.first()), damaged);
     }
 }
 

@@ -17,11 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using corvex::test::readFile;
 
 TEST(Trash, ItemGoesToTheTrashWithItsInfo)
 {
@@ -32,9 +28,9 @@ TEST(Trash, ItemGoesToTheTrashWithItsInfo)
     EXPECT_FALSE(QFileInfo::exists(file));
     EXPECT_TRUE(QDir::isAbsolutePath(trashed));
     EXPECT_EQ(trashed, qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash/files/50% done.png"_s);
-    EXPECT_EQ(contents(trashed), QByteArray("pixels"));
+    EXPECT_EQ(readFile(trashed), QByteArray("pixels"));
     const QByteArray info =
-        contents(qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash/info/50% done.png.trashinfo"_s);
+        readFile(qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash/info/50% done.png.trashinfo"_s);
     EXPECT_TRUE(info.startsWith("[Trash Info]\n"));
     EXPECT_TRUE(info.contains(
         QByteArray(QByteArray("Path=") + QFile::encodeName(dir.path()) + "/50%25%20done.png\n")))
@@ -50,8 +46,8 @@ TEST(Trash, SameNameTwiceKeepsBoth)
     ASSERT_TRUE(
         Trash::moveItemToTrash(corvex::test::writeFile(dir.filePath(u"twice.png"_s), "two"), &second));
     EXPECT_NE(first, second);
-    EXPECT_EQ(contents(first), QByteArray("one"));
-    EXPECT_EQ(contents(second), QByteArray("two"));
+    EXPECT_EQ(readFile(first), QByteArray("one"));
+    EXPECT_EQ(readFile(second), QByteArray("two"));
 }
 
 TEST(Trash, MissingDataFolderIsCreatedInsteadOfTrashingIntoTheCurrentFolder)
@@ -90,14 +86,14 @@ TEST(FileMove, RenamesAndRefusesToReplace)
     const QString destination = dir.filePath(u"b.png"_s);
     ASSERT_TRUE(FileMove::moveItemAtPath(source, destination));
     EXPECT_FALSE(QFileInfo::exists(source));
-    EXPECT_EQ(contents(destination), QByteArray("first"));
+    EXPECT_EQ(readFile(destination), QByteArray("first"));
 
     const QString other = corvex::test::writeFile(dir.filePath(u"c.png"_s), "second");
     CorvexError error;
     EXPECT_FALSE(FileMove::moveItemAtPath(other, destination, &error));
     EXPECT_EQ(error.code(), CorvexError::FileWriteFileExistsError);
-    EXPECT_EQ(contents(destination), QByteArray("first"));
-    EXPECT_EQ(contents(other), QByteArray("second"));
+    EXPECT_EQ(readFile(destination), QByteArray("first"));
+    EXPECT_EQ(readFile(other), QByteArray("second"));
 
     EXPECT_FALSE(FileMove::moveItemAtPath(dir.filePath(u"none.png"_s), dir.filePath(u"d.png"_s), &error));
     EXPECT_EQ(error.code(), CorvexError::FileNoSuchFileError);
@@ -124,7 +120,7 @@ TEST(FileMove, AcrossFileSystemsCopiesThenRemoves)
     const QString destination = shm.filePath(u"big.tiff"_s);
     ASSERT_TRUE(FileMove::moveItemAtPath(source, destination));
     EXPECT_FALSE(QFileInfo::exists(source));
-    EXPECT_EQ(contents(destination), bytes);
+    EXPECT_EQ(readFile(destination), bytes);
     struct stat moved
     {
     };

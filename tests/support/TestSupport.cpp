@@ -52,6 +52,31 @@ QString writeFile(const QString &path, const QByteArray &bytes)
     return info.absoluteFilePath();
 }
 
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList readLines(const QString &path)
+{
+    return QString::fromUtf8(readFile(path)).split(u'\n', Qt::SkipEmptyParts);
+}
+
+QString installRecordingOpener(const QString &desktopId, const QByteArray &mimeTypes)
+{
+    const QString record = home() + QStringLiteral("/opened-%1.txt").arg(desktopId);
+    QFile::remove(record);
+    const QString program = writeFile(home() + QStringLiteral("/bin/record-") + desktopId,
+                                      "#!/bin/sh\nfor f in \"$@\"; do printf '%s\\n' \"$f\" >> \"" +
+                                          record.toUtf8() + "\"; done\n");
+    QFile::setPermissions(program, QFile::permissions(program) | QFile::ExeOwner);
+    writeFile(home() + QStringLiteral("/.local/share/applications/%1.desktop").arg(desktopId),
+              "[Desktop Entry]\nType=Application\nName=" + desktopId.toUtf8() + "\nExec=" + program.toUtf8() +
+                  " %f\n" + (mimeTypes.isEmpty() ? QByteArray() : "MimeType=" + mimeTypes + "\n"));
+    return record;
+}
+
 double psnr(const QImage &a, const QImage &b)
 {
     double sum = 0;

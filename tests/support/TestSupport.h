@@ -27,6 +27,17 @@ void spin(std::chrono::milliseconds duration);
 // Writes bytes to a file (creating its folder); returns the absolute path.
 QString writeFile(const QString &path, const QByteArray &bytes);
 
+// The whole contents of a file; empty when it cannot be read.
+QByteArray readFile(const QString &path);
+
+// The lines of a text file, without empty ones.
+QStringList readLines(const QString &path);
+
+// Installs a desktop application with the id (the entry's file name without ".desktop") that records each
+// file it is asked to open, one line each, in the file it returns; it handles the MIME types given (e.g.
+// "image/png;image/jpeg;"). Applications are best installed before GIO first reads the folders.
+QString installRecordingOpener(const QString &desktopId, const QByteArray &mimeTypes = {});
+
 // The peak signal-to-noise ratio of b against a (same size) over red, green and blue, in dB; 99 when equal.
 double psnr(const QImage &a, const QImage &b);
 
