@@ -60,6 +60,14 @@ QUrl AgentControl::agentApplicationURL()
 
 void AgentControl::launchAgent()
 {
+    // An agent that already runs in this session is found, as a launch of a running application finds it,
+    // rather than started again only to find it and end.
+    const QList<RunningApplication> running =
+        RunningApplications::runningApplicationsWithBundleIdentifier(kCorvexAgentDomain);
+    if (!running.isEmpty()) {
+        DDLogInfo(QStringLiteral("Agent launch succeeded: %1").arg(running.first().bundlePath));
+        return;
+    }
     const QString agentPath = agentApplicationURL().toLocalFile();
     CorvexError error;
     if (launchBundle(agentPath, &error))
