@@ -46,16 +46,6 @@ protected:
         writeFile(mHome + "/.dropbox/host.db", "9f3a61c0d2e4b5a6\n" + folder.toUtf8().toBase64() + "\n");
     }
 
-    // A Dropbox folder with a "Screenshots" directory, named in the settings file, and a new-enough client.
-    QString setUpCompatibilityProblem()
-    {
-        const QString folder = mHome + "/Dropbox";
-        QDir().mkpath(folder + "/Screenshots");
-        writeHostDb(folder);
-        setClient(true, "2.4.0", "2.4.0");
-        return folder;
-    }
-
     QString mHome;
     static inline int sCount = 0;
 };
@@ -121,13 +111,17 @@ TEST_F(DropboxCheckTest, FolderLookupDetectsTheEncodingAndReadsLongLines)
     EXPECT_FALSE(DropboxCheck::decodeBase64(QByteArray()));
 }
 
+// The folder test, and the warning that the check logs only when the test is true.
 TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
 {
+    LogCapture capture;
     const QString folder = mHome + "/Dropbox";
     QDir().mkpath(folder);
     writeHostDb(folder);
     setClient(true, "2.4.0", "2.4.0");
     EXPECT_FALSE(DropboxCheck::screenshotFolderTest()) << "no Screenshots folder";
+    DropboxCheck::checkDropbox();
+    EXPECT_TRUE(capture.messages().isEmpty());
 
     writeFile(folder + "/Screenshots", "a file, not a folder");
     EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
@@ -135,15 +129,25 @@ TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
     QFile::remove(folder + "/Screenshots");
     QDir().mkpath(folder + "/Screenshots");
     EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
+    DropboxCheck::checkDropbox();
+    const QString warning =
+        "The Dropbox feature \"Share screenshots using Dropbox\" is incompatible with Corvex "
+        "and might be turned on.\n\nPlease check the preferences in the Dropbox app and "
+        "make sure it is turned off.\n";
+    EXPECT_EQ(capture.messages(DDLogFlagWarning), QStringList{warning});
+    EXPECT_EQ(capture.messages().size(), 1);
 
     setClient(true, "2.3.9", "2.3.9");
     EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
-    setClient(false, QString(), QString());
-    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
 
+    // Without the settings file, the folder named in info.json alone is found.
     setClient(true, "2.4.0", "2.4.0");
     QFile::remove(mHome + "/.dropbox/host.db");
     EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+    const QString work = mHome + "/Dropbox (Work)";
+    QDir().mkpath(work + "/Screenshots");
+    writeFile(mHome + "/.dropbox/info.json", R"({"business": {"path": ")" + work.toUtf8() + R"("}})");
+    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
 }
 
 TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
@@ -166,32 +170,6 @@ TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
         EXPECT_EQ(DropboxCheck::accountFolders(), c.folders) << c.json.constData();
         EXPECT_EQ(capture.takeMessages().size(), c.warned ? 1 : 0) << c.json.constData();
     }
-}
-
-TEST_F(DropboxCheckTest, FolderTestFindsTheFolderOfInfoJsonAlone)
-{
-    const QString folder = mHome + "/Dropbox (Work)";
-    QDir().mkpath(folder + "/Screenshots");
-    setClient(true, "2.4.0", "2.4.0");
-    writeFile(mHome + "/.dropbox/info.json", R"({"business": {"path": ")" + folder.toUtf8() + R"("}})");
-    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
-}
-
-TEST_F(DropboxCheckTest, CheckLogsTheWarningOnlyWhenTheFolderTestIsTrue)
-{
-    LogCapture capture;
-    DropboxCheck::checkDropbox();
-    EXPECT_TRUE(capture.messages().isEmpty());
-
-    setUpCompatibilityProblem();
-    DropboxCheck::checkDropbox();
-    const QStringList warnings = capture.messages(DDLogFlagWarning);
-    ASSERT_EQ(warnings.size(), 1);
-    EXPECT_EQ(
-        warnings.first(),
-        "The Dropbox feature \"Share screenshots using Dropbox\" is incompatible with Corvex and might be "
-        "turned on.\n\nPlease check the preferences in the Dropbox app and make sure it is turned off.\n");
-    EXPECT_EQ(capture.messages().size(), 1);
 }
 
 TEST_F(DropboxCheckTest, DistributionFolderNames)
@@ -224,24 +202,25 @@ protected:
 TEST_F(DropboxSystemClientTest, TheRunningClientsVersion)
 {
     EXPECT_FALSE(DropboxCheck::systemClientFacts().running);
+    // No provider set: the client test uses the system's facts.
+    const auto expectClient = [](const QString &version, bool newEnough) {
+        const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+        EXPECT_TRUE(facts.running);
+        EXPECT_EQ(facts.bundleVersion, version);
+        EXPECT_EQ(facts.shortVersionString, version);
+        EXPECT_EQ(DropboxCheck::runningClientTest(), newEnough);
+    };
 
     // From the name of the distribution folder it runs from.
     auto client = startClient(mHome + "/.dropbox-dist/dropbox-lnx.x86_64-2.10.1");
     writeFile(mHome + "/.dropbox-dist/VERSION", "1.0.0\n");
-    DropboxClientFacts facts = DropboxCheck::systemClientFacts();
-    EXPECT_TRUE(facts.running);
-    EXPECT_EQ(facts.bundleVersion, "2.10.1");
-    EXPECT_EQ(facts.shortVersionString, "2.10.1");
-    EXPECT_TRUE(DropboxCheck::runningClientTest()) << "no provider set: the system's facts are used";
+    expectClient("2.10.1", true);
     client.reset();
 
     // From the VERSION file when the folder's name has none.
     client = startClient(mHome + "/.dropbox-dist/current");
     writeFile(mHome + "/.dropbox-dist/VERSION", "2.3.9\n");
-    facts = DropboxCheck::systemClientFacts();
-    EXPECT_TRUE(facts.running);
-    EXPECT_EQ(facts.bundleVersion, "2.3.9");
-    EXPECT_FALSE(DropboxCheck::runningClientTest());
+    expectClient("2.3.9", false);
     client.reset();
 
     // From the bundle with the client's identifier.
@@ -254,10 +233,7 @@ TEST_F(DropboxSystemClientTest, TheRunningClientsVersion)
                                       PropertyList::Format::Xml));
     QFile::remove(mHome + "/.dropbox-dist/VERSION");
     client = startClient(bundle + "/Contents/MacOS");
-    facts = DropboxCheck::systemClientFacts();
-    EXPECT_TRUE(facts.running);
-    EXPECT_EQ(facts.bundleVersion, "Dropbox 2.4.11");
-    EXPECT_TRUE(DropboxCheck::runningClientTest());
+    expectClient("Dropbox 2.4.11", true);
 }
 
 } // namespace

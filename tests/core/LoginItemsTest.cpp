@@ -38,21 +38,14 @@ class LoginItemsTest : public testing::Test
 protected:
     void SetUp() override
     {
-        mRoot = corvex::test::home() + u"/login-"_s + QString::number(++sCounter);
-        mFolder = mRoot + u"/autostart"_s;
         QDir().mkpath(mFolder);
-        mCurrent = u"/Current/Corvex.app"_s;
-        const QString currentApp =
-            makeBundle(mRoot + u"/Current"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"2.0.5"_s);
-        mAgent = makeBundle(currentApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s,
+        mCurrentApp = makeBundle(mRoot + u"/Current"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"2.0.5"_s);
+        mAgent = makeBundle(mCurrentApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s,
                             u"com.ostrel.CorvexAgent"_s, u"2.0.5"_s);
-        const QString oldApp = makeBundle(mRoot + u"/Old"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"1.9"_s);
-        mOldApp = oldApp;
-        mOldAgent = makeBundle(oldApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s, u"com.ostrel.CorvexAgent"_s,
-                               u"1.9"_s);
-        mLogger = std::make_unique<LogCapture>();
+        mOldApp = makeBundle(mRoot + u"/Old"_s, u"Corvex"_s, u"com.ostrel.Corvex"_s, u"1.9"_s);
+        mOldAgent = makeBundle(mOldApp + u"/Contents/Helpers"_s, u"CorvexAgent"_s,
+                               u"com.ostrel.CorvexAgent"_s, u"1.9"_s);
     }
-    void TearDown() override { mLogger.reset(); }
 
     // Writes an entry whose modification time puts it at the given place in the list.
     QString addEntry(const QString &fileName, const QString &name, const QString &program, int order)
@@ -69,23 +62,26 @@ protected:
         return path;
     }
     QString agentProgram(const QString &bundle) const { return bundle + u"/Contents/MacOS/CorvexAgent"_s; }
-    QStringList names(const QList<LoginItem> &items) const
+    // The file names of the entries, in the list's order.
+    QStringList names() const
     {
         QStringList result;
-        for (const LoginItem &item : items)
+        for (const LoginItem &item : items.snapshot())
             result.append(QFileInfo(item.entryPath).fileName());
         return result;
     }
     QUrl agentURL() const { return QUrl::fromLocalFile(mAgent); }
 
     static inline int sCounter = 0;
-    QString mRoot, mFolder, mCurrent, mAgent, mOldApp, mOldAgent;
-    std::unique_ptr<LogCapture> mLogger;
+    const QString mRoot = corvex::test::home() + u"/login-"_s + QString::number(++sCounter);
+    const QString mFolder = mRoot + u"/autostart"_s;
+    QString mCurrentApp, mAgent, mOldApp, mOldAgent;
+    LoginItems items{mFolder};
+    LogCapture mLogger;
 };
 
 TEST_F(LoginItemsTest, AddingLeavesExactlyOneAgentEntryAtTheEnd)
 {
-    LoginItems items(mFolder);
     addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
     addEntry(u"editor.desktop"_s, u"Editor"_s, u"/bin/sh"_s, 2);
     addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 3);
@@ -95,11 +91,9 @@ TEST_F(LoginItemsTest, AddingLeavesExactlyOneAgentEntryAtTheEnd)
     const QList<LoginItem> after = items.snapshot();
     ASSERT_EQ(after.size(), 2);
     EXPECT_EQ(QFileInfo(after.at(0).entryPath).fileName(), u"editor.desktop"_s);
-    QUrl url;
-    ASSERT_TRUE(LoginItems::resolveItem(after.at(1), &url));
-    EXPECT_EQ(LoginItems::standardizedURL(url), LoginItems::standardizedURL(agentURL()));
+    EXPECT_EQ(after.at(1).program, agentProgram(mAgent));
     EXPECT_EQ(after.at(1).displayName, u"CorvexAgent"_s);
-    EXPECT_TRUE(mLogger->takeMessages().isEmpty());
+    EXPECT_TRUE(mLogger.takeMessages().isEmpty());
 
     // Adding again replaces the entry instead of piling up another one.
     items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
@@ -108,85 +102,75 @@ TEST_F(LoginItemsTest, AddingLeavesExactlyOneAgentEntryAtTheEnd)
 
 TEST_F(LoginItemsTest, RemovingTakesOnlyTheFirstAgentEntry)
 {
-    LoginItems items(mFolder);
     addEntry(u"b-old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
     addEntry(u"a-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 2);
 
     items.removeAgentFromLoginItems();
-    EXPECT_EQ(names(items.snapshot()), QStringList{u"a-agent.desktop"_s});
+    EXPECT_EQ(names(), QStringList{u"a-agent.desktop"_s});
     items.removeAgentFromLoginItems();
     EXPECT_TRUE(items.snapshot().isEmpty());
     items.removeAgentFromLoginItems(); // nothing left: nothing happens
-    EXPECT_TRUE(mLogger->takeMessages().isEmpty());
+    EXPECT_TRUE(mLogger.takeMessages().isEmpty());
 }
 
 TEST_F(LoginItemsTest, OlderCopiesOfTheApplicationGoEqualOnesStay)
 {
-    LoginItems items(mFolder);
     addEntry(u"old-app.desktop"_s, u"Corvex"_s, mOldApp + u"/Contents/MacOS/Corvex"_s, 1);
-    addEntry(u"current-app.desktop"_s, u"Corvex"_s, mRoot + mCurrent + u"/Contents/MacOS/Corvex"_s, 2);
+    addEntry(u"current-app.desktop"_s, u"Corvex"_s, mCurrentApp + u"/Contents/MacOS/Corvex"_s, 2);
 
     items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
-    QStringList left = names(items.snapshot());
+    const QStringList left = names();
     ASSERT_EQ(left.size(), 2);
     EXPECT_EQ(left.at(0), u"current-app.desktop"_s);
 
     // A running copy older than the entry leaves the entry alone.
     addEntry(u"old-app.desktop"_s, u"Corvex"_s, mOldApp + u"/Contents/MacOS/Corvex"_s, 0);
     items.addAgentToLoginItems(agentURL(), u"1.5"_s);
-    left = names(items.snapshot());
-    EXPECT_TRUE(left.contains(u"old-app.desktop"_s));
-    EXPECT_TRUE(left.contains(u"current-app.desktop"_s));
+    EXPECT_EQ(names().first(2), (QStringList{u"old-app.desktop"_s, u"current-app.desktop"_s}));
 }
 
 TEST_F(LoginItemsTest, UnresolvableAgentEntryIsRemovedByAddAndOnlyLoggedByRemove)
 {
-    LoginItems items(mFolder);
     addEntry(u"gone.desktop"_s, u"CorvexAgent"_s, u"/no/such/CorvexAgent.app/Contents/MacOS/CorvexAgent"_s,
              1);
     addEntry(u"other-gone.desktop"_s, u"Something"_s, u"/no/such/tool"_s, 2);
 
     items.removeAgentFromLoginItems();
     EXPECT_EQ(items.snapshot().size(), 2);
-    EXPECT_EQ(mLogger->takeMessages(),
+    EXPECT_EQ(mLogger.takeMessages(),
               (QStringList{u"Login item CorvexAgent could not be resolved.  Error: 2"_s,
                            u"Login item Something could not be resolved.  Error: 2"_s}));
 
     items.addAgentToLoginItems(agentURL(), u"2.0.5"_s);
-    const QStringList left = names(items.snapshot());
+    const QStringList left = names();
     ASSERT_EQ(left.size(), 2);
     EXPECT_EQ(left.at(0), u"other-gone.desktop"_s);
-    EXPECT_EQ(mLogger->takeMessages().size(), 2);
+    EXPECT_EQ(mLogger.takeMessages().size(), 2);
 }
 
 TEST_F(LoginItemsTest, EnsureAddsOnlyWhenTheCurrentAgentIsMissing)
 {
-    LoginItems items(mFolder);
     items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
-    EXPECT_EQ(mLogger->takeMessages(), QStringList{u"Agent wasn't found in login items so we'll add it."_s});
+    EXPECT_EQ(mLogger.takeMessages(), QStringList{u"Agent wasn't found in login items so we'll add it."_s});
     ASSERT_EQ(items.snapshot().size(), 1);
     const QString entry = items.snapshot().first().entryPath;
     const QDateTime written = QFileInfo(entry).lastModified();
 
     items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
-    EXPECT_TRUE(mLogger->takeMessages().isEmpty());
+    EXPECT_TRUE(mLogger.takeMessages().isEmpty());
     EXPECT_EQ(QFileInfo(entry).lastModified(), written);
 
     // An entry for another copy of the agent does not count: it is replaced.
     QFile::remove(entry);
     addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mOldAgent), 1);
     items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
-    EXPECT_EQ(mLogger->takeMessages().size(), 1);
-    const QList<LoginItem> after = items.snapshot();
-    ASSERT_EQ(after.size(), 1);
-    QUrl url;
-    ASSERT_TRUE(LoginItems::resolveItem(after.first(), &url));
-    EXPECT_EQ(LoginItems::standardizedURL(url), LoginItems::standardizedURL(agentURL()));
+    EXPECT_EQ(mLogger.takeMessages().size(), 1);
+    ASSERT_EQ(items.snapshot().size(), 1);
+    EXPECT_EQ(items.snapshot().first().program, agentProgram(mAgent));
 }
 
 TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
 {
-    LoginItems items(mFolder);
     const QString path = addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 1);
     EXPECT_FALSE(items.agentSwitchedOffByDesktop());
     for (const char *line : {"X-GNOME-Autostart-enabled=false\n", "Hidden=true\n"}) {

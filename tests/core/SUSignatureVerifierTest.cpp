@@ -4,7 +4,6 @@
 #include "SUTestSupport.h"
 #include "core/SUErrors.h"
 
-#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
@@ -64,7 +63,6 @@ TEST(SUSignatureVerifierTest, FilesAndPEMKeysFromOpenSSL)
 {
     // A key and signature made by the openssl tool, as the release script makes them.
     const QString dir = home() + "/keys";
-    QDir().mkpath(dir);
     const QString archive = corvex::test::writeFile(dir + "/a.tar.xz", QByteArray(100000, 'z') + "end");
     auto openssl = [&](const QStringList &arguments) {
         const auto result = corvex::test::run("openssl", arguments);
@@ -73,11 +71,9 @@ TEST(SUSignatureVerifierTest, FilesAndPEMKeysFromOpenSSL)
     openssl({"genpkey", "-algorithm", "ed25519", "-out", dir + "/key.pem"});
     openssl({"pkey", "-in", dir + "/key.pem", "-pubout", "-out", dir + "/pub.pem"});
     openssl({"pkeyutl", "-sign", "-rawin", "-inkey", dir + "/key.pem", "-in", archive, "-out", dir + "/sig"});
-    QFile pem(dir + "/pub.pem"), sig(dir + "/sig");
-    ASSERT_TRUE(pem.open(QIODevice::ReadOnly) && sig.open(QIODevice::ReadOnly));
-    const SUSignatureVerifier verifier(QString::fromLatin1(pem.readAll()));
+    const SUSignatureVerifier verifier(QString::fromLatin1(corvex::test::readFile(dir + "/pub.pem")));
     ASSERT_TRUE(verifier.isValid()) << verifier.keyError().toStdString();
-    const QString signature = QString::fromLatin1(sig.readAll().toBase64());
+    const QString signature = QString::fromLatin1(corvex::test::readFile(dir + "/sig").toBase64());
     EXPECT_TRUE(verifier.verifyFile(archive, signature));
 
     corvex::test::writeFile(archive, QByteArray(100000, 'z') + "enD");

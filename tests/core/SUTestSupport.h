@@ -161,10 +161,9 @@ inline QByteArray makeArchive(const QList<Entry> &entries)
     return output;
 }
 
-inline QByteArray infoPlist(const QString &version, const QString &publicKey = {},
-                            const QString &identifier = QStringLiteral("com.ostrel.Corvex"))
+inline QByteArray infoPlist(const QString &version, const QString &publicKey = {})
 {
-    QVariantMap info{{"CFBundleIdentifier", identifier},
+    QVariantMap info{{"CFBundleIdentifier", "com.ostrel.Corvex"},
                      {"CFBundleName", "Corvex"},
                      {"CFBundleExecutable", "Corvex"},
                      {"CFBundleVersion", version},
@@ -175,15 +174,14 @@ inline QByteArray infoPlist(const QString &version, const QString &publicKey = {
 }
 
 // The entries of a release archive holding Corvex.app of the version.
-inline QList<Entry> bundleEntries(const QString &version,
-                                  const QString &identifier = QStringLiteral("com.ostrel.Corvex"))
+inline QList<Entry> bundleEntries(const QString &version)
 {
-    return {{"Corvex.app/", {}, {}},
-            {"Corvex.app/Contents/", {}, {}},
-            {"Corvex.app/Contents/Info.plist", infoPlist(version, {}, identifier)},
-            {"Corvex.app/Contents/MacOS/", {}, {}},
+    return {{"Corvex.app/"},
+            {"Corvex.app/Contents/"},
+            {"Corvex.app/Contents/Info.plist", infoPlist(version)},
+            {"Corvex.app/Contents/MacOS/"},
             {"Corvex.app/Contents/MacOS/Corvex", "#!/bin/sh\necho " + version.toUtf8() + "\n", {}, 0755},
-            {"Corvex.app/Contents/Resources/", {}, {}},
+            {"Corvex.app/Contents/Resources/"},
             {"Corvex.app/Contents/Resources/current", {}, "../Info.plist"}};
 }
 

@@ -8,6 +8,7 @@
 #include "core/FactoryDefaults.h"
 #include "core/TypedPreferences.h"
 #include "platform/PreferenceStore.h"
+#include "platform/PropertyList.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -35,18 +36,17 @@ TEST(ArgumentDomain, ParsesKeyValuePairsAndPropertyListValues)
         {u"-screenNum"_s, u"1"_s, u"stray"_s, u"-filePath"_s, u"/tmp/a b (1).png"_s, u"-count"_s,
          u"<integer>3</integer>"_s, u"-list"_s, u"(a, \"b c\", <0aff>)"_s, u"-dict"_s, u"{k = v; n = (1);}"_s,
          u"-broken"_s, u"(a,"_s, u"-negative"_s, u"-5"_s, u"-last"_s});
-    EXPECT_EQ(domain.value(u"screenNum"_s), QVariant(u"1"_s));
-    EXPECT_EQ(domain.value(u"filePath"_s).toString(), u"/tmp/a b (1).png"_s);
-    EXPECT_EQ(domain.value(u"count"_s).metaType().id(), QMetaType::LongLong);
-    EXPECT_EQ(domain.value(u"count"_s).toLongLong(), 3);
-    EXPECT_EQ(domain.value(u"list"_s).toList(), (QVariantList{u"a"_s, u"b c"_s, QByteArray("\x0a\xff")}));
-    const QVariantMap dict = domain.value(u"dict"_s).toMap();
-    EXPECT_EQ(dict.value(u"k"_s).toString(), u"v"_s);
-    EXPECT_EQ(dict.value(u"n"_s).toList(), QVariantList{u"1"_s});
-    EXPECT_EQ(domain.value(u"broken"_s).toString(), u"(a,"_s);
-    EXPECT_EQ(domain.value(u"negative"_s).toString(), u"-5"_s);
-    EXPECT_FALSE(domain.contains(u"last"_s));
-    EXPECT_FALSE(domain.contains(u"stray"_s));
+    // A stray word and a last key without a value are left out; a value that is no well-formed property list
+    // stays text, and so does one that starts with "-".
+    const QVariantMap expected{{u"screenNum"_s, u"1"_s},
+                               {u"filePath"_s, u"/tmp/a b (1).png"_s},
+                               {u"count"_s, qint64(3)},
+                               {u"list"_s, QVariantList{u"a"_s, u"b c"_s, QByteArray("\x0a\xff")}},
+                               {u"dict"_s, QVariantMap{{u"k"_s, u"v"_s}, {u"n"_s, QVariantList{u"1"_s}}}},
+                               {u"broken"_s, u"(a,"_s},
+                               {u"negative"_s, u"-5"_s}};
+    EXPECT_TRUE(PropertyList::equal(domain, expected))
+        << PropertyList::serialize(domain, PropertyList::Format::Xml).constData();
 }
 
 class UserDefaultsTest : public testing::Test
@@ -165,9 +165,7 @@ TEST_F(UserDefaultsTest, StandardDefaultsUseTheSetDomainAndTheProcessArguments)
 {
     ASSERT_TRUE(UserDefaults::setStandardDomain(u"com.example.StandardDomain"_s));
     UserDefaults &standard = UserDefaults::standardUserDefaults();
-    EXPECT_EQ(&standard, &UserDefaults::standardUserDefaults());
     EXPECT_EQ(standard.domain(), u"com.example.StandardDomain"_s);
-    EXPECT_EQ(UserDefaults::standardDomain(), standard.domain());
     EXPECT_FALSE(UserDefaults::setStandardDomain(u"com.example.Late"_s));
     EXPECT_EQ(standard.thread(), QCoreApplication::instance()->thread());
     standard.setBool(true, u"flag"_s);
