@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIOJPEG.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
 #include "core/ImageIOResolution.h"
 
@@ -67,12 +68,18 @@ QList<int> samplingFactors(const QByteArray &jpeg)
     return {};
 }
 
-TEST(ImageIOJPEGTest, TextStaysCrispWithFullResolutionColour)
+TEST(ImageIOJPEGTest, TextStaysCrispWithFullResolutionColourAndTheResolutionInDotsPerInch)
 {
-    const QImage image = screenshotLike();
+    QImage image = screenshotLike();
+    image.setDotsPerMeterX(5669); // 144 dpi
+    image.setDotsPerMeterY(3780); // 96 dpi
     bool ok = false;
     const QByteArray jpeg = encode(image, &ok);
     ASSERT_TRUE(ok);
+    QTemporaryDir dir;
+    const QString file = corvex::test::writeFile(dir.filePath(u"dpi.jpg"_s), jpeg);
+    EXPECT_EQ(ImageIOResolution::storedDotsPerInch(file, ImageIOResolution::Container::JPEG),
+              QSizeF(144, 96));
     EXPECT_EQ(samplingFactors(jpeg), (QList<int>{0x11, 0x11, 0x11}));
     const QImage back = decode(jpeg);
     ASSERT_EQ(back.size(), image.size());
@@ -102,17 +109,6 @@ TEST(ImageIOJPEGTest, TransparencyIsLaidOverWhiteAndOtherFormatsAreConverted)
     ASSERT_EQ(greyBack.size(), grey.size());
     for (const int y : {0, 33, 69})
         EXPECT_NEAR(qGray(greyBack.pixel(15, y)), y * 3, 3) << y;
-}
-
-TEST(ImageIOJPEGTest, ResolutionIsStoredInDotsPerInch)
-{
-    QImage image = screenshotLike();
-    image.setDotsPerMeterX(5669); // 144 dpi
-    image.setDotsPerMeterY(3780); // 96 dpi
-    QTemporaryDir dir;
-    const QString file = corvex::test::writeFile(dir.filePath(u"dpi.jpg"_s), encode(image));
-    EXPECT_EQ(ImageIOResolution::storedDotsPerInch(file, ImageIOResolution::Container::JPEG),
-              QSizeF(144, 96));
 }
 
 TEST(ImageIOJPEGTest, RowsMustMatchTheSizeAndWriteErrorsAreReported)
@@ -148,12 +144,7 @@ TEST(ImageIOJPEGTest, RowsMustMatchTheSizeAndWriteErrorsAreReported)
 TEST(ImageIOJPEGTest, ResolutionComesFromEXIFWhenJFIFGivesNone)
 {
     // An EXIF segment (little-endian TIFF) with XResolution 300/1, YResolution 600/2, unit inches.
-    const auto le = [](quint32 value, int size) -> QByteArray {
-        QByteArray bytes;
-        for (int i = 0; i < size; ++i)
-            bytes.append(char(value >> (8 * i)));
-        return bytes;
-    };
+    const auto le = pngchunks::littleEndian;
     const auto entry = [&](int tag, int type, quint32 value) -> QByteArray {
         return le(tag, 2) + le(type, 2) + le(1, 4) + le(value, 4);
     };

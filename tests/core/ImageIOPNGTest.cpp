@@ -4,8 +4,8 @@
 #include "PNGChunks.h"
 #include "TestSupport.h"
 
-#include <QBuffer>
 #include <QFile>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <vector>
@@ -15,18 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using namespace pngchunks;
-
-// An RGB image whose every pixel differs from its neighbours, so a misplaced row or column shows.
-QImage noisy(int width, int height, QImage::Format format = QImage::Format_RGB888)
-{
-    QImage image(width, height, format);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.setPixel(x, y,
-                           qRgba((x * 7 + y) % 256, (y * 13 + x * 3) % 256, (x * y) % 256,
-                                 format == QImage::Format_RGB888 ? 255 : (x + y * 5) % 256));
-    return image;
-}
 
 // The image as an Adam7-interlaced 8-bit RGB PNG, every row unfiltered.
 QByteArray interlacedPNG(const QImage &image)
@@ -87,13 +75,7 @@ struct Recorder : PNGRowReader
 class ImageIOPNGTest : public ::testing::Test
 {
 protected:
-    QString save(const QString &name, const QImage &image)
-    {
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        EXPECT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
-        return corvex::test::writeFile(mDir.filePath(name), buffer.data());
-    }
+    QString save(const QString &name, const QImage &image) { return savePNG(mDir.filePath(name), image); }
 
     // Every row, in order, equals the image's row bytes.
     static void expectRows(const Recorder &recorder, const QImage &image)
@@ -125,6 +107,8 @@ TEST_F(ImageIOPNGTest, RowsArriveInOrderWithSizeFormatAndResolution)
         EXPECT_EQ(recorder.begins, 1);
         EXPECT_EQ(recorder.mSize, image.size());
         EXPECT_EQ(recorder.mFormat, image.format());
+        EXPECT_NEAR(recorder.mDotsPerInch.width(), image.dotsPerMeterX() * 0.0254, 0.05);
+        EXPECT_NEAR(recorder.mDotsPerInch.height(), image.dotsPerMeterY() * 0.0254, 0.05);
         expectRows(recorder, image);
         // read() gives the same pixels, with the resolution as dots per meter.
         const QImage whole = ImageIOPNG::read(mDir.filePath(u"rows.png"_s), 1 << 20, &reason);
@@ -132,10 +116,6 @@ TEST_F(ImageIOPNGTest, RowsArriveInOrderWithSizeFormatAndResolution)
         EXPECT_EQ(whole.dotsPerMeterX(), image.dotsPerMeterX() > 0 ? image.dotsPerMeterX() : 2835);
         QFile::remove(mDir.filePath(u"rows.png"_s));
     }
-    Recorder recorder;
-    ASSERT_TRUE(ImageIOPNG::readRows(save(u"dpi.png"_s, opaque), 1 << 20, recorder, nullptr));
-    EXPECT_NEAR(recorder.mDotsPerInch.width(), 144, 0.05);
-    EXPECT_NEAR(recorder.mDotsPerInch.height(), 96, 0.05);
 }
 
 TEST_F(ImageIOPNGTest, OnlyAResolutionPerMetreCounts)
@@ -208,9 +188,7 @@ TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
     EXPECT_TRUE(ImageIOPNG::readRows(file, 200 * 150 * 4, accepted, nullptr));
 
     // A cut file hands over the rows it holds, then fails with the decoder's reason.
-    QFile whole(file);
-    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
-    const QByteArray bytes = whole.readAll();
+    const QByteArray bytes = corvex::test::readFile(file);
     const QString cut = corvex::test::writeFile(mDir.filePath(u"cut.png"_s), bytes.left(bytes.size() / 2));
     Recorder partial;
     reason.clear();
@@ -222,6 +200,39 @@ TEST_F(ImageIOPNGTest, LimitsAndDamageFailWithAReason)
     reason.clear();
     EXPECT_FALSE(ImageIOPNG::readRows(mDir.filePath(u"none.png"_s), 1 << 20, partial, &reason));
     EXPECT_FALSE(reason.isEmpty());
+}
+
+TEST_F(ImageIOPNGTest, FlatPicturesStayCompact)
+{
+    // Flat screenshot-like content must compress well: far below the raw size.
+    QImage image(800, 600, QImage::Format_RGB888);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.fillRect(QRect(50, 50, 300, 200), QColor(0, 122, 255));
+    painter.drawText(QRect(400, 300, 300, 100), Qt::AlignCenter, u"Corvex"_s);
+    painter.end();
+    const QByteArray bytes = corvex::test::readFile(save(u"flat.png"_s, image));
+    EXPECT_LT(bytes.size(), 20000);
+    EXPECT_EQ(QImage::fromData(bytes, "png").convertToFormat(QImage::Format_RGB888), image);
+}
+
+TEST_F(ImageIOPNGTest, ThirtyTwoBitImagesAreStoredAsRGBOrWithStraightAlpha)
+{
+    // A rendered PDF page arrives as 32-bit pixels: opaque ones are stored as RGB, others keep straight
+    // alpha.
+    QImage opaque(9, 5, QImage::Format_ARGB32);
+    opaque.fill(qRgb(10, 20, 30));
+    QImage translucent(9, 5, QImage::Format_ARGB32_Premultiplied);
+    translucent.fill(qPremultiply(qRgba(200, 100, 50, 128)));
+    for (const QImage &image : {opaque, translucent}) {
+        const QImage back = ImageIOPNG::read(save(u"packed.png"_s, image), 1 << 20, nullptr);
+        EXPECT_EQ(back.format(),
+                  image.format() == QImage::Format_ARGB32 ? QImage::Format_RGB888 : QImage::Format_RGBA8888);
+        const QRgb want = qUnpremultiply(image.pixel(4, 2)), got = back.pixel(4, 2);
+        EXPECT_LE(qAbs(qRed(got) - qRed(want)), 1);
+        EXPECT_LE(qAbs(qBlue(got) - qBlue(want)), 1);
+        EXPECT_EQ(qAlpha(got), qAlpha(want));
+    }
 }
 
 } // namespace

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIORowPipeline.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
-#include "core/ImageIOPNG.h"
 #include "core/ImageRowWriter.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstring>
@@ -62,26 +61,14 @@ private:
     size_t mRowBytes = 0;
 };
 
-QImage noisy(int width, int height, QImage::Format format)
-{
-    QImage image(width, height, format);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, qRgba((x * 7 + y) % 256, (y * 13) % 256, (x * y) % 256, (x + y) % 256));
-    image.setDotsPerMeterX(5669);
-    image.setDotsPerMeterY(5669);
-    return image;
-}
+using pngchunks::noisy;
 
 class ImageIORowPipelineTest : public ::testing::Test
 {
 protected:
     QString save(const QString &name, const QImage &image)
     {
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        EXPECT_TRUE(ImageIOPNG::write(image, &buffer, nullptr));
-        return corvex::test::writeFile(mDir.filePath(name), buffer.data());
+        return pngchunks::savePNG(mDir.filePath(name), image);
     }
 
     QTemporaryDir mDir;
@@ -91,7 +78,8 @@ TEST_F(ImageIORowPipelineTest, EveryRowArrivesInOrder)
 {
     // Rows of 2 KB: the image passes in many bands, more than are ever in flight.
     for (const QImage::Format format : {QImage::Format_RGB888, QImage::Format_RGBA8888}) {
-        const QImage image = noisy(517, 901, format);
+        QImage image = noisy(517, 901, format);
+        image.setDotsPerMeterX(5669); // 144 dpi
         const QString file = save(u"rows.png"_s, image);
         CollectingWriter writer;
         Failure failure = Failure::Source;
@@ -111,9 +99,7 @@ TEST_F(ImageIORowPipelineTest, EveryRowArrivesInOrder)
 TEST_F(ImageIORowPipelineTest, UnreadableSourcesAreTheSourcesFailure)
 {
     const QString good = save(u"good.png"_s, noisy(300, 400, QImage::Format_RGB888));
-    QFile file(good);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = corvex::test::readFile(good);
     const QString cut = corvex::test::writeFile(mDir.filePath(u"cut.png"_s), bytes.left(bytes.size() / 2));
     for (const QString &path : {mDir.filePath(u"missing.png"_s), cut}) {
         SCOPED_TRACE(path.toStdString());
@@ -138,24 +124,19 @@ TEST_F(ImageIORowPipelineTest, UnreadableSourcesAreTheSourcesFailure)
 TEST_F(ImageIORowPipelineTest, AFailingWriterStopsTheDecoder)
 {
     const QString file = save(u"big.png"_s, noisy(640, 2000, QImage::Format_RGB888));
-    for (const int failAt : {-1, 0, 1000, 1999}) {
+    // -1: at begin; -3: at finish.
+    for (const int failAt : {-1, 0, 1000, 1999, -3}) {
         SCOPED_TRACE(failAt);
         CollectingWriter writer;
         writer.mFailAtRow = failAt;
+        writer.mFailAtFinish = failAt == -3;
         Failure failure = Failure::None;
         QString reason;
         EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
         EXPECT_EQ(failure, Failure::Destination);
         EXPECT_EQ(reason, u"the disk is full"_s);
-        EXPECT_EQ(writer.mFinishes, 0);
+        EXPECT_EQ(writer.mFinishes, failAt == -3 ? 1 : 0);
     }
-    CollectingWriter writer;
-    writer.mFailAtFinish = true;
-    Failure failure = Failure::None;
-    QString reason;
-    EXPECT_FALSE(ImageIORowPipeline::convertPNG(file, 1 << 30, writer, &failure, &reason));
-    EXPECT_EQ(failure, Failure::Destination);
-    EXPECT_EQ(reason, u"the disk is full"_s);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ImageIOTIFF.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
 #include "core/ImageIOResolution.h"
 
@@ -13,14 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QImage noisy(int width, int height, QImage::Format format)
-{
-    QImage image(width, height, format);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, qRgba((x * 7 + y) % 256, (y * 13) % 256, (x * y) % 256, (x + y * 5) % 256));
-    return image;
-}
+using pngchunks::noisy;
 
 class ImageIOTIFFTest : public ::testing::Test
 {
