@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CapturingLogger.h"
+#include "PNGChunks.h"
 #include "TestSupport.h"
 #include "core/CorvexErrors.h"
 #include "core/DropboxCheck.h"
@@ -31,16 +32,7 @@ QString trashFolder()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
 }
 
-QImage picture(int width = 40, int height = 30)
-{
-    QImage image(width, height, QImage::Format_RGB888);
-    image.setDotsPerMeterX(2835);
-    image.setDotsPerMeterY(2835);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.setPixel(x, y, x < width / 2 ? qRgb(250, 250, 250) : qRgb(20, 90, 200));
-    return image;
-}
+using pngchunks::blocks;
 
 class RenameItemTest : public ::testing::Test
 {
@@ -54,7 +46,7 @@ protected:
     QString path(const QString &name) const { return mDir.filePath(name); }
     static QUrl url(const QString &file) { return QUrl::fromLocalFile(file); }
 
-    QString writeImage(const QString &name, const QImage &image = picture())
+    QString writeImage(const QString &name, const QImage &image = blocks())
     {
         auto destination =
             ImageIODestination::createWithURL(url(path(name)), format(QFileInfo(name).suffix())->uti());
@@ -86,88 +78,46 @@ protected:
     QTemporaryDir mDir;
 };
 
-TEST_F(RenameItemTest, SameFormatMovesWithoutTrash)
+TEST_F(RenameItemTest, OnlyTheSameRowMovesWithoutTrashAndNeverOntoAFile)
 {
     const QString source = writeImage(u"shot.png"_s);
-    const QByteArray bytes = [&] {
-        QFile file(source);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }();
+    const QByteArray bytes = corvex::test::readFile(source);
     QDir().mkpath(path(u"sub"_s));
     const QString destination = path(u"sub/renamed.PNG"_s);
     LogCapture log;
     CorvexError error;
     ASSERT_TRUE(rename(source, destination, &error));
     EXPECT_FALSE(QFileInfo::exists(source));
-    QFile moved(destination);
-    ASSERT_TRUE(moved.open(QIODevice::ReadOnly));
-    EXPECT_EQ(moved.readAll(), bytes);
+    EXPECT_EQ(corvex::test::readFile(destination), bytes);
     EXPECT_FALSE(QDir(trashFolder() + u"/files"_s).exists(u"shot.png"_s));
     EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
-}
 
-TEST_F(RenameItemTest, SameFormatNeverReplacesAnExistingFile)
-{
-    const QString source = writeImage(u"a.jpg"_s);
-    const QString existing = corvex::test::writeFile(path(u"b.jpeg"_s), "older file");
-    CorvexError error;
-    EXPECT_FALSE(rename(source, existing, &error));
+    const QString existing = corvex::test::writeFile(path(u"older.png"_s), "older file");
+    EXPECT_FALSE(rename(destination, existing, &error));
     EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
     EXPECT_EQ(error.code(), CorvexError::FileWriteFileExistsError);
-    EXPECT_TRUE(QFileInfo::exists(source));
-    QFile file(existing);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("older file"));
-}
-
-TEST_F(RenameItemTest, FreshlyMadeFormatIsNotTheRowSoTheFileIsConverted)
-{
-    const QString source = writeImage(u"x.jpg"_s);
-    std::unique_ptr<FileFormat> fresh(FileFormat::fileFormat(FileFormat::JPEGType, u"JPEG"_s, {u"jpg"_s}));
-    const QString destination = path(u"y.jpg"_s);
-    ASSERT_TRUE(Processor::sharedProcessor().renameItemAtURL(url(source), format(u"jpg"_s), url(destination),
-                                                             fresh.get()));
-    // Converted, so the source went to the Trash rather than being renamed.
     EXPECT_TRUE(QFileInfo::exists(destination));
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/x.jpg"_s));
+    EXPECT_EQ(corvex::test::readFile(existing), QByteArray("older file"));
+
+    // A freshly made format is not the row, even with the same fields: the file is converted, so the source
+    // goes to the Trash rather than being renamed.
+    std::unique_ptr<FileFormat> fresh(FileFormat::fileFormat(FileFormat::PNGType, u"PNG"_s, {u"png"_s}));
+    ASSERT_TRUE(Processor::sharedProcessor().renameItemAtURL(url(destination), format(u"png"_s),
+                                                             url(path(u"fresh.png"_s)), fresh.get()));
+    EXPECT_TRUE(QFileInfo::exists(path(u"fresh.png"_s)));
+    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/renamed.PNG"_s));
 }
 
-TEST_F(RenameItemTest, ConversionWritesTheNewFileAndTrashesTheSource)
+TEST_F(RenameItemTest, EveryPairOfFormatsConvertsAndTheSourceGoesToTheTrash)
 {
-    const QString source = writeImage(u"Screenshot 1.png"_s);
-    const QString destination = path(u"Screenshot 1.jpg"_s);
+    const QImage image = blocks(25, 17);
     LogCapture log;
-    CorvexError error;
-    ASSERT_TRUE(rename(source, destination, &error));
-    auto written = ImageIOSource::createWithURL(url(destination));
-    ASSERT_NE(written, nullptr);
-    EXPECT_EQ(written->image().size(), QSize(40, 30));
-    EXPECT_LT(qAbs(qBlue(written->image().pixel(35, 15)) - 200), 8);
-    int errorCode = 0;
-    if (ExtendedAttributes::size(destination, ExtendedAttributes::CreatedByCorvex, &errorCode) < 0) {
-        EXPECT_TRUE(ExtendedAttributes::isUnsupportedError(errorCode))
-            << "the conversion is marked as Corvex's";
-    }
-    EXPECT_FALSE(QFileInfo::exists(source));
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/Screenshot 1.png"_s));
-    QFile info(trashFolder() + u"/info/Screenshot 1.png.trashinfo"_s);
-    ASSERT_TRUE(info.open(QIODevice::ReadOnly));
-    const QByteArray text = info.readAll();
-    EXPECT_TRUE(text.contains("[Trash Info]"));
-    EXPECT_TRUE(text.contains(QByteArray(QByteArray("Path=") + QUrl::toPercentEncoding(source, "/"))))
-        << text.constData();
-    EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
-}
-
-TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
-{
-    const QImage image = picture(25, 17);
     for (const FileFormat *from : FileFormat::allFileFormats()) {
         for (const FileFormat *to : FileFormat::allFileFormats()) {
             if (from == to)
                 continue;
             SCOPED_TRACE(QString(from->description() + u" to "_s + to->description()).toStdString());
-            const QString stem = from->preferredExtension() + u"-to-"_s + to->preferredExtension();
+            const QString stem = from->preferredExtension() + u" to "_s + to->preferredExtension();
             const QString source = writeImage(stem + QLatin1Char('.') + from->preferredExtension(), image);
             const QString destination = path(stem + QLatin1Char('.') + to->preferredExtension());
             CorvexError error;
@@ -181,9 +131,21 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConverts)
                 EXPECT_GT(corvex::test::psnr(written->image(), image), 28.0);
             else
                 EXPECT_EQ(corvex::test::psnr(written->image(), image), 99.0);
+            int errorCode = 0;
+            if (ExtendedAttributes::size(destination, ExtendedAttributes::CreatedByCorvex, &errorCode) < 0) {
+                EXPECT_TRUE(ExtendedAttributes::isUnsupportedError(errorCode))
+                    << "the conversion is marked as Corvex's";
+            }
             EXPECT_FALSE(QFileInfo::exists(source));
+            EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/"_s + QFileInfo(source).fileName()));
         }
     }
+    EXPECT_TRUE(log.messages(DDLogFlagError).isEmpty());
+    const QString source = path(u"png to jpg.png"_s);
+    const QByteArray text = corvex::test::readFile(trashFolder() + u"/info/png to jpg.png.trashinfo"_s);
+    EXPECT_TRUE(text.contains("[Trash Info]"));
+    EXPECT_TRUE(text.contains(QByteArray(QByteArray("Path=") + QUrl::toPercentEncoding(source, "/"))))
+        << text.constData();
 }
 
 TEST_F(RenameItemTest, ConvertingOntoAFileReplacesItOnlyWithAWholeNewOne)
@@ -197,9 +159,7 @@ TEST_F(RenameItemTest, ConvertingOntoAFileReplacesItOnlyWithAWholeNewOne)
     for (const QString &name : {u"broken.png"_s, u"broken.bmp"_s}) {
         SCOPED_TRACE(name.toStdString());
         EXPECT_FALSE(rename(corvex::test::writeFile(path(name), "not an image"), existing));
-        QFile file(existing);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll(), QByteArray("older file"));
+        EXPECT_EQ(corvex::test::readFile(existing), QByteArray("older file"));
     }
     EXPECT_EQ(QDir(mDir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"taken.jpg"_s});
     // Never the source itself.
@@ -209,62 +169,89 @@ TEST_F(RenameItemTest, ConvertingOntoAFileReplacesItOnlyWithAWholeNewOne)
         Processor::sharedProcessor().renameItemAtURL(url(self), format(u"png"_s), url(self), fresh.get()));
 }
 
-TEST_F(RenameItemTest, MissingSourceGivesNoSuchFileAndTheTrashStepFails)
+TEST_F(RenameItemTest, EachFailingStepGivesItsErrorAndLogLines)
 {
-    const QString source = path(u"gone.png"_s);
-    LogCapture log;
-    CorvexError error;
-    EXPECT_FALSE(rename(source, path(u"gone.tiff"_s), &error));
-    EXPECT_EQ(error.domain(), CorvexError::CocoaErrorDomain);
-    EXPECT_EQ(error.code(), 4);
-    EXPECT_EQ(error.userInfo().value(CorvexError::URLErrorKey).toUrl(), url(source));
-    EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
-    EXPECT_EQ(log.messages(DDLogFlagError),
-              (QStringList{u"Could not create image source for %1 because file does not exist"_s.arg(source),
-                           u"Could not move %1 to Trash."_s.arg(source)}));
-    EXPECT_FALSE(QFileInfo::exists(path(u"gone.tiff"_s)));
-}
-
-TEST_F(RenameItemTest, MissingPDFLogsBothPDFLinesFirst)
-{
-    const QString source = path(u"gone.pdf"_s);
-    LogCapture log;
-    EXPECT_FALSE(rename(source, path(u"gone.png"_s)));
-    EXPECT_EQ(log.messages(DDLogFlagError),
-              (QStringList{u"Could not open PDF document %1"_s.arg(source),
-                           u"Could not get first page of PDF %1"_s.arg(source),
-                           u"Could not create image source for %1 because file does not exist"_s.arg(source),
-                           u"Could not move %1 to Trash."_s.arg(source)}));
-    log.clear();
-    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(source), true), QSizeF(0, 0));
-    EXPECT_EQ(log.messages(DDLogFlagError),
-              (QStringList{u"Could not open PDF document %1"_s.arg(source),
-                           u"Could not get first page of PDF %1"_s.arg(source)}));
-}
-
-TEST_F(RenameItemTest, PDFWithoutPagesLogsOnlyTheMissingPage)
-{
-    const QString source = corvex::test::writeFile(
+    const QString gonePNG = path(u"gone.png"_s), gonePDF = path(u"gone.pdf"_s);
+    const QString emptyPDF = corvex::test::writeFile(
         path(u"empty.pdf"_s), "%PDF-1.4\n1 0 obj <</Type /Catalog /Pages 2 0 R>> endobj\n"
                               "2 0 obj <</Type /Pages /Kids [] /Count 0>> endobj\n"
                               "trailer <</Root 1 0 R>>\n%%EOF\n");
-    LogCapture log;
-    CorvexError error;
-    EXPECT_FALSE(rename(source, path(u"empty.png"_s), &error));
-    EXPECT_EQ(error.domain(), CorvexError::CorvexErrorDomain);
-    EXPECT_EQ(error.code(), 1);
-    const QStringList errors = log.messages(DDLogFlagError);
-    EXPECT_EQ(errors, (QStringList{u"Could not get first page of PDF %1"_s.arg(source),
-                                   u"Could not create image source for %1"_s.arg(source)}));
-    // The source is in the Trash, from where it can be taken back.
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/empty.pdf"_s));
+    const QString shot = writeImage(u"unwritable.png"_s), unwritable = path(u"missing-folder/shot.bmp"_s);
+    // GIF cannot hold an image wider than 65535 pixels.
+    const QString wide = writeImage(u"wide.png"_s, blocks(70000, 1)), wideGIF = path(u"wide.gif"_s);
+    const QString noSuchFile = u"Could not create image source for %1 because file does not exist"_s;
+    const struct
+    {
+        QString source, destination, domain;
+        int code;
+        QString failureReason; // empty: not checked
+        QStringList errors;
+        bool trashed;
+    } cases[] = {
+        {gonePNG,
+         path(u"gone.tiff"_s),
+         CorvexError::CocoaErrorDomain,
+         4,
+         {},
+         {noSuchFile.arg(gonePNG), u"Could not move %1 to Trash."_s.arg(gonePNG)},
+         false},
+        {gonePDF,
+         path(u"gone2.png"_s),
+         CorvexError::CocoaErrorDomain,
+         4,
+         {},
+         {u"Could not open PDF document %1"_s.arg(gonePDF),
+          u"Could not get first page of PDF %1"_s.arg(gonePDF), noSuchFile.arg(gonePDF),
+          u"Could not move %1 to Trash."_s.arg(gonePDF)},
+         false},
+        {emptyPDF,
+         path(u"empty.png"_s),
+         CorvexError::CorvexErrorDomain,
+         1,
+         {},
+         {u"Could not get first page of PDF %1"_s.arg(emptyPDF),
+          u"Could not create image source for %1"_s.arg(emptyPDF)},
+         true},
+        {shot,
+         unwritable,
+         CorvexError::CorvexErrorDomain,
+         3,
+         u"An error occurred trying to write the Microsoft BMP screenshot to \u201cshot.bmp\u201d."_s,
+         {u"Could create image destination at %1 with UTI com.microsoft.bmp"_s.arg(unwritable)},
+         true},
+        {wide,
+         wideGIF,
+         CorvexError::CorvexErrorDomain,
+         2,
+         u"An error occurred finalizing the GIF screenshot to \u201cwide.gif\u201d."_s,
+         {u"CGImageDestinationFinalize failed for %1"_s.arg(wideGIF)},
+         true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.destination.toStdString());
+        LogCapture log;
+        CorvexError error;
+        EXPECT_FALSE(rename(c.source, c.destination, &error));
+        EXPECT_EQ(error.domain(), c.domain);
+        EXPECT_EQ(error.code(), c.code);
+        if (c.code == 4) {
+            EXPECT_EQ(error.userInfo().value(CorvexError::URLErrorKey).toUrl(), url(c.source));
+        }
+        if (!c.failureReason.isEmpty()) {
+            EXPECT_EQ(error.localizedFailureReason(), c.failureReason);
+        }
+        EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
+        EXPECT_EQ(log.messages(DDLogFlagError), c.errors);
+        EXPECT_FALSE(QFileInfo::exists(c.destination));
+        // The source is in the Trash, from where it can be taken back.
+        EXPECT_EQ(QFileInfo::exists(trashFolder() + u"/files/"_s + QFileInfo(c.source).fileName()),
+                  c.trashed);
+    }
 }
 
 TEST_F(RenameItemTest, UnreadableSourcesGiveTheLoadError)
 {
-    QFile good(writeImage(u"good.png"_s));
-    ASSERT_TRUE(good.open(QIODevice::ReadOnly));
-    const QByteArray bytes = good.readAll();
+    const QByteArray bytes = corvex::test::readFile(writeImage(u"good.png"_s));
     // GIF takes a whole decoded image; JPEG and TIFF take a PNG's rows while they are decoded, so a cut PNG
     // fails after its destination was made: that partial file goes again.
     for (const QString &extension : {u"gif"_s, u"jpg"_s, u"tiff"_s}) {
@@ -291,66 +278,6 @@ TEST_F(RenameItemTest, UnreadableSourcesGiveTheLoadError)
     }
 }
 
-TEST_F(RenameItemTest, PNGsConvertedRowByRowKeepResolutionAndTransparency)
-{
-    QImage image(64, 48, QImage::Format_RGBA8888);
-    image.fill(qRgba(0, 0, 0, 0));
-    for (int y = 0; y < 48; ++y)
-        for (int x = 32; x < 64; ++x)
-            image.setPixel(x, y, qRgba(20, 90, 200, 255));
-    image.setDotsPerMeterX(5669); // 144 dpi: 32 by 24 points
-    image.setDotsPerMeterY(5669);
-    for (const QString &extension : {u"jpg"_s, u"tiff"_s}) {
-        SCOPED_TRACE(extension.toStdString());
-        const QString source = writeImage(u"alpha-%1.png"_s.arg(extension), image);
-        const QString destination = path(u"alpha."_s + extension);
-        ASSERT_TRUE(rename(source, destination));
-        const QSizeF points = Processor::sharedProcessor().imageDimensionsOfURL(url(destination), false);
-        EXPECT_NEAR(points.width(), 32, 0.1);
-        EXPECT_NEAR(points.height(), 24, 0.1);
-        auto written = ImageIOSource::createWithURL(url(destination));
-        ASSERT_NE(written, nullptr);
-        const QRgb clear = written->image().pixel(5, 5), blue = written->image().pixel(50, 20);
-        EXPECT_LT(qAbs(qBlue(blue) - 200), 8);
-        if (extension == u"jpg"_s)
-            EXPECT_GT(qGray(clear), 250) << "transparency is laid over white";
-        else
-            EXPECT_EQ(qAlpha(clear), 0);
-    }
-}
-
-TEST_F(RenameItemTest, DestinationThatCannotBeCreatedGivesTheWriteError)
-{
-    const QString source = writeImage(u"shot.png"_s);
-    const QString destination = path(u"missing-folder/shot.bmp"_s);
-    LogCapture log;
-    CorvexError error;
-    EXPECT_FALSE(rename(source, destination, &error));
-    EXPECT_EQ(error.domain(), u"Corvex"_s);
-    EXPECT_EQ(error.code(), 3);
-    EXPECT_EQ(error.localizedFailureReason(),
-              u"An error occurred trying to write the Microsoft BMP screenshot to \u201cshot.bmp\u201d."_s);
-    EXPECT_EQ(
-        log.messages(DDLogFlagError),
-        QStringList{u"Could create image destination at %1 with UTI com.microsoft.bmp"_s.arg(destination)});
-    EXPECT_TRUE(QFileInfo::exists(trashFolder() + u"/files/shot.png"_s));
-}
-
-TEST_F(RenameItemTest, FailedEncodingGivesTheFinalizeError)
-{
-    // GIF cannot hold an image wider than 65535 pixels.
-    const QString source = writeImage(u"wide.png"_s, picture(70000, 1));
-    const QString destination = path(u"wide.gif"_s);
-    LogCapture log;
-    CorvexError error;
-    EXPECT_FALSE(rename(source, destination, &error));
-    EXPECT_EQ(error.code(), 2);
-    EXPECT_EQ(error.localizedFailureReason(),
-              u"An error occurred finalizing the GIF screenshot to \u201cwide.gif\u201d."_s);
-    EXPECT_EQ(log.messages(DDLogFlagError),
-              QStringList{u"CGImageDestinationFinalize failed for %1"_s.arg(destination)});
-}
-
 TEST_F(RenameItemTest, DropboxExplanationIsAddedToVanishedFiles)
 {
     pretendDropboxSharesScreenshots();
@@ -370,15 +297,6 @@ TEST_F(RenameItemTest, DropboxExplanationIsAddedToVanishedFiles)
     error = CorvexError();
     EXPECT_FALSE(rename(writeImage(u"real.png"_s), existing, &error));
     EXPECT_TRUE(error.localizedRecoverySuggestion().isEmpty());
-}
-
-TEST_F(RenameItemTest, ImageDimensionsOfATIFFAndOfText)
-{
-    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(url(writeImage(u"plain.tiff"_s)), false),
-              QSizeF(40, 30));
-    EXPECT_EQ(Processor::sharedProcessor().imageDimensionsOfURL(
-                  url(corvex::test::writeFile(path(u"t.png"_s), "text")), false),
-              QSizeF(0, 0));
 }
 
 TEST(CorvexErrors, NoSuchFileRecognition)
