@@ -55,17 +55,6 @@ TEST(FileFormatLookup, FirstMatchingElementWins)
     EXPECT_EQ(qzFileFormatForExtension(formats, u"jpeg"_s), FileFormat::allFileFormats().at(1));
 }
 
-TEST(FileFormatIdentity, FreshFormatWithSameFieldsIsDifferent)
-{
-    const FileFormat *row = FileFormat::allFileFormats().at(1);
-    std::unique_ptr<FileFormat> fresh(
-        FileFormat::fileFormat(row->uti(), row->description(), row->extensions()));
-    EXPECT_NE(static_cast<const FileFormat *>(fresh.get()), row);
-    EXPECT_EQ(fresh->uti(), row->uti());
-    fresh->setDescription(u"Changed"_s);
-    EXPECT_EQ(row->description(), u"JPEG"_s);
-}
-
 TEST(FileFormatArchiving, TheUTIIsStoredUnderEveryKeyAndEachKeyIsDecodedOnItsOwn)
 {
     const FileFormat *tiff = FileFormat::allFileFormats().at(5);

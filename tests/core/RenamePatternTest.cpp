@@ -32,54 +32,70 @@ protected:
                                     }};
 };
 
-TEST_F(RenamePatternTest, NumericDateAndTimeTokens)
+TEST_F(RenamePatternTest, TokensAndLiteralsInEachLocale)
 {
-    EXPECT_EQ(name("Shot:$DateYYYY$:-:$DateMM$:-:$DateDD$"), "Shot2013-03-05");
-    EXPECT_EQ(name("$DateM$:.:$DateD$:.:$DateYY$"), "3.5.13");
-    EXPECT_EQ(name("$TimeHH$:$TimeMM$"), "0907");
-    EXPECT_EQ(name("$TimeH$:h:$TimeM$:m:$TimeS$:s"), "9h7m3s");
-    EXPECT_EQ(name("$TimeSS$"), "03");
-    EXPECT_EQ(name("$TimeHH$", QDateTime(QDate(2013, 3, 5), QTime(23, 0))), "23");
-    EXPECT_EQ(name("$DateMM$:$DateDD$", QDateTime(QDate(2013, 12, 31), QTime(0, 0))), "1231");
-}
-
-TEST_F(RenamePatternTest, TwoDigitYearIsNotAModulo)
-{
-    auto yy = [this](int year) { return name("$DateYY$", QDateTime(QDate(year, 6, 1), QTime(12, 0))); };
-    EXPECT_EQ(yy(2013), "13");
-    EXPECT_EQ(yy(2005), "05");
-    EXPECT_EQ(yy(2000), "00");
-    EXPECT_EQ(yy(1999), "-1");
-    EXPECT_EQ(yy(1990), "-10");
-    EXPECT_EQ(yy(2105), "105");
-    EXPECT_EQ(name("$DateYYYY$", QDateTime(QDate(999, 6, 1), QTime(12, 0))), "0999");
-}
-
-TEST_F(RenamePatternTest, LiteralsAndEmptyPieces)
-{
+    const auto at = [](int year, int month, int day, int hour = 12) {
+        return QDateTime(QDate(year, month, day), QTime(hour, 0));
+    };
+    const struct
+    {
+        const char *locale, *pattern;
+        QDateTime date;
+        const char *expected;
+    } cases[] = {
+        {"en_US", "Shot:$DateYYYY$:-:$DateMM$:-:$DateDD$", kShot, "Shot2013-03-05"},
+        {"en_US", "$DateM$:.:$DateD$:.:$DateYY$", kShot, "3.5.13"},
+        {"en_US", "$TimeHH$:$TimeMM$", kShot, "0907"},
+        {"en_US", "$TimeH$:h:$TimeM$:m:$TimeS$:s", kShot, "9h7m3s"},
+        {"en_US", "$TimeSS$", kShot, "03"},
+        {"en_US", "$TimeHH$", at(2013, 3, 5, 23), "23"},
+        {"en_US", "$DateMM$:$DateDD$", at(2013, 12, 31, 0), "1231"},
+        // The two-digit year is the year less 2000, not a modulo.
+        {"en_US", "$DateYY$", at(2005, 6, 1), "05"},
+        {"en_US", "$DateYY$", at(2000, 6, 1), "00"},
+        {"en_US", "$DateYY$", at(1999, 6, 1), "-1"},
+        {"en_US", "$DateYY$", at(2105, 6, 1), "105"},
+        {"en_US", "$DateYYYY$", at(999, 6, 1), "0999"},
+        // Empty pieces vanish; tokens match whole pieces, case-sensitively.
+        {"en_US", "", kShot, ""},
+        {"en_US", "::Shot::", kShot, "Shot"},
+        {"en_US", "$dateyyyy$", kShot, "$dateyyyy$"},
+        {"en_US", "$DateYYYY", kShot, "$DateYYYY"},
+        {"en_US", "x$DateYYYY$", kShot, "x$DateYYYY$"},
+        {"en_US", " $DateYYYY$", kShot, " $DateYYYY$"},
+        // A typed slash ends as ":" at the file-system level (shown as "/"); a date's slashes become hyphens.
+        {"en_US", "a/b", kShot, "a:b"},
+        {"en_US", "$DateShort$:/:x", kShot, "3-5-13:x"},
+        {"en_US", "$DateMedium$", kShot, "Mar 5, 2013"},
+        {"en_US", "$DateLong$", kShot, "March 5, 2013"},
+        {"en_US", "$DateFull$", kShot, "Tuesday, March 5, 2013"},
+        // Other locales keep their own shapes.
+        {"de_DE", "$DateShort$", kShot, "05.03.13"},
+        {"de_DE", "$DateLong$", kShot, "5. März 2013"},
+        {"de_DE", "$DateFull$", kShot, "Dienstag, 5. März 2013"},
+        {"de_DE", "$TimeShort$", kShot, "09.07"},
+        {"de_DE", "$TimeMedium$", kShot, "09.07.03"},
+        {"en_GB", "$DateShort$", kShot, "05-03-2013"},
+        {"en_GB", "$DateMedium$", kShot, "5 Mar 2013"},
+        {"en_GB", "$TimeShort$", kShot, "09.07"},
+        {"ja_JP", "$DateShort$", kShot, "2013-03-05"},
+        {"ja_JP", "$DateLong$", kShot, "2013年3月5日"},
+        {"ja_JP", "$TimeMedium$", kShot, "9時07分03秒"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.locale) + " " + c.pattern);
+        QLocale::setDefault(QLocale(QString::fromLatin1(c.locale)));
+        EXPECT_EQ(name(QString::fromUtf8(c.pattern), c.date), QString::fromUtf8(c.expected));
+    }
+    // Still in Japanese, after the last rows.
+    EXPECT_TRUE(name("$DateFull$").startsWith("2013年3月5日")) << name("$DateFull$").toStdString();
     EXPECT_EQ(name(QString()), "");
-    EXPECT_EQ(name(""), "");
-    EXPECT_EQ(name("::Shot::"), "Shot");
-    // Tokens match whole pieces, case-sensitively.
-    EXPECT_EQ(name("$dateyyyy$"), "$dateyyyy$");
-    EXPECT_EQ(name("$DateYYYY"), "$DateYYYY");
-    EXPECT_EQ(name("x$DateYYYY$"), "x$DateYYYY$");
-    EXPECT_EQ(name(" $DateYYYY$"), " $DateYYYY$");
+    // Neither the counter nor the size is asked for without their tokens.
     EXPECT_EQ(mCounter, 0);
     EXPECT_EQ(mMeasured, 0);
     EXPECT_EQ(RenamePattern::allTokens().size(), 26);
     for (const QString &token : RenamePattern::allTokens())
         EXPECT_TRUE(RenamePattern::isToken(token)) << token.toStdString();
-}
-
-TEST_F(RenamePatternTest, SlashesAndColons)
-{
-    // A typed slash ends as ":" at the file-system level (shown as "/"); a date's slashes become hyphens.
-    EXPECT_EQ(name("a/b"), "a:b");
-    EXPECT_EQ(name("$DateShort$"), "3-5-13");
-    EXPECT_EQ(name("$DateShort$:/:x"), "3-5-13:x");
-    // A time's colons become full stops, a date's colons hyphens.
-    EXPECT_FALSE(name("$TimeShort$:$TimeMedium$:$TimeLong$:$TimeFull$").contains(':'));
 }
 
 TEST_F(RenamePatternTest, CountersAdvanceOncePerToken)
@@ -103,13 +119,8 @@ TEST_F(RenamePatternTest, DimensionsAreTruncatedAndMeasuredPerToken)
     EXPECT_EQ(name("$Dimensions1$"), "611x792");
 }
 
-TEST_F(RenamePatternTest, EnglishUnitedStatesStyles)
+TEST_F(RenamePatternTest, EnglishUnitedStatesTimeStyles)
 {
-    EXPECT_EQ(name("$DateShort$"), "3-5-13");
-    EXPECT_EQ(name("$DateMedium$"), "Mar 5, 2013");
-    EXPECT_EQ(name("$DateLong$"), "March 5, 2013");
-    EXPECT_EQ(name("$DateFull$"), "Tuesday, March 5, 2013");
-
     const QString shortTime = name("$TimeShort$");
     EXPECT_TRUE(shortTime.startsWith("9.07")) << shortTime.toStdString();
     EXPECT_TRUE(shortTime.endsWith("AM")) << shortTime.toStdString();
@@ -126,27 +137,8 @@ TEST_F(RenamePatternTest, EnglishUnitedStatesStyles)
     const QString zoneName = kShot.timeZone().displayName(kShot, QTimeZone::LongName, QLocale());
     ASSERT_FALSE(zoneName.isEmpty());
     EXPECT_EQ(name("$TimeFull$"), mediumTime + " " + QString(zoneName).replace(':', '.').replace('/', ':'));
-}
-
-TEST_F(RenamePatternTest, OtherLocalesKeepTheirOwnShapes)
-{
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    EXPECT_EQ(name("$DateShort$"), "05.03.13");
-    EXPECT_EQ(name("$DateLong$"), "5. März 2013");
-    EXPECT_EQ(name("$DateFull$"), "Dienstag, 5. März 2013");
-    EXPECT_EQ(name("$TimeShort$"), "09.07");
-    EXPECT_EQ(name("$TimeMedium$"), "09.07.03");
-
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-    EXPECT_EQ(name("$DateShort$"), "05-03-2013");
-    EXPECT_EQ(name("$DateMedium$"), "5 Mar 2013");
-    EXPECT_EQ(name("$TimeShort$"), "09.07");
-
-    QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
-    EXPECT_EQ(name("$DateShort$"), "2013-03-05");
-    EXPECT_EQ(name("$DateLong$"), "2013年3月5日");
-    EXPECT_TRUE(name("$DateFull$").startsWith("2013年3月5日")) << name("$DateFull$").toStdString();
-    EXPECT_EQ(name("$TimeMedium$"), "9時07分03秒");
+    // A time's colons become full stops, a date's colons hyphens.
+    EXPECT_FALSE(name("$TimeShort$:$TimeMedium$:$TimeLong$:$TimeFull$").contains(':'));
 }
 
 TEST_F(RenamePatternTest, DerivedFormatsAcrossLocales)

@@ -1,50 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ScreenshotInfo.h"
+#include "CapturingLogger.h"
 #include "TestSupport.h"
 #include "foundation/Notifications.h"
-#include "logging/DDLog.h"
-#include "logging/DDLogMessage.h"
-#include "logging/DDLogger.h"
 #include "platform/FileAttributes.h"
 #include "platform/PropertyList.h"
 
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
-#include <mutex>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Keeps the error messages logged while it is installed.
-class ErrorCapture
-{
-public:
-    ErrorCapture() { DDLog::addLogger(mLogger); }
-    ~ErrorCapture() { DDLog::removeLogger(mLogger), DDLog::flushLog(); }
-    QStringList errors() const
-    {
-        DDLog::flushLog();
-        std::lock_guard lock(mLogger->mutex);
-        return mLogger->errors;
-    }
-
-private:
-    struct Logger : DDLogger
-    {
-        void logMessage(const DDLogMessage &message) override
-        {
-            std::lock_guard lock(mutex);
-            if (message.logFlag() == DDLogFlagError)
-                errors.append(message.logMsg());
-        }
-        std::mutex mutex;
-        QStringList errors;
-    };
-    std::shared_ptr<Logger> mLogger = std::make_shared<Logger>();
-};
 
 QString makeShot(const QString &name)
 {
@@ -53,7 +22,7 @@ QString makeShot(const QString &name)
 
 TEST(ScreenshotInfoFromFile, ExistingFileGetsAttributesAndAWorkingBookmark)
 {
-    ErrorCapture capture;
+    LogCapture capture;
     const QString path = makeShot(u"Screen Shot 1.png"_s);
     const ScreenshotInfo info(path, 2);
     EXPECT_EQ(info.filePath(), path);
@@ -63,17 +32,25 @@ TEST(ScreenshotInfoFromFile, ExistingFileGetsAttributesAndAWorkingBookmark)
     EXPECT_TRUE(info.fileAttributes()->value(FileAttributes::CreationDateKey).toDateTime().isValid());
     ASSERT_TRUE(info.bookmarkData().has_value());
     EXPECT_FALSE(info.targetFilePath().has_value());
-    EXPECT_TRUE(capture.errors().isEmpty());
+    EXPECT_TRUE(capture.messages(DDLogFlagError).isEmpty());
+
+    // Through the wire format and back, the record is the same, bookmark and all.
+    const QVariantMap out = info.notificationDictionary();
+    const ScreenshotInfo back = ScreenshotInfo::initWithNotificationDictionary(
+        PropertyList::parse(PropertyList::serialize(out, PropertyList::Format::Binary)).toMap());
+    EXPECT_EQ(back, info);
+    EXPECT_TRUE(PropertyList::equal(back.notificationDictionary(), out));
 
     // The bookmark follows the file through a rename.
     const QString renamed = QFileInfo(path).path() + u"/renamed.png"_s;
     ASSERT_TRUE(QFile::rename(path, renamed));
     EXPECT_EQ(info.filePathByResolvingBookmarkData(), renamed);
+    EXPECT_EQ(back.filePathByResolvingBookmarkData(), renamed);
 }
 
 TEST(ScreenshotInfoFromFile, MissingFileIsStillARecordWithTwoErrorLines)
 {
-    ErrorCapture capture;
+    LogCapture capture;
     const QString path = corvex::test::home() + u"/Desktop/gone.png"_s;
     const ScreenshotInfo info(path, 1);
     EXPECT_EQ(info.filePath(), path);
@@ -82,7 +59,7 @@ TEST(ScreenshotInfoFromFile, MissingFileIsStillARecordWithTwoErrorLines)
     EXPECT_FALSE(info.bookmarkData().has_value());
     EXPECT_FALSE(info.filePathByResolvingBookmarkData().has_value());
     const QString reason = u"The file “gone.png” couldn’t be opened because there is no such file."_s;
-    EXPECT_EQ(capture.errors(),
+    EXPECT_EQ(capture.messages(DDLogFlagError),
               QStringList({u"Could not get file attributes for %1.  %2"_s.arg(path, reason),
                            u"Could not get bookmark data for %1.  %2"_s.arg(path, reason)}));
 }
@@ -142,34 +119,6 @@ TEST(ScreenshotInfoDictionary, AbsentValuesGoOutAsTheNullMarkerAndTheTargetStays
     EXPECT_FALSE(back.targetFilePath().has_value());
     back.setTargetFilePath(info.targetFilePath());
     EXPECT_EQ(back, info);
-}
-
-TEST(ScreenshotInfoDictionary, FileRecordSurvivesTheWireExactly)
-{
-    const ScreenshotInfo info(makeShot(u"wire.png"_s), 1);
-    const QVariantMap out = info.notificationDictionary();
-    const QVariant wire = PropertyList::parse(PropertyList::serialize(out, PropertyList::Format::Binary));
-    const ScreenshotInfo back = ScreenshotInfo::initWithNotificationDictionary(wire.toMap());
-    EXPECT_EQ(back, info);
-    EXPECT_TRUE(PropertyList::equal(back.notificationDictionary(), out));
-    EXPECT_EQ(back.filePathByResolvingBookmarkData(), info.filePath());
-}
-
-TEST(ScreenshotInfoSetters, SameValueKeepsTheHeldStringAndNewValuesReplaceIt)
-{
-    ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary({{CorvexFilePathKey, u"/a"_s}});
-    const QString held = info.filePath();
-    info.setFilePath(QString::fromUtf8("/a")); // equal, but another buffer
-    EXPECT_EQ(info.filePath().constData(), held.constData());
-    info.setFilePath(u"/b"_s);
-    EXPECT_EQ(info.filePath(), u"/b"_s);
-
-    info.setTargetFilePath(u"/t"_s);
-    const QString target = *info.targetFilePath();
-    info.setTargetFilePath(QString::fromUtf8("/t"));
-    EXPECT_EQ(info.targetFilePath()->constData(), target.constData());
-    info.setTargetFilePath(std::nullopt);
-    EXPECT_FALSE(info.targetFilePath().has_value());
 }
 
 } // namespace
