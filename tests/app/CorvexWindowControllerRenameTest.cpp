@@ -22,16 +22,6 @@ using namespace corvex::test;
 
 namespace {
 
-int formatIndex(const QString &uti)
-{
-    const auto &formats = FileFormat::allFileFormats();
-    for (int i = 0; i < formats.size(); ++i) {
-        if (formats.at(i)->uti() == uti)
-            return i;
-    }
-    return -1;
-}
-
 QString trashedCopy(const QString &name)
 {
     return home() + u"/.local/share/Trash/files/"_s + name;
@@ -57,6 +47,15 @@ protected:
         field->selectAll();
         QTest::keyClicks(field, name);
         QTest::keyClick(field, Qt::Key_Return);
+    }
+
+    // Chooses the format in the window's format popup, as a user does.
+    void chooseFormat(CorvexWindowController &controller, const QString &extension)
+    {
+        const FileFormat *format = qzFileFormatForExtension(FileFormat::allFileFormats(), extension);
+        controller.formatPopupButton()->setCurrentIndex(
+            controller.formatPopupButton()->findText(format->description()));
+        controller.formatAction();
     }
 
     static inline int sCount = 0;
@@ -88,6 +87,20 @@ TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesAndRemembersTheFo
     EXPECT_FALSE(FileAttributes::attributesOfItemAtPath(mFolder + u"/Plain.png"_s)
                      .value(FileAttributes::ExtensionHiddenKey)
                      .toBool());
+
+    // Remembered values that repeat the screenshot settings are removed; the type is compared exactly.
+    auto screencapture = AppUserDefaults::userDefaultsWithBundleIdentifier(u"com.apple.screencapture"_s);
+    screencapture->setObject(mFolder, u"location"_s);
+    screencapture->setObject(u"png"_s, u"type"_s);
+    AppUserDefaults::sharedScreencaptureDefaults().synchronize();
+    next->saveLastDirectoryAndExtension(mFolder + u"/New.png"_s);
+    EXPECT_FALSE(defaults.objectForKey(u"lastSaveDirectory"_s).isValid());
+    EXPECT_FALSE(defaults.objectForKey(u"lastFileFormatExtension"_s).isValid());
+    next->saveLastDirectoryAndExtension(home() + u"/New.PNG"_s);
+    EXPECT_EQ(defaults.stringForKey(u"lastSaveDirectory"_s), home());
+    EXPECT_EQ(defaults.stringForKey(u"lastFileFormatExtension"_s), u"PNG"_s);
+    screencapture->removeObjectForKey(u"location"_s);
+    screencapture->removeObjectForKey(u"type"_s);
 }
 
 TEST_F(CorvexWindowRenameTest, ExtensionMismatchAlertAnswers)
@@ -121,20 +134,7 @@ TEST_F(CorvexWindowRenameTest, ExtensionMismatchAlertAnswers)
     EXPECT_FALSE(QFileInfo::exists(second));
 }
 
-TEST_F(CorvexWindowRenameTest, ReplacingTheFileWithItselfKeepsIt)
-{
-    LogCapture log;
-    auto controller = openWindow(mPath);
-    controller->rename();
-    EXPECT_TRUE(log.messages(DDLogFlagError).contains(u" *** can't rename a file to the same name ***"_s));
-    QZAlert *sheet = waitForSheet(*controller);
-    ASSERT_NE(sheet, nullptr);
-    answerSheet(sheet, u"Replace"_s);
-    ASSERT_TRUE(waitUntil([&] { return !controller->window()->isVisible(); }));
-    EXPECT_TRUE(QFileInfo::exists(mPath)) << "the screenshot is never deleted to make room for itself";
-}
-
-TEST_F(CorvexWindowRenameTest, ExtensionsAreCompletedAndTheFormatPopupRewritesThem)
+TEST_F(CorvexWindowRenameTest, ExtensionsAreCompletedAndTheFormatPopupConvertsTheFile)
 {
     auto controller = openWindow(mPath);
     controller->nameTextField()->setText(u"Shot.final"_s);
@@ -147,65 +147,62 @@ TEST_F(CorvexWindowRenameTest, ExtensionsAreCompletedAndTheFormatPopupRewritesTh
     EXPECT_FALSE(controller->ensureExtensionMatchesCurrentFormatExcludingOthers(true));
 
     controller->nameTextField()->setText(u"Shot.png"_s);
-    controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
-    controller->formatAction();
+    chooseFormat(*controller, u"jpg"_s);
     EXPECT_EQ(controller->nameTextField()->text(), u"Shot.jpg"_s);
     EXPECT_EQ(controller->nameTextField()->selectedText(), u"Shot"_s);
     EXPECT_TRUE(controller->renameButton()->isEnabled());
-}
-
-TEST_F(CorvexWindowRenameTest, ConvertingToAnotherFormatTrashesTheOriginal)
-{
-    auto controller = openWindow(mPath);
-    controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
-    controller->formatAction();
+    // Renamed with the new format, the file is converted (the conversion itself: RenameItemTest).
     QTest::keyClick(controller->nameTextField(), Qt::Key_Return);
-    const QString converted = mFolder + u"/Shot.jpg"_s;
-    ASSERT_TRUE(QFileInfo::exists(converted));
-    EXPECT_EQ(QImageReader(converted).format(), QByteArray("jpeg"));
-    EXPECT_EQ(QImageReader(converted).size(), QSize(200, 100));
+    EXPECT_EQ(QImageReader(mFolder + u"/Shot.jpg"_s).format(), QByteArray("jpeg"));
     EXPECT_FALSE(QFileInfo::exists(mPath));
-    EXPECT_TRUE(QFileInfo::exists(trashedCopy(u"Shot.png"_s))) << "the original is in the Trash";
     EXPECT_FALSE(controller->window()->isVisible());
 }
 
 TEST_F(CorvexWindowRenameTest, MissingOrPlainFileDestinationsFallBackToTheCurrentFolder)
 {
-    LogCapture log;
     const QString vanished = home() + u"/Vanished/Deeper"_s;
-    auto controller = openWindow(mPath);
-    controller->setWhere(vanished);
-    typeAndRename(*controller, u"Fallback.png"_s);
-    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Fallback.png"_s));
-    EXPECT_TRUE(QFileInfo(vanished).isDir()) << "the folder is created again";
-    const QStringList errors = log.messages(DDLogFlagError);
-    EXPECT_TRUE(errors.contains(u"Destination \"%1\" is not a folder."_s.arg(mFolder)));
-    EXPECT_TRUE(errors.filter(u"Can't create destination folder"_s).isEmpty());
-
-    log.clear();
     const QString plainFile = writeFile(home() + u"/NotAFolder"_s, "x");
-    const QString second = writeImage(mFolder + u"/Second.png"_s);
-    auto next = openWindow(second);
-    next->setWhere(plainFile);
-    typeAndRename(*next, u"Beside.png"_s);
-    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Beside.png"_s));
-    EXPECT_EQ(log.messages(DDLogFlagError).filter(u"is not a folder"_s).size(), 1);
-
-    log.clear();
-    const QString third = writeImage(mFolder + u"/Third.png"_s);
-    auto last = openWindow(third);
-    last->setWhere(plainFile + u"/inside"_s);
-    typeAndRename(*last, u"Third renamed.png"_s);
-    EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Third renamed.png"_s));
-    EXPECT_EQ(log.messages(DDLogFlagError)
-                  .filter(u"Can't create destination folder \""_s + plainFile + u"/inside\": "_s)
-                  .size(),
-              1);
-    EXPECT_EQ(log.messages(DDLogFlagError).filter(u"is not a folder"_s).size(), 1);
+    const QString notAFolder = u"Destination \"%1\" is not a folder."_s;
+    struct Case
+    {
+        QString where;
+        QStringList errors; // every error naming a folder
+    };
+    const Case cases[] = {
+        {vanished, {notAFolder.arg(mFolder)}}, // the folder is created again all the same
+        {plainFile, {notAFolder.arg(plainFile)}},
+        {plainFile + u"/inside"_s,
+         {u"Can't create destination folder \"%1/inside\": "_s.arg(plainFile), notAFolder.arg(mFolder)}},
+    };
+    int number = 0;
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.where.toStdString());
+        LogCapture log;
+        auto controller = openWindow(writeImage(mFolder + u"/Case%1.png"_s.arg(++number)));
+        controller->setWhere(c.where);
+        typeAndRename(*controller, u"Moved%1.png"_s.arg(number));
+        EXPECT_TRUE(QFileInfo::exists(mFolder + u"/Moved%1.png"_s.arg(number)));
+        const QStringList errors = log.messages(DDLogFlagError).filter(u"folder"_s);
+        ASSERT_EQ(errors.size(), c.errors.size()) << errors.join(u'\n').toStdString();
+        for (int i = 0; i < errors.size(); ++i)
+            EXPECT_TRUE(errors.at(i).startsWith(c.errors.at(i))) << errors.at(i).toStdString();
+    }
+    EXPECT_TRUE(QFileInfo(vanished).isDir());
 }
 
 TEST_F(CorvexWindowRenameTest, ReplaceConfirmationTakesCtrlRAndReturnOrEscapeCancel)
 {
+    {
+        // Replacing the screenshot with itself keeps it.
+        LogCapture log;
+        auto self = openWindow(mPath);
+        self->rename();
+        EXPECT_TRUE(
+            log.messages(DDLogFlagError).contains(u" *** can't rename a file to the same name ***"_s));
+        answerSheet(waitForSheet(*self), u"Replace"_s);
+        ASSERT_TRUE(waitUntil([&] { return !self->window()->isVisible(); }));
+        EXPECT_TRUE(QFileInfo::exists(mPath)) << "the screenshot is never deleted to make room for itself";
+    }
     const QString existing = writeImage(mFolder + u"/Taken.png"_s, QSize(10, 10), Qt::green);
     auto controller = openWindow(mPath);
     typeAndRename(*controller, u"Taken.png"_s);
@@ -238,17 +235,14 @@ TEST_F(CorvexWindowRenameTest, ReplaceConfirmationTakesCtrlRAndReturnOrEscapeCan
     ASSERT_TRUE(waitUntil([&] { return !QFileInfo::exists(mPath); }));
     EXPECT_EQ(QImageReader(existing).size(), QSize(200, 100)) << "replaced by the screenshot";
     EXPECT_FALSE(controller->window()->isVisible());
-}
 
-TEST_F(CorvexWindowRenameTest, ReplacingOnTheDesktopSaysSo)
-{
+    // On the desktop the question says so.
     const QString desktop = FolderShortcuts::desktopFolder();
-    QDir().mkpath(desktop);
     writeImage(desktop + u"/Taken.png"_s);
-    auto controller = openWindow(mPath);
-    controller->setWhere(desktop);
-    typeAndRename(*controller, u"Taken.png"_s);
-    QZAlert *sheet = waitForSheet(*controller);
+    auto other = openWindow(writeImage(mFolder + u"/Second.png"_s));
+    other->setWhere(desktop);
+    typeAndRename(*other, u"Taken.png"_s);
+    sheet = waitForSheet(*other);
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(
         sheet->informativeText(),
@@ -263,8 +257,7 @@ TEST_F(CorvexWindowRenameTest, AFailedConversionIsPresentedAndClosesTheWindowKee
     const QString text = writeFile(mFolder + u"/Broken.png"_s, "not a picture at all");
     LogCapture log;
     auto controller = openWindow(text);
-    controller->formatPopupButton()->setCurrentIndex(formatIndex(FileFormat::JPEGType));
-    controller->formatAction();
+    chooseFormat(*controller, u"jpg"_s);
     QTest::keyClick(controller->nameTextField(), Qt::Key_Return);
     QZAlert *sheet = waitForSheet(*controller);
     ASSERT_NE(sheet, nullptr);
@@ -276,27 +269,6 @@ TEST_F(CorvexWindowRenameTest, AFailedConversionIsPresentedAndClosesTheWindowKee
         log.messages().contains(u"Closing the renaming window as there is no recovery from this error."_s));
     EXPECT_TRUE(QFileInfo::exists(text) || QFileInfo::exists(trashedCopy(u"Broken.png"_s)))
         << "the file is never lost";
-}
-
-TEST_F(CorvexWindowRenameTest, RememberedValuesThatRepeatTheScreenshotSettingsAreRemoved)
-{
-    auto screencapture = AppUserDefaults::userDefaultsWithBundleIdentifier(u"com.apple.screencapture"_s);
-    screencapture->setObject(mFolder, u"location"_s);
-    screencapture->setObject(u"png"_s, u"type"_s);
-    AppUserDefaults::sharedScreencaptureDefaults().synchronize();
-    UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setObject(u"/old"_s, u"lastSaveDirectory"_s);
-    defaults.setObject(u"gif"_s, u"lastFileFormatExtension"_s);
-    auto controller = openWindow(mPath);
-    controller->saveLastDirectoryAndExtension(mFolder + u"/New.png"_s);
-    EXPECT_FALSE(defaults.objectForKey(u"lastSaveDirectory"_s).isValid());
-    EXPECT_FALSE(defaults.objectForKey(u"lastFileFormatExtension"_s).isValid());
-    controller->saveLastDirectoryAndExtension(home() + u"/New.PNG"_s);
-    EXPECT_EQ(defaults.stringForKey(u"lastSaveDirectory"_s), home());
-    EXPECT_EQ(defaults.stringForKey(u"lastFileFormatExtension"_s), u"PNG"_s)
-        << "the type is compared exactly";
-    screencapture->removeObjectForKey(u"location"_s);
-    screencapture->removeObjectForKey(u"type"_s);
 }
 
 TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
