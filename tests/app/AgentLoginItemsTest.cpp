@@ -88,23 +88,19 @@ protected:
     QString mAutostart;
 };
 
-TEST_F(AgentLoginItemsTest, TheAgentLiesInTheHelpersFolderBesideTheExecutable)
+TEST_F(AgentLoginItemsTest, TheAgentLiesInTheHelpersFolderBesideTheExecutableAndAMissingOneFailsToLaunch)
 {
     const QString expected =
         QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../Helpers/CorvexAgent.app"_s);
     EXPECT_EQ(mDelegate->corvexAgentApplicationURL(), QUrl::fromLocalFile(expected));
-    EXPECT_TRUE(mDelegate->corvexAgentApplicationURL().isLocalFile());
-}
-
-TEST_F(AgentLoginItemsTest, LaunchingAMissingAgentIsLoggedAsAFailure)
-{
+    // This test program has none there: launching it is logged as a failure.
     mDelegate->launchCorvexAgent();
     const QStringList messages = mLogger->takeMessages();
     ASSERT_EQ(messages.size(), 1);
     EXPECT_TRUE(messages.first().startsWith(u"Agent launch failed: "_s)) << messages.first().toStdString();
 }
 
-TEST_F(AgentLoginItemsTest, QuittingTheAgentEndsEveryRunningAgent)
+TEST_F(AgentLoginItemsTest, QuittingEndsTheAgentAndOtherCopiesButSparesThisOne)
 {
     QProcess agent;
     agent.start(
@@ -121,10 +117,8 @@ TEST_F(AgentLoginItemsTest, QuittingTheAgentEndsEveryRunningAgent)
     EXPECT_EQ(agent.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(agent.exitCode(), 0);
     EXPECT_EQ(mLogger->takeMessages(), QStringList{u"Agent app has been terminated"_s});
-}
 
-TEST_F(AgentLoginItemsTest, QuittingOtherCopiesSparesThisOne)
-{
+    // Quitting other copies of the application spares this one.
     const QString bundle = makeBundle(home() + u"/OtherCopy"_s, u"com.ostrel.Corvex"_s,
                                       QStandardPaths::findExecutable(u"sleep"_s));
     QProcess other;
@@ -138,26 +132,22 @@ TEST_F(AgentLoginItemsTest, QuittingOtherCopiesSparesThisOne)
 
 TEST_F(AgentLoginItemsTest, LoginItemsFollowTheAgentOfThisCopy)
 {
+    // Which entries go and what is logged is the login items' own matter (LoginItemsTest); the delegate hands
+    // on the agent beside this copy.
     const QString oldCopy = makeBundle(home() + u"/OldAgent"_s, u"com.ostrel.CorvexAgent"_s,
                                        QStandardPaths::findExecutable(u"true"_s));
     addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, oldCopy + u"/Contents/MacOS/Corvex"_s);
-    addEntry(u"gone-agent.desktop"_s, u"CorvexAgent"_s, u"/gone/CorvexAgent"_s);
     addEntry(u"editor.desktop"_s, u"Editor"_s, u"/bin/sh"_s);
-
-    // Removing takes the first agent entry only and stops there.
     mDelegate->removeAgentFromLoginItems();
-    EXPECT_EQ(entries(), (QStringList{u"editor.desktop"_s, u"gone-agent.desktop"_s}));
-    EXPECT_TRUE(mLogger->takeMessages().isEmpty());
+    EXPECT_EQ(entries(), QStringList{u"editor.desktop"_s});
 
-    // This test program has no agent beside it: every agent entry goes and the new one cannot be added.
+    // This test program has no agent beside it: the old entry goes and the new one cannot be added.
     addEntry(u"old-agent.desktop"_s, u"CorvexAgent"_s, oldCopy + u"/Contents/MacOS/Corvex"_s);
     mDelegate->ensureAgentIsInLoginItems();
     EXPECT_EQ(entries(), QStringList{u"editor.desktop"_s});
     const QStringList messages = mLogger->takeMessages();
-    ASSERT_EQ(messages.size(), 3) << messages.join(u'\n').toStdString();
-    EXPECT_EQ(messages.at(0), u"Agent wasn't found in login items so we'll add it."_s);
-    EXPECT_EQ(messages.at(1), u"Login item CorvexAgent could not be resolved.  Error: 2"_s);
-    EXPECT_EQ(messages.at(2),
+    ASSERT_FALSE(messages.isEmpty());
+    EXPECT_EQ(messages.last(),
               u"Item %1 could not be added to the login item list for an unknown reason."_s.arg(
                   mDelegate->corvexAgentApplicationURL().toString()));
 }

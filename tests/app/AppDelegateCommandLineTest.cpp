@@ -91,7 +91,7 @@ TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactly)
     EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::Preferences, A::CheckForUpdates}));
 }
 
-TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
+TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBusBeforeTheCommandRuns)
 {
     ActionRecorder recorder(*mDelegate);
     mDelegate->applicationWillFinishLaunching();
@@ -102,7 +102,7 @@ TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
             AppEventHandler::ServiceName, AppEventHandler::ObjectPath, AppEventHandler::Interface, method);
         message.setArguments(arguments);
         // The call is made from another thread's connection so that this thread can answer it.
-        QDBusConnection::sessionBus().asyncCall(message);
+        return QDBusConnection::sessionBus().asyncCall(message);
     };
     call(u"About"_s);
     call(u"CheckForUpdates"_s);
@@ -113,23 +113,13 @@ TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBus)
     // In turn: a "mailto" link dispatched by mistake would stand before Preferences.
     ASSERT_TRUE(waitUntil([&] { return recorder.triggered.size() == 4; }));
     EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::CheckForUpdates, A::SendFeedback, A::Preferences}));
-    QDBusConnection::sessionBus().unregisterService(AppEventHandler::ServiceName);
-}
 
-TEST_F(AppDelegateCommandLineTest, ACommandThatOpensAWindowIsAnsweredBeforeItRuns)
-{
-    mDelegate->applicationWillFinishLaunching();
-    ASSERT_TRUE(AppEventHandler::claimServiceName());
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        AppEventHandler::ServiceName, AppEventHandler::ObjectPath, AppEventHandler::Interface, u"GetURL"_s);
-    message.setArguments({u"qzcv://about"_s});
-    const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(message);
-    // About stands in for a modal window: it runs its own event loop until the caller has its answer.
+    // A command that opens a window is answered first. About stands in for a modal window: it runs its own
+    // event loop until the caller has its answer.
+    const QDBusPendingCall pending = call(u"GetURL"_s, {u"qzcv://about"_s});
     bool ran = false;
     bool answeredWhileOpen = false;
-    QAction *about = mDelegate->action(AppDelegate::Action::About);
-    QObject::disconnect(about, &QAction::triggered, nullptr, nullptr);
-    QObject::connect(about, &QAction::triggered, [&] {
+    QObject::connect(mDelegate->action(A::About), &QAction::triggered, [&] {
         ran = true;
         answeredWhileOpen = waitUntil([&] { return pending.isFinished(); }, std::chrono::milliseconds(3000));
     });

@@ -14,9 +14,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QSignalSpy>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -54,20 +52,6 @@ private:
     QList<int> mIds;
 };
 
-// Answers the next application-modal alert with the button of the title.
-void answerNextModalAlert(const QString &title)
-{
-    QTimer::singleShot(50, [title] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return answerNextModalAlert(title);
-        for (QAbstractButton *button : box->buttons()) {
-            if (button->text() == title)
-                button->click();
-        }
-    });
-}
-
 } // namespace
 
 class AppDelegateTest : public ::testing::Test
@@ -87,7 +71,7 @@ protected:
     std::unique_ptr<AppDelegate> mDelegate;
 };
 
-TEST_F(AppDelegateTest, FactoryDefaultsAreRegisteredAndTheVersionStringIsTheBuilds)
+TEST_F(AppDelegateTest, FactoryDefaultsVersionStringAndMenusAreInPlace)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     EXPECT_TRUE(defaults.boolForKey(u"showCorvexWindow"_s));
@@ -97,6 +81,16 @@ TEST_F(AppDelegateTest, FactoryDefaultsAreRegisteredAndTheVersionStringIsTheBuil
     EXPECT_FALSE(AppDelegate::osVersionString().isEmpty());
     EXPECT_EQ(AppDelegate::sharedDelegate(), mDelegate.get());
     EXPECT_TRUE(mDelegate->applicationShouldHandleReopen(false));
+
+    // The menus reach every action, and every action is enabled.
+    std::unique_ptr<QMenuBar> bar(mDelegate->menus()->makeMenuBar(nullptr, nullptr));
+    QList<QAction *> reachable;
+    for (QAction *menu : bar->actions())
+        reachable += menu->menu()->actions();
+    for (int which = int(AppDelegate::Action::About); which <= int(AppDelegate::Action::Quit); ++which) {
+        EXPECT_TRUE(reachable.contains(mDelegate->action(AppDelegate::Action(which)))) << which;
+        EXPECT_TRUE(mDelegate->action(AppDelegate::Action(which))->isEnabled()) << which;
+    }
 }
 
 TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
@@ -141,69 +135,49 @@ TEST_F(AppDelegateTest, ObservedPreferencesReachTheAgentAfterSynchronising)
         << "no handler after the observers are removed";
 }
 
-TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunched)
+TEST(AppDelegateLaunchTest, ScreenshotsAnnouncedWhileLaunchingOpenOnceLaunchedAndLaterOnesBehindTheOneInUse)
 {
     const QString shot = writeImage(folder(u"LaunchShots"_s) + u"/Early.png"_s);
     AppDelegate delegate;
     delegate.keepScreenshotsUntilLaunched();
     NotificationRecorder arrived({CorvexScreenshotMatchedNotification});
-    DistributedNotificationCenter::defaultCenter().postNotificationName(
-        CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
+    DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
+    center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                ScreenshotInfo(shot, 1).notificationDictionary());
     ASSERT_TRUE(waitUntil([&] { return arrived.names.size() == 1; }));
     EXPECT_TRUE(delegate.windowControllers().isEmpty()) << "nothing opens before launching has finished";
 
     delegate.addNotificationObservers();
     ASSERT_EQ(delegate.windowControllers().size(), 1);
-    EXPECT_EQ(delegate.windowControllers().first()->screenshotInfo().filePath(), shot);
+    CorvexWindowController *first = delegate.windowControllers().first();
+    EXPECT_EQ(first->screenshotInfo().filePath(), shot);
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == first->window(); }));
+    EXPECT_EQ(delegate.mainWindowController(), first);
+    EXPECT_NE(first->window()->findChild<QMenuBar *>(), nullptr) << "each window has the menus";
 
-    DistributedNotificationCenter::defaultCenter().postNotificationName(
-        CorvexScreenshotMatchedNotification, ScreenshotInfo(shot, 1).notificationDictionary());
+    center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                ScreenshotInfo(shot, 1).notificationDictionary());
     // A third screenshot's window comes after any second one of the screenshot before.
     const QString third = writeImage(folder(u"LaunchShots"_s) + u"/Later.png"_s);
-    DistributedNotificationCenter::defaultCenter().postNotificationName(
-        CorvexScreenshotMatchedNotification, ScreenshotInfo(third, 1).notificationDictionary());
+    center.postNotificationName(CorvexScreenshotMatchedNotification,
+                                ScreenshotInfo(third, 2).notificationDictionary());
+    CorvexWindowController *later = nullptr;
     ASSERT_TRUE(waitUntil([&] {
-        const QList<CorvexWindowController *> controllers = delegate.windowControllers();
-        return std::any_of(controllers.cbegin(), controllers.cend(), [&](CorvexWindowController *controller) {
-            return controller->screenshotInfo().filePath() == third;
-        });
+        for (CorvexWindowController *controller : delegate.windowControllers())
+            if (controller->screenshotInfo().filePath() == third)
+                later = controller;
+        return later != nullptr;
     }));
+    settleBackgroundWork();
     EXPECT_EQ(delegate.windowControllers().size(), 3) << "a later screenshot opens once, not twice";
+    EXPECT_TRUE(later->window()->isVisible());
+    EXPECT_EQ(QApplication::activeWindow(), first->window()) << "the user is not interrupted";
     delegate.removeNotificationObservers();
     QApplication::closeAllWindows();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-TEST_F(AppDelegateTest, ScreenshotNotificationsOpenWindowsBehindTheOneInUse)
-{
-    const QString shots = folder(u"AppShots"_s);
-    const QString first = writeImage(shots + u"/First.png"_s);
-    const QString second = writeImage(shots + u"/Second.png"_s);
-    DistributedNotificationCenter &center = DistributedNotificationCenter::defaultCenter();
-    center.postNotificationName(CorvexScreenshotMatchedNotification,
-                                ScreenshotInfo(first, 1).notificationDictionary());
-    ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().size() == 1; }));
-    CorvexWindowController *firstController = mDelegate->windowControllers().first();
-    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == firstController->window(); }));
-    EXPECT_EQ(mDelegate->mainWindowController(), firstController);
-    EXPECT_NE(firstController->window()->findChild<QMenuBar *>(), nullptr) << "each window has the menus";
-
-    center.postNotificationName(CorvexScreenshotMatchedNotification,
-                                ScreenshotInfo(second, 2).notificationDictionary());
-    ASSERT_TRUE(waitUntil([&] { return mDelegate->windowControllers().size() == 2; }));
-    settleBackgroundWork();
-    EXPECT_EQ(QApplication::activeWindow(), firstController->window()) << "the user is not interrupted";
-    CorvexWindowController *secondController = nullptr;
-    for (CorvexWindowController *controller : mDelegate->windowControllers()) {
-        if (controller != firstController)
-            secondController = controller;
-    }
-    ASSERT_NE(secondController, nullptr);
-    EXPECT_TRUE(secondController->window()->isVisible());
-    EXPECT_EQ(secondController->screenshotInfo().filePath(), second);
-}
-
-TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
+TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowOrAnInstalledUpdateQuitsButNotOtherWindows)
 {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     QSignalSpy quits(mDelegate.get(), &AppDelegate::terminationRequested);
@@ -233,14 +207,11 @@ TEST_F(AppDelegateTest, ClosingTheLastRenamingWindowQuitsButNotOtherWindows)
     settleBackgroundWork();
     EXPECT_EQ(quits.count(), 1) << "the preference keeps the application running";
     defaults.removeObjectForKey(u"quitAppAfterLastWindowClosed"_s);
-}
 
-TEST_F(AppDelegateTest, AnInstalledUpdateEndsTheApplicationOnceTheUpdaterHasHandedOver)
-{
-    QSignalSpy quits(mDelegate.get(), &AppDelegate::terminationRequested);
+    // An installed update ends the application once the updater has handed over.
     mDelegate->updaterWillRelaunchApplication(&SUUpdater::sharedUpdater());
-    EXPECT_EQ(quits.count(), 0) << "the updater still has to start the new copy";
-    ASSERT_TRUE(waitUntil([&] { return quits.count() == 1; }));
+    EXPECT_EQ(quits.count(), 1) << "the updater still has to start the new copy";
+    ASSERT_TRUE(waitUntil([&] { return quits.count() == 2; }));
 }
 
 TEST_F(AppDelegateTest, ResetPreferencesAndCounter)
@@ -251,12 +222,12 @@ TEST_F(AppDelegateTest, ResetPreferencesAndCounter)
     defaults.setBool(true, u"SUHasLaunchedBefore"_s);
     defaults.setBool(true, u"moveToApplicationsFolderAlertSuppress"_s);
 
-    answerNextModalAlert(u"Cancel"_s);
+    whenModalIsUp([](QWidget *alert) { buttonNamed(alert, u"Cancel"_s)->click(); });
     mDelegate->resetPreferences();
     EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 41);
 
     NotificationRecorder recorder({CorvexDefaultsChangedNotification});
-    answerNextModalAlert(u"Reset"_s);
+    whenModalIsUp([](QWidget *alert) { buttonNamed(alert, u"Reset"_s)->click(); });
     mDelegate->resetPreferences();
     EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 0);
     EXPECT_EQ(defaults.stringForKey(u"autoReformatExtension"_s), u"jpg"_s);
@@ -269,16 +240,4 @@ TEST_F(AppDelegateTest, ResetPreferencesAndCounter)
     mDelegate->resetAutoRenameCounter();
     EXPECT_EQ(defaults.integerForKey(u"autoRenameCount"_s), 0);
     EXPECT_TRUE(waitUntil([&] { return !recorder.names.isEmpty(); }));
-}
-
-TEST_F(AppDelegateTest, MenusReachEveryActionAndEveryActionIsEnabled)
-{
-    std::unique_ptr<QMenuBar> bar(mDelegate->menus()->makeMenuBar(nullptr, nullptr));
-    QList<QAction *> reachable;
-    for (QAction *menu : bar->actions())
-        reachable += menu->menu()->actions();
-    for (int which = int(AppDelegate::Action::About); which <= int(AppDelegate::Action::Quit); ++which) {
-        EXPECT_TRUE(reachable.contains(mDelegate->action(AppDelegate::Action(which)))) << which;
-        EXPECT_TRUE(mDelegate->action(AppDelegate::Action(which))->isEnabled()) << which;
-    }
 }

@@ -2,34 +2,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/UpdateUserDriver.h"
 #include "../core/SUTestSupport.h"
+#include "WindowTestSupport.h"
 #include "app/UpdateStatusWindow.h"
 #include "app/UpdateWindowController.h"
 #include "core/AppUserDefaults.h"
 #include "core/SUUpdater.h"
 #include "foundation/PreferenceKeys.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-using corvex::test::home;
-using corvex::test::waitUntil;
-
-QPushButton *buttonNamed(QWidget *window, const QString &text)
-{
-    for (QPushButton *button : window->findChildren<QPushButton *>())
-        if (button->text() == text && button->isVisible())
-            return button;
-    return nullptr;
-}
+using namespace corvex::test;
 
 // Saves a picture of the window when CORVEX_UPDATE_SCREENSHOTS names a folder (for looking at the windows).
 void keepPicture(QWidget *window, const QString &name)
@@ -71,7 +60,7 @@ protected:
     std::unique_ptr<UpdateUserDriver> driver;
 };
 
-TEST_F(UpdateUserDriverTest, ACheckShowsCheckingThenUpToDate)
+TEST_F(UpdateUserDriverTest, ACheckShowsCheckingThenUpToDateOrWhyItFailedAndEscapeCancelsIt)
 {
     serve("2.0.5");
     driver->checkForUpdates();
@@ -88,27 +77,26 @@ TEST_F(UpdateUserDriverTest, ACheckShowsCheckingThenUpToDate)
     keepPicture(driver->statusWindow(), "up-to-date");
     buttonNamed(driver->statusWindow(), "OK")->click();
     EXPECT_TRUE(waitUntil([&] { return !driver->statusWindow(); }));
-}
 
-TEST_F(UpdateUserDriverTest, AFailedCheckSaysWhy)
-{
+    // A failed check says why.
     server.set("/appcast.xml", {502, "bad gateway"});
     driver->checkForUpdates();
     ASSERT_TRUE(waitUntil([&] { return driver->statusWindow()->titleText() == "Update Error!"; }));
     EXPECT_THAT(driver->statusWindow()->messageText().toStdString(), testing::HasSubstr("answered 502"));
     keepPicture(driver->statusWindow(), "error");
-}
+    buttonNamed(driver->statusWindow(), "OK")->click();
+    EXPECT_TRUE(waitUntil([&] { return !driver->statusWindow(); }));
 
-TEST_F(UpdateUserDriverTest, EscapeWhileCheckingCancels)
-{
+    // Escape while checking cancels.
     server.set("/appcast.xml", {200, "<rss>", 100000, true}); // never finishes
+    server.requests.clear();
     driver->checkForUpdates();
     ASSERT_TRUE(waitUntil([&] { return !server.requests.isEmpty(); }));
     QTest::keyClick(driver->statusWindow(), Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return updater->phase() == SUUpdater::Phase::Idle; }));
 }
 
-TEST_F(UpdateUserDriverTest, TheUpdateWindowOffersAndInstalls)
+TEST_F(UpdateUserDriverTest, TheUpdateWindowOffersAndItsButtonsAnswerTheUpdater)
 {
     serve("2.1");
     driver->checkForUpdates();
@@ -122,21 +110,16 @@ TEST_F(UpdateUserDriverTest, TheUpdateWindowOffersAndInstalls)
     for (const char *text : {"Install Update", "Remind Me Later", "Skip This Version"})
         EXPECT_TRUE(buttonNamed(window, text)) << text;
 
+    // A cancelled download returns to the offer.
+    server.set("/Corvex.tar.xz", {200, archive.left(archive.size() / 3), archive.size(), true});
     buttonNamed(window, "Install Update")->click();
-    ASSERT_TRUE(waitUntil([&] { return !relaunched.isEmpty(); }, std::chrono::seconds(20)));
-    EXPECT_EQ(relaunched, bundlePath);
-    EXPECT_EQ(Bundle(bundlePath).bundleVersion(), "2.1");
-    EXPECT_EQ(window->statusText(), "Restarting Corvex…");
-    // The application quitting now closes every window, this one included.
-    EXPECT_TRUE(window->close());
-}
+    ASSERT_TRUE(waitUntil([&] { return window->statusText().startsWith("Downloading update… "); }));
+    keepPicture(window, "downloading");
+    buttonNamed(window, "Cancel")->click();
+    EXPECT_TRUE(waitUntil([&] { return window->statusText().isEmpty(); }));
+    ASSERT_TRUE(buttonNamed(window, "Install Update"));
 
-TEST_F(UpdateUserDriverTest, SkipAndRemindLaterAnswerTheUpdater)
-{
-    serve("2.1");
-    driver->checkForUpdates();
-    ASSERT_TRUE(waitUntil([&] { return driver->updateWindow() != nullptr; }));
-    buttonNamed(driver->updateWindow(), "Remind Me Later")->click();
+    buttonNamed(window, "Remind Me Later")->click();
     EXPECT_TRUE(waitUntil([&] { return !driver->updateWindow(); }));
     EXPECT_FALSE(preferences->objectForKey(kSUSkippedVersionKey).isValid());
 
@@ -146,32 +129,28 @@ TEST_F(UpdateUserDriverTest, SkipAndRemindLaterAnswerTheUpdater)
     EXPECT_EQ(preferences->stringForKey(kSUSkippedVersionKey), "2.1");
     EXPECT_TRUE(waitUntil([&] { return !driver->updateWindow(); }));
     EXPECT_EQ(Bundle(bundlePath).bundleVersion(), "2.0.5");
-}
 
-TEST_F(UpdateUserDriverTest, CancellingTheDownloadReturnsToTheOffer)
-{
-    serve("2.1");
+    // Offered again, the update installs.
+    preferences->removeObjectForKey(kSUSkippedVersionKey);
+    server.set("/Corvex.tar.xz", {200, archive});
     driver->checkForUpdates();
     ASSERT_TRUE(waitUntil([&] { return driver->updateWindow() != nullptr; }));
-    server.set("/Corvex.tar.xz", {200, archive.left(archive.size() / 3), archive.size(), true});
-    UpdateWindowController *window = driver->updateWindow();
+    window = driver->updateWindow();
     buttonNamed(window, "Install Update")->click();
-    ASSERT_TRUE(waitUntil([&] { return window->statusText().startsWith("Downloading update… "); }));
-    keepPicture(window, "downloading");
-    buttonNamed(window, "Cancel")->click();
-    EXPECT_TRUE(waitUntil([&] { return window->statusText().isEmpty(); }));
-    EXPECT_TRUE(buttonNamed(window, "Install Update"));
-    EXPECT_EQ(Bundle(bundlePath).bundleVersion(), "2.0.5");
+    ASSERT_TRUE(waitUntil([&] { return !relaunched.isEmpty(); }, std::chrono::seconds(20)));
+    EXPECT_EQ(relaunched, bundlePath);
+    EXPECT_EQ(Bundle(bundlePath).bundleVersion(), "2.1");
+    EXPECT_EQ(window->statusText(), "Restarting Corvex…");
+    // The application quitting now closes every window, this one included.
+    EXPECT_TRUE(window->close());
 }
 
 TEST_F(UpdateUserDriverTest, PermissionIsAskedOnceOnTheSecondLaunch)
 {
     EXPECT_FALSE(UpdateUserDriver::askForPermissionIfNeeded(*preferences)); // first launch
     EXPECT_TRUE(preferences->boolForKey(kSUHasLaunchedBeforeKey));
-    QTimer::singleShot(0, [] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        ASSERT_TRUE(box);
-        box->checkBox()->setChecked(true);
+    whenModalIsUp([](QWidget *box) {
+        box->findChild<QCheckBox *>()->setChecked(true);
         buttonNamed(box, "Check Automatically")->click();
     });
     EXPECT_TRUE(UpdateUserDriver::askForPermissionIfNeeded(*preferences));

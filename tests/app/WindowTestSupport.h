@@ -12,13 +12,16 @@
 #include "foundation/PreferenceKeys.h"
 #include "widgets/QZAlert.h"
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
 #include <QThreadPool>
+#include <QTimer>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -109,6 +112,32 @@ inline void answerSheet(QZAlert *sheet, const QString &title)
         }
     }
     ADD_FAILURE() << "no button " << title.toStdString();
+}
+
+// The visible push button of the window with the text, or null.
+inline QPushButton *buttonNamed(QWidget *window, const QString &text)
+{
+    for (QPushButton *button : window->findChildren<QPushButton *>())
+        if (button->text() == text && button->isVisible())
+            return button;
+    return nullptr;
+}
+
+// Once an application-modal window is up, runs the step on it (retrying until one is). A dialog the step left
+// up (a key it did not take) is ended as unanswered after a while instead of blocking the test for ever.
+inline void whenModalIsUp(const std::function<void(QWidget *)> &step)
+{
+    QTimer::singleShot(30, [step] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (!modal || !modal->isVisible())
+            return whenModalIsUp(step);
+        step(modal);
+        if (auto *dialog = qobject_cast<QDialog *>(modal))
+            QTimer::singleShot(5000, dialog, [dialog] {
+                if (dialog->isVisible())
+                    dialog->done(0);
+            });
+    });
 }
 
 // Resets the preferences a test may have touched.
