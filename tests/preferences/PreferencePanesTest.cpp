@@ -67,30 +67,7 @@ protected:
 
 SS_PrefsController *PreferencePanesTest::sController = nullptr;
 
-TEST_F(PreferencePanesTest, TheThreeBundlesLoadInTheirOrder)
-{
-    EXPECT_EQ(sController->panesOrder(), (QStringList{u"General"_s, u"Advanced"_s, u"Updates"_s}));
-    for (const QString &name : sController->panesOrder()) {
-        QWidget *view = show(name);
-        ASSERT_NE(view, nullptr) << qPrintable(name);
-        EXPECT_EQ(sController->preferencesWindow()->windowTitle(), name);
-        EXPECT_FALSE(sController->currentPane()->paneIcon().isNull()) << qPrintable(name);
-        // Every control can be told apart by a screen reader.
-        for (QWidget *control : view->findChildren<QWidget *>()) {
-            if (auto *button = qobject_cast<QAbstractButton *>(control)) {
-                EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
-                    << qPrintable(name) << " " << control->metaObject()->className();
-            } else if (qobject_cast<QComboBox *>(control) || qobject_cast<QListWidget *>(control) ||
-                       (qobject_cast<QLineEdit *>(control) &&
-                        !qobject_cast<QComboBox *>(control->parent()))) {
-                EXPECT_FALSE(control->accessibleName().isEmpty())
-                    << qPrintable(name) << " " << qPrintable(control->objectName());
-            }
-        }
-    }
-}
-
-TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
+TEST_F(PreferencePanesTest, TheThreeBundlesLoadInTheirOrderAndEveryCheckBoxWritesItsKeyForTheAgent)
 {
     const QList<QPair<QString, QStringList>> panes{
         {u"General"_s,
@@ -101,9 +78,24 @@ TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
          {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey, kUseLenientTimeParserKey}},
         {u"Updates"_s, {kCheckForUpdatesKey}},
     };
+    EXPECT_EQ(sController->panesOrder(), (QStringList{u"General"_s, u"Advanced"_s, u"Updates"_s}));
     for (const auto &[pane, keys] : panes) {
         QWidget *view = show(pane);
-        ASSERT_NE(view, nullptr);
+        ASSERT_NE(view, nullptr) << qPrintable(pane);
+        EXPECT_EQ(sController->preferencesWindow()->windowTitle(), pane);
+        EXPECT_FALSE(sController->currentPane()->paneIcon().isNull()) << qPrintable(pane);
+        // Every control can be told apart by a screen reader.
+        for (QWidget *control : view->findChildren<QWidget *>()) {
+            if (auto *button = qobject_cast<QAbstractButton *>(control)) {
+                EXPECT_FALSE(button->text().isEmpty() && button->accessibleName().isEmpty())
+                    << qPrintable(pane) << " " << control->metaObject()->className();
+            } else if (qobject_cast<QComboBox *>(control) || qobject_cast<QListWidget *>(control) ||
+                       (qobject_cast<QLineEdit *>(control) &&
+                        !qobject_cast<QComboBox *>(control->parent()))) {
+                EXPECT_FALSE(control->accessibleName().isEmpty())
+                    << qPrintable(pane) << " " << qPrintable(control->objectName());
+            }
+        }
         for (const QString &key : keys) {
             auto *box = view->findChild<QCheckBox *>(key);
             ASSERT_NE(box, nullptr) << qPrintable(key);
@@ -118,23 +110,19 @@ TEST_F(PreferencePanesTest, EveryCheckBoxWritesItsKeyAndFollowsOtherWriters)
             EXPECT_EQ(box->isChecked(), before) << qPrintable(key);
         }
     }
-}
 
-TEST_F(PreferencePanesTest, AChangedStepReachesTheAgentsDecision)
-{
-    QWidget *view = show(u"Advanced"_s);
-    ASSERT_NE(view, nullptr);
+    // A changed step reaches the agent's decision: the agent reads the shared domain as stored, through its
+    // own store.
     for (const QString &key : {kAutoRenameKey, kAutoReformatKey, kAutoMoveKey, kOpenWithKey})
         defaults().setBool(false, key);
     AppUserDefaults::sharedCorvexDefaults().synchronize();
     EXPECT_FALSE(Processor::sharedProcessor().needsAutomaticProcessing());
-    view->findChild<QCheckBox *>(kAutoRenameKey)->click();
-    // The agent reads the shared domain as stored, through its own store.
+    show(u"Advanced"_s)->findChild<QCheckBox *>(kAutoRenameKey)->click();
     EXPECT_TRUE(Processor::sharedProcessor().needsAutomaticProcessing());
     defaults().setBool(false, kAutoRenameKey);
 }
 
-TEST_F(PreferencePanesTest, PatternEditorStoresPiecesAndPreviewsWithoutAdvancingTheCounter)
+TEST_F(PreferencePanesTest, PatternEditorStoresPiecesOffersEveryTokenAndPreviewsWithoutAdvancingTheCounter)
 {
     QWidget *view = show(u"Advanced"_s);
     ASSERT_NE(view, nullptr);
@@ -168,12 +156,8 @@ TEST_F(PreferencePanesTest, PatternEditorStoresPiecesAndPreviewsWithoutAdvancing
     EXPECT_TRUE(waitUntil([&] { return preview->text().endsWith(u"Shot 001_2:$Unknown$.png"_s); }))
         << qPrintable(preview->text());
     EXPECT_TRUE(view->findChild<QLabel *>(u"counterValue"_s)->text().contains(QLatin1Char('0')));
-}
 
-TEST_F(PreferencePanesTest, TokenMenuOffersEveryToken)
-{
-    QWidget *view = show(u"Advanced"_s);
-    ASSERT_NE(view, nullptr);
+    // The token menu offers every token.
     QStringList offered;
     for (QAction *action : view->findChildren<QAction *>())
         if (RenamePattern::isToken(action->data().toString()))

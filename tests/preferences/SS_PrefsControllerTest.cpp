@@ -61,17 +61,18 @@ protected:
     static QString lastPaneKey() { return u"com.ostrel.Corvex_Preferences_Last_Pane_Defaults_Key"_s; }
 };
 
-TEST_F(PrefsControllerTest, LoadsPaneBundlesAndSkipsFaultyOnes)
+TEST_F(PrefsControllerTest, LoadsPaneBundlesInTheOrderGivenAndSkipsFaultyOnesEachForItsReason)
 {
     PaneFolder folder({u"TestPanes"_s, u"DuplicateClass"_s, u"NoPrincipalClass"_s, u"NotAPane"_s});
     // A bundle whose plugin is not a library at all, and a folder that is no bundle.
-    corvex::test::writeFile(folder.path() + u"/Corrupt.preferencePane/Contents/Info.plist"_s,
+    const QString corrupt = folder.path() + u"/Corrupt.preferencePane"_s;
+    corvex::test::writeFile(corrupt + u"/Contents/Info.plist"_s,
                             R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
 <key>CFBundleExecutable</key><string>libCorrupt.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
 </dict></plist>)");
-    corvex::test::writeFile(folder.path() + u"/Corrupt.preferencePane/Contents/libCorrupt.so"_s,
-                            "not a library");
-    QDir().mkpath(folder.path() + u"/Empty.preferencePane"_s);
+    corvex::test::writeFile(corrupt + u"/Contents/libCorrupt.so"_s, "not a library");
+    const QString empty = folder.path() + u"/Empty.preferencePane"_s;
+    QDir().mkpath(empty);
 
     StderrCapture capture;
     SS_PrefsController controller(folder.path());
@@ -80,22 +81,22 @@ TEST_F(PrefsControllerTest, LoadsPaneBundlesAndSkipsFaultyOnes)
     loaded.sort();
     EXPECT_EQ(loaded, (QStringList{u"Alpha"_s, u"Beta"_s}));
     EXPECT_EQ(controller.panesOrder(), (QStringList{u"Alpha"_s, u"Beta"_s}));
-    EXPECT_EQ(controller.bundleExtension(), u"preferencePane"_s);
-    EXPECT_EQ(controller.searchPath(), folder.path());
     // Without debug the refusals are silent.
     EXPECT_FALSE(capture.text().contains(u"PREFERENCES DEBUG"_s));
-}
+    // The toolbar order keeps only loaded panes and, with debug, reports the rest.
+    controller.setDebug(true);
+    StderrCapture debug;
+    controller.setPanesOrder({u"Beta"_s, u"Gamma"_s, u"Alpha"_s});
+    debug.restore();
+    EXPECT_EQ(controller.panesOrder(), (QStringList{u"Beta"_s, u"Alpha"_s}));
+    EXPECT_TRUE(debug.text().contains(QStringLiteral(
+        "[--- PREFERENCES DEBUG MESSAGE ---]\rDid not add preference pane \"Gamma\" to the toolbar "
+        "ordering array, because that pane does not exist.\r\r")));
 
-TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
-{
-    QTemporaryDir corrupt;
-    corvex::test::writeFile(corrupt.path() + u"/Contents/Info.plist"_s,
-                            R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>
-<key>CFBundleExecutable</key><string>lib.so</string><key>NSPrincipalClass</key><string>Corrupt</string>
-</dict></plist>)");
-    corvex::test::writeFile(corrupt.path() + u"/Contents/lib.so"_s, "not a library");
-    QTemporaryDir empty;
     const QString suffix = u".preferencePane"_s;
+    const QString notAPane = QStringLiteral(
+        "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
+        "or does not conform to the PreferencePane Protocol.");
     struct Case
     {
         QString path;
@@ -110,15 +111,9 @@ TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
                         "Preference pane.")},
         {kBundles + u"/NoPrincipalClass"_s + suffix, false,
          u"Could not obtain name of Principal Class for bundle: %1"_s},
-        {kBundles + u"/NotAPane"_s + suffix, false,
-         QStringLiteral(
-             "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
-             "or does not conform to the PreferencePane Protocol.")},
-        {corrupt.path(), false,
-         QStringLiteral(
-             "Did not load bundle: %1 because its Principal Class is either not an NSObject subclass, "
-             "or does not conform to the PreferencePane Protocol.")},
-        {empty.path(), false, u"Could not initialize bundle: %1"_s},
+        {kBundles + u"/NotAPane"_s + suffix, false, notAPane},
+        {corrupt, false, notAPane},
+        {empty, false, u"Could not initialize bundle: %1"_s},
     };
     for (const Case &c : cases) {
         QStringList messages;
@@ -137,37 +132,32 @@ TEST_F(PrefsControllerTest, EachRefusedBundleGivesItsReason)
     EXPECT_EQ(again.size(), 2);
 }
 
-TEST_F(PrefsControllerTest, PanesOrderKeepsOnlyLoadedPanesAndReportsTheRest)
-{
-    PaneFolder folder({u"TestPanes"_s});
-    SS_PrefsController controller(folder.path());
-    controller.setDebug(true);
-    StderrCapture capture;
-    controller.setPanesOrder({u"Beta"_s, u"Gamma"_s, u"Alpha"_s});
-    capture.restore();
-    EXPECT_EQ(controller.panesOrder(), (QStringList{u"Beta"_s, u"Alpha"_s}));
-    EXPECT_TRUE(capture.text().contains(QStringLiteral(
-        "[--- PREFERENCES DEBUG MESSAGE ---]\rDid not add preference pane \"Gamma\" to the toolbar "
-        "ordering array, because that pane does not exist.\r\r")));
-}
-
-TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneAndRemembersTheChoice)
+TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneRemembersTheChoiceAndRefusesUnknownPanes)
 {
     PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.setPanesOrder({u"Beta"_s, u"Alpha"_s});
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Alpha"_s, true)); // no window yet
+    EXPECT_FALSE(controller.showPane(u"Nothing"_s));
+    EXPECT_EQ(controller.preferencesWindow(), nullptr);
     controller.showPreferencesWindow();
     ASSERT_NE(controller.preferencesWindow(), nullptr);
     EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
     EXPECT_EQ(UserDefaults::standardUserDefaults().stringForKey(lastPaneKey()), u"Beta"_s);
     EXPECT_EQ(controller.preferencesWindow()->windowTitle(), u"Beta Label"_s);
     EXPECT_EQ(controller.currentPane()->paneName(), u"Beta"_s);
+    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Nothing"_s, true));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
 
     ASSERT_TRUE(controller.loadPreferencePaneNamed(u"Alpha"_s));
     controller.destroyPreferencesWindow();
     EXPECT_EQ(controller.preferencesWindow(), nullptr);
     controller.showPreferencesWindow();
     EXPECT_EQ(controller.currentPaneName(), u"Alpha"_s);
+    // A pane asked for by name opens the window with it.
+    controller.destroyPreferencesWindow();
+    EXPECT_TRUE(controller.showPane(u"Beta"_s));
+    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
 }
 
 TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
@@ -188,36 +178,19 @@ TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
     }
 }
 
-TEST_F(PrefsControllerTest, SwitchingKeepsTheTopEdgeAndSizesTheWindowToThePane)
+TEST_F(PrefsControllerTest, ToolbarAndKeysSwitchPanesKeepingTheTopEdgeAndTheCheckActionFollowsItsHandler)
 {
     PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
     controller.showPreferencesWindow();
     QMainWindow *window = controller.preferencesWindow();
-    ASSERT_EQ(controller.currentPaneName(), u"Alpha"_s);
-    const int top = window->geometry().top();
-    const int toolbar = controller.preferencesToolbar()->sizeHint().height();
-    EXPECT_EQ(window->height(), 380 + toolbar);
-    // Alpha allows no resizing; Beta grows only in height.
-    EXPECT_EQ(window->minimumSize(), window->maximumSize());
-
-    ASSERT_TRUE(controller.loadPrefsPaneNamed(u"Beta"_s, true));
-    EXPECT_EQ(window->geometry().top(), top);
-    EXPECT_EQ(window->height(), 140 + toolbar);
-    EXPECT_EQ(window->minimumHeight(), 140 + toolbar);
-    EXPECT_EQ(window->maximumHeight(), QWIDGETSIZE_MAX);
-    EXPECT_EQ(window->maximumWidth(), window->minimumWidth());
-    EXPECT_EQ(window->windowTitle(), u"Beta Label"_s);
-    EXPECT_EQ(viewOf(controller, u"Alpha"_s), nullptr); // the old view left the window
-}
-
-TEST_F(PrefsControllerTest, ToolbarClicksAndKeysSwitchPanesButNotToTheOneShown)
-{
-    PaneFolder folder({u"TestPanes"_s});
-    SS_PrefsController controller(folder.path());
-    controller.showPreferencesWindow();
     QToolBar *toolbar = controller.preferencesToolbar();
     ASSERT_NE(toolbar, nullptr);
+    const int top = window->geometry().top();
+    const int toolbarHeight = toolbar->sizeHint().height();
+    EXPECT_EQ(window->height(), 380 + toolbarHeight);
+    // Alpha allows no resizing; Beta grows only in height.
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
     EXPECT_FALSE(toolbar->isMovable());
     EXPECT_EQ(toolbar->objectName(), u"com.ostrel.Corvex_Preferences_Toolbar_Identifier"_s);
     ASSERT_EQ(toolbar->actions().size(), 2);
@@ -235,15 +208,33 @@ TEST_F(PrefsControllerTest, ToolbarClicksAndKeysSwitchPanesButNotToTheOneShown)
 
     QSignalSpy shown(&controller, &SS_PrefsController::paneShown);
     // Window shortcuts reach the active window only.
-    controller.preferencesWindow()->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(controller.preferencesWindow()));
-    QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageDown, Qt::ControlModifier);
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window, Qt::Key_PageDown, Qt::ControlModifier);
     ASSERT_EQ(shown.size(), 1);
     EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
     EXPECT_EQ(alphaView->property("willUnload").toInt(), 1);
     EXPECT_TRUE(toolbar->actions().at(1)->isChecked());
-    QTest::keyClick(controller.preferencesWindow(), Qt::Key_PageUp, Qt::ControlModifier);
+    // The switch keeps the top edge and sizes the window to the pane.
+    EXPECT_EQ(window->geometry().top(), top);
+    EXPECT_EQ(window->height(), 140 + toolbarHeight);
+    EXPECT_EQ(window->minimumHeight(), 140 + toolbarHeight);
+    EXPECT_EQ(window->maximumHeight(), QWIDGETSIZE_MAX);
+    EXPECT_EQ(window->maximumWidth(), window->minimumWidth());
+    EXPECT_EQ(window->windowTitle(), u"Beta Label"_s);
+    EXPECT_EQ(viewOf(controller, u"Alpha"_s), nullptr); // the old view left the window
+    QTest::keyClick(window, Qt::Key_PageUp, Qt::ControlModifier);
     EXPECT_EQ(controller.currentPaneName(), u"Alpha"_s);
+
+    // The window's Check for Updates action is there once a handler is.
+    auto *check = window->findChild<QAction *>(u"checkForUpdatesAction"_s);
+    ASSERT_NE(check, nullptr);
+    EXPECT_FALSE(check->isEnabled());
+    int checks = 0;
+    controller.setCheckForUpdatesHandler([&] { ++checks; });
+    EXPECT_TRUE(check->isEnabled());
+    check->trigger();
+    EXPECT_EQ(checks, 1);
 }
 
 TEST_F(PrefsControllerTest, EscapeAndCtrlWHideTheWindowAndSayItClosed)
@@ -279,19 +270,6 @@ TEST_F(PrefsControllerTest, SinglePaneHasNoToolbarUnlessAlwaysShown)
     }
 }
 
-TEST_F(PrefsControllerTest, UnknownPanesAndAMissingWindowFail)
-{
-    PaneFolder folder({u"TestPanes"_s});
-    SS_PrefsController controller(folder.path());
-    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Alpha"_s, true)); // no window yet
-    EXPECT_FALSE(controller.showPane(u"Nothing"_s));
-    EXPECT_EQ(controller.preferencesWindow(), nullptr);
-    EXPECT_TRUE(controller.showPane(u"Beta"_s));
-    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
-    EXPECT_FALSE(controller.loadPrefsPaneNamed(u"Nothing"_s, true));
-    EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
-}
-
 TEST_F(PrefsControllerTest, NoPaneAtAllShowsTheAlertAndNoWindow)
 {
     QTemporaryDir empty;
@@ -310,21 +288,6 @@ TEST_F(PrefsControllerTest, NoPaneAtAllShowsTheAlertAndNoWindow)
     EXPECT_EQ(informative, u"Preferences are not available for Corvex."_s);
     EXPECT_EQ(controller.preferencesWindow(), nullptr);
     EXPECT_TRUE(controller.loadedPanes().isEmpty());
-}
-
-TEST_F(PrefsControllerTest, CheckNowActionFollowsItsHandler)
-{
-    PaneFolder folder({u"TestPanes"_s});
-    SS_PrefsController controller(folder.path());
-    controller.showPreferencesWindow();
-    auto *action = controller.preferencesWindow()->findChild<QAction *>(u"checkForUpdatesAction"_s);
-    ASSERT_NE(action, nullptr);
-    EXPECT_FALSE(action->isEnabled());
-    int checks = 0;
-    controller.setCheckForUpdatesHandler([&] { ++checks; });
-    EXPECT_TRUE(action->isEnabled());
-    action->trigger();
-    EXPECT_EQ(checks, 1);
 }
 
 } // namespace
