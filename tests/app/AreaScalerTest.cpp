@@ -57,7 +57,7 @@ QImage feed(const QImage &source, const QSize &target)
 
 } // namespace
 
-TEST(AreaScalerTest, AFlatColourStaysExactAtAnyFactorInEveryFormat)
+TEST(AreaScalerTest, AFlatColourStaysExactAtAnyFactorInEveryFormatWithoutOverflow)
 {
     const QColor colour(37, 148, 251);
     for (const QImage::Format format : {QImage::Format_RGB888, QImage::Format_RGBA8888, QImage::Format_RGB32,
@@ -77,9 +77,16 @@ TEST(AreaScalerTest, AFlatColourStaysExactAtAnyFactorInEveryFormat)
                         << x << "," << y;
         }
     }
+    // Great reductions do not overflow.
+    QImage wide(20000, 3, QImage::Format_RGB888);
+    wide.fill(QColor(255, 255, 255));
+    EXPECT_EQ(feed(wide, QSize(1, 1)).pixel(0, 0), qRgb(255, 255, 255));
+    QImage tall(2, 30000, QImage::Format_RGBA8888);
+    tall.fill(QColor(255, 128, 0, 255));
+    EXPECT_EQ(feed(tall, QSize(1, 1)).pixel(0, 0), qRgb(255, 128, 0));
 }
 
-TEST(AreaScalerTest, EachPixelAveragesTheAreaItCovers)
+TEST(AreaScalerTest, EachPixelAveragesTheAreaItCoversAndTransparentPixelsLendNoColour)
 {
     // Two by two blocks become their mean.
     QImage blocks(4, 2, QImage::Format_RGB888);
@@ -109,10 +116,8 @@ TEST(AreaScalerTest, EachPixelAveragesTheAreaItCovers)
     const QImage rows = feed(three.transformed(QTransform().rotate(90)), QSize(2, 2));
     EXPECT_EQ(rows.pixel(0, 0), qRgb(60, 30, 0));
     EXPECT_EQ(rows.pixel(0, 1), qRgb(0, 30, 60));
-}
 
-TEST(AreaScalerTest, TransparentPixelsDoNotLendTheirColour)
-{
+    // Transparent pixels do not lend their colour.
     QImage source(2, 1, QImage::Format_RGBA8888);
     source.setPixelColor(0, 0, QColor(255, 0, 0, 255));
     source.setPixelColor(1, 0, QColor(0, 255, 0, 0)); // green, but invisible
@@ -165,17 +170,7 @@ TEST(AreaScalerTest, LooksLikeQtsSmoothScaling)
     }
 }
 
-TEST(AreaScalerTest, GreatReductionsDoNotOverflow)
-{
-    QImage wide(20000, 3, QImage::Format_RGB888);
-    wide.fill(QColor(255, 255, 255));
-    EXPECT_EQ(feed(wide, QSize(1, 1)).pixel(0, 0), qRgb(255, 255, 255));
-    QImage tall(2, 30000, QImage::Format_RGBA8888);
-    tall.fill(QColor(255, 128, 0, 255));
-    EXPECT_EQ(feed(tall, QSize(1, 1)).pixel(0, 0), qRgb(255, 128, 0));
-}
-
-TEST(AreaScalerTest, RowsNotYetTakenStayEmptyAndBadRequestsAreRefused)
+TEST(AreaScalerTest, RowsNotYetTakenStayEmptyBadRequestsAreRefusedAndFittingNeverEnlarges)
 {
     QImage source(8, 8, QImage::Format_RGB32);
     source.fill(Qt::white);
@@ -195,10 +190,8 @@ TEST(AreaScalerTest, RowsNotYetTakenStayEmptyAndBadRequestsAreRefused)
     // Other formats are converted first.
     QImage indexed = source.convertToFormat(QImage::Format_Indexed8);
     EXPECT_EQ(AreaScaler::scaled(indexed, QSize(3, 3)).pixel(2, 2), qRgb(255, 255, 255));
-}
 
-TEST(AreaScalerTest, FittingSizeKeepsTheAspectAndNeverEnlarges)
-{
+    // The fitting size keeps the aspect and never enlarges either.
     EXPECT_EQ(AreaScaler::fittingSize(QSize(5120, 2880), QSize(1600, 1600)), QSize(1600, 900));
     EXPECT_EQ(AreaScaler::fittingSize(QSize(5120, 2880), QSize(800, 300)), QSize(533, 300));
     EXPECT_EQ(AreaScaler::fittingSize(QSize(200, 100), QSize(800, 600)), QSize(200, 100));

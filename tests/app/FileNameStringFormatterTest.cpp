@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-TEST(FileNameStringFormatter, ColonsBecomeHyphensAndTheAnswerSaysSo)
+TEST(FileNameStringFormatter, ColonsBecomeHyphensTypedOrPastedAndTheAnswerSaysSo)
 {
     FileNameStringFormatter formatter;
     QString partial = u"a:b::c"_s;
@@ -25,10 +25,8 @@ TEST(FileNameStringFormatter, ColonsBecomeHyphensAndTheAnswerSaysSo)
     EXPECT_TRUE(formatter.getObjectValue(&value, u"x:y"_s));
     EXPECT_EQ(value, u"x:y"_s) << "the final value is never changed";
     EXPECT_EQ(formatter.stringForObjectValue(u"z"_s), u"z"_s);
-}
 
-TEST(FileNameStringFormatter, TypedAndPastedColonsShowAsHyphensInTheField)
-{
+    // Typed and pasted colons show as hyphens in the field.
     QLineEdit field;
     field.setValidator(new FileNameStringFormatter(&field));
     field.show();

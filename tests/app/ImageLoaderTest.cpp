@@ -51,7 +51,7 @@ bool near(QRgb a, QRgb b, int tolerance)
 
 } // namespace
 
-TEST(ImageLoaderTest, ALargePNGIsDecodedStraightToTheDisplaySize)
+TEST(ImageLoaderTest, ALargePNGIsDecodedStraightToTheDisplaySizeKeepingTransparency)
 {
     const QString path = save(halves(QSize(1200, 800)), u"Large.png"_s);
     const ImageLoader::Result result = ImageLoader::load(path, QSize(300, 300));
@@ -71,6 +71,15 @@ TEST(ImageLoaderTest, ALargePNGIsDecodedStraightToTheDisplaySize)
     EXPECT_EQ(full.image.size(), QSize(1200, 800));
     EXPECT_EQ(full.image.devicePixelRatio(), 1.0);
     EXPECT_EQ(full.image.pixel(1199, 0), qRgb(0, 0, 255));
+
+    // Transparency is kept.
+    const ImageLoader::Result alpha =
+        ImageLoader::load(save(halves(QSize(400, 100), true), u"Alpha.png"_s), QSize(100, 100));
+    ASSERT_EQ(alpha.display.size(), QSize(100, 25));
+    EXPECT_EQ(alpha.display.format(), QImage::Format_ARGB32_Premultiplied);
+    EXPECT_EQ(alpha.display.pixel(10, 10), qRgba(255, 0, 0, 255));
+    EXPECT_TRUE(near(alpha.display.pixel(90, 10), qRgba(0, 0, 128, 128), 1)) // premultiplied
+        << std::hex << alpha.display.pixel(90, 10);
 }
 
 TEST(ImageLoaderTest, AHighDensityScreenshotIsShownAtItsSizeInPoints)
@@ -91,17 +100,6 @@ TEST(ImageLoaderTest, AHighDensityScreenshotIsShownAtItsSizeInPoints)
     const ImageLoader::Result full = ImageLoader::loadFullImage(path);
     EXPECT_EQ(full.image.size(), QSize(800, 400));
     EXPECT_EQ(full.image.devicePixelRatio(), 2.0);
-}
-
-TEST(ImageLoaderTest, TransparencyIsKept)
-{
-    const QString path = save(halves(QSize(400, 100), true), u"Alpha.png"_s);
-    const ImageLoader::Result result = ImageLoader::load(path, QSize(100, 100));
-    ASSERT_EQ(result.display.size(), QSize(100, 25));
-    EXPECT_EQ(result.display.format(), QImage::Format_ARGB32_Premultiplied);
-    EXPECT_EQ(result.display.pixel(10, 10), qRgba(255, 0, 0, 255));
-    EXPECT_TRUE(near(result.display.pixel(90, 10), qRgba(0, 0, 128, 128), 1)) // premultiplied
-        << std::hex << result.display.pixel(90, 10);
 }
 
 TEST(ImageLoaderTest, OtherFormatsAreReducedToo)

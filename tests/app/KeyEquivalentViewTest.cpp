@@ -23,7 +23,7 @@ QKeyEvent keyPress(int key, Qt::KeyboardModifiers modifiers, const QString &text
 
 } // namespace
 
-TEST(DefaultCancelProxyView, PressesItsButtonForEscapeAndCtrlPeriodOnly)
+TEST(DefaultCancelProxyView, PressesItsButtonForEscapeAndCtrlPeriodOnlyFromAnyControlOfItsWindow)
 {
     QPushButton cancel(u"Cancel"_s);
     QSignalSpy clicks(&cancel, &QPushButton::clicked);
@@ -49,33 +49,31 @@ TEST(DefaultCancelProxyView, PressesItsButtonForEscapeAndCtrlPeriodOnly)
 
     DefaultCancelProxyView withoutButton;
     EXPECT_FALSE(withoutButton.performKeyEquivalent(&escape));
-}
 
-TEST(DefaultCancelProxyView, CatchesEscapeTypedIntoAnyControlOfItsWindow)
-{
+    // In a window it catches Escape typed into any of its controls.
     QWidget window;
     auto *field = new QLineEdit(&window);
-    auto *cancel = new QPushButton(u"Cancel"_s, &window);
+    auto *button = new QPushButton(u"Cancel"_s, &window);
     auto *layout = new QVBoxLayout(&window);
     layout->addWidget(field);
-    layout->addWidget(cancel);
-    new DefaultCancelProxyView(cancel, &window);
-    QSignalSpy clicks(cancel, &QPushButton::clicked);
+    layout->addWidget(button);
+    new DefaultCancelProxyView(button, &window);
+    QSignalSpy windowClicks(button, &QPushButton::clicked);
     window.show();
     window.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     field->setFocus();
 
     QTest::keyClick(field, Qt::Key_Escape);
-    EXPECT_EQ(clicks.count(), 1);
+    EXPECT_EQ(windowClicks.count(), 1);
     QTest::keyClick(field, Qt::Key_Period, Qt::ControlModifier);
-    EXPECT_EQ(clicks.count(), 2);
+    EXPECT_EQ(windowClicks.count(), 2);
     QTest::keyClicks(field, u"ok."_s);
-    EXPECT_EQ(clicks.count(), 2);
+    EXPECT_EQ(windowClicks.count(), 2);
     EXPECT_EQ(field->text(), u"ok."_s) << "other keys reach the field";
 }
 
-TEST(WhereProxyView, HandsKeysToItsDelegateAndAnswersNoWithout)
+TEST(WhereProxyView, HandsKeysToItsDelegateAndHandledOnesDoNotReachTheFocusedControl)
 {
     QKeyEvent event = keyPress(Qt::Key_D, Qt::ControlModifier);
     WhereProxyView withoutDelegate;
@@ -90,10 +88,7 @@ TEST(WhereProxyView, HandsKeysToItsDelegateAndAnswersNoWithout)
     QKeyEvent other = keyPress(Qt::Key_X, Qt::ControlModifier);
     EXPECT_FALSE(proxy.performKeyEquivalent(&other));
     EXPECT_EQ(seen, (QList<int>{Qt::Key_D, Qt::Key_X}));
-}
 
-TEST(WhereProxyView, HandledKeysDoNotReachTheFocusedControl)
-{
     QWidget window;
     auto *field = new QLineEdit(&window);
     auto *layout = new QVBoxLayout(&window);

@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <gtest/gtest.h>
 
-TEST(ResizingControlsView, KeepsAtMost696WideAndCentred)
+TEST(ResizingControlsView, KeepsAtMost696WideAndCentredFollowingItsParentsSize)
 {
     const QRect strip(10, 40, 600, 30);
     EXPECT_EQ(ResizingControlsView::frameForSuperviewFrame(QRect(0, 0, 1000, 400), strip),
@@ -19,22 +19,20 @@ TEST(ResizingControlsView, KeepsAtMost696WideAndCentred)
               QRect(172, 40, 696, 30))
         << "the superview's own x is added as it stands";
     EXPECT_EQ(ResizingControlsView::frameForSuperviewFrame(QRect(), strip), std::nullopt);
-}
 
-TEST(ResizingControlsView, FollowsItsParentsSize)
-{
+    // As a widget it follows its parent's size.
     QWidget window;
     window.resize(1200, 200);
     QWidget &parent = *new QWidget(&window); // a content view: its own x is 0
     parent.setGeometry(0, 0, 400, 100);
-    auto *strip = new ResizingControlsView(&parent);
-    strip->setGeometry(0, 10, 300, 40);
+    auto *view = new ResizingControlsView(&parent);
+    view->setGeometry(0, 10, 300, 40);
     window.show();
     parent.resize(1000, 100);
-    EXPECT_EQ(strip->geometry(), QRect(152, 10, 696, 40));
+    EXPECT_EQ(view->geometry(), QRect(152, 10, 696, 40));
     parent.resize(650, 100);
-    EXPECT_EQ(strip->geometry(), QRect(0, 10, 650, 40));
+    EXPECT_EQ(view->geometry(), QRect(0, 10, 650, 40));
     parent.resize(500, 100);
-    EXPECT_EQ(strip->geometry(), QRect(0, 10, 500, 40))
+    EXPECT_EQ(view->geometry(), QRect(0, 10, 500, 40))
         << "a narrower parent leaves the width-following resize";
 }

@@ -46,12 +46,11 @@ public Q_SLOTS:
 
 } // namespace
 
-TEST(WelcomeWindowControllerTest, ShowsTheBundledDocument)
+TEST(WelcomeWindowControllerTest, ShowsTheBundledDocumentWhoseLinksOpenInTheBrowserOrTheErrorText)
 {
     EXPECT_EQ(WelcomeWindowController::welcomeDocumentPath(), bundledDocument());
     WelcomeWindowController controller;
     QDialog *window = controller.window();
-    EXPECT_EQ(window->objectName(), u"WelcomeWindow"_s);
     ASSERT_TRUE(controller.documentLoaded());
     QTextBrowser *view = controller.welcomeTextView();
     EXPECT_TRUE(view->toPlainText().contains(u"How a screenshot reaches Corvex"_s));
@@ -62,24 +61,34 @@ TEST(WelcomeWindowControllerTest, ShowsTheBundledDocument)
     EXPECT_FALSE(view->viewport()->autoFillBackground());
     EXPECT_EQ(view->palette().color(QPalette::Base).alpha(), 0);
     EXPECT_EQ(view->parentWidget(), controller.box());
-}
 
-TEST(WelcomeWindowControllerTest, UnreadableDocumentShowsTheErrorText)
-{
+    // Links open in the browser: Tab reaches the first link, Return follows it.
+    LinkRecorder browser;
+    controller.showWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_Tab);
+    QTRY_VERIFY(view->textCursor().hasSelection());
+    QTest::keyClick(view, Qt::Key_Return);
+    QTRY_COMPARE(browser.urls.size(), 1);
+    EXPECT_EQ(browser.urls.first().host(), u"www.gnu.org"_s);
+
+    // A document that cannot be read shows the error text.
     QTemporaryDir dir;
     const QString empty = dir.filePath("Empty.rtfd");
     corvex::test::writeFile(empty + "/index.html", "  \n");
     const QString unreadable = dir.filePath("Unreadable.rtfd");
     QDir().mkpath(unreadable + "/index.html"); // a folder where the page should be
     for (const QString &path : {dir.filePath("Missing.rtfd"), empty, unreadable}) {
-        WelcomeWindowController controller(path);
-        controller.window();
-        EXPECT_FALSE(controller.documentLoaded()) << qPrintable(path);
-        EXPECT_EQ(controller.welcomeTextView()->toPlainText(), u"error reading rtfd"_s);
+        WelcomeWindowController unreadable(path);
+        unreadable.window();
+        EXPECT_FALSE(unreadable.documentLoaded()) << qPrintable(path);
+        EXPECT_EQ(unreadable.welcomeTextView()->toPlainText(), u"error reading rtfd"_s);
     }
 }
 
-TEST(WelcomeWindowControllerTest, ShowWelcomeCentresActivatesAndReleasesOnClose)
+TEST(WelcomeWindowControllerTest,
+     ShowWelcomeCentresActivatesAndReleasesOnCloseAndAHeldControllerReportsEveryClosing)
 {
     QPointer<WelcomeWindowController> controller = WelcomeWindowController::showWelcome();
     ASSERT_TRUE(controller);
@@ -91,21 +100,17 @@ TEST(WelcomeWindowControllerTest, ShowWelcomeCentresActivatesAndReleasesOnClose)
     // A second request brings the same window forward.
     EXPECT_EQ(WelcomeWindowController::showWelcome(), controller.data());
 
-    QSignalSpy willClose(controller.data(), &WelcomeWindowController::windowWillClose);
     window->close();
     QTRY_VERIFY(!controller);
-    EXPECT_EQ(willClose.count(), 1);
     // The next request builds a fresh window.
     QPointer<WelcomeWindowController> next = WelcomeWindowController::showWelcome();
     ASSERT_TRUE(next);
     QTest::keyClick(next->window(), Qt::Key_Escape);
     QTRY_VERIFY(!next);
-}
 
-TEST(WelcomeWindowControllerTest, HeldControllerReportsEveryWayOfClosing)
-{
-    WelcomeWindowController controller(bundledDocument());
-    QSignalSpy willClose(&controller, &WelcomeWindowController::windowWillClose);
+    // A held controller reports every way of closing.
+    WelcomeWindowController held(bundledDocument());
+    QSignalSpy willClose(&held, &WelcomeWindowController::windowWillClose);
     const std::function<void(QDialog *)> ways[] = {
         [](QDialog *w) { w->close(); },
         [](QDialog *w) { QTest::keyClick(w, Qt::Key_Escape); },
@@ -113,30 +118,14 @@ TEST(WelcomeWindowControllerTest, HeldControllerReportsEveryWayOfClosing)
     };
     int expected = 0;
     for (const auto &close : ways) {
-        controller.showWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.window()));
-        close(controller.window());
-        QTRY_VERIFY(!controller.window()->isVisible());
+        held.showWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(held.window()));
+        close(held.window());
+        QTRY_VERIFY(!held.window()->isVisible());
         EXPECT_EQ(willClose.count(), ++expected);
     }
     // Held controllers are not released by closing.
-    EXPECT_NE(controller.windowIfLoaded(), nullptr);
-}
-
-TEST(WelcomeWindowControllerTest, LinksOpenInTheBrowser)
-{
-    LinkRecorder browser;
-    WelcomeWindowController controller(bundledDocument());
-    controller.showWindow();
-    QTextBrowser *view = controller.welcomeTextView();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.window()));
-    view->setFocus();
-    // Tab reaches the first link, Return follows it.
-    QTest::keyClick(view, Qt::Key_Tab);
-    QTRY_VERIFY(view->textCursor().hasSelection());
-    QTest::keyClick(view, Qt::Key_Return);
-    QTRY_COMPARE(browser.urls.size(), 1);
-    EXPECT_EQ(browser.urls.first().host(), u"www.gnu.org"_s);
+    EXPECT_NE(held.windowIfLoaded(), nullptr);
 }
 
 TEST(WelcomeWindowControllerTest, TransparentBoxIsTranslucentWhiteWithAFrame)

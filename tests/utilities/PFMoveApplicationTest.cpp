@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using corvex::test::readFile;
 using corvex::test::writeFile;
 
 QString infoPlist(const QString &version)
@@ -126,30 +127,17 @@ public:
 
 TEST_F(PFMoveApplicationTest, NeverAsksWhenSuppressedOrAlreadyInAnApplicationsFolder)
 {
-    struct Case
-    {
-        const char *name;
-        std::function<void(PFMoveApplicationTest &)> arrange;
-    };
-    const Case cases[] = {
-        {"suppressed", [](PFMoveApplicationTest &t) { t.suppressed = true; }},
-        {"in ~/Applications",
-         [](PFMoveApplicationTest &t) {
-             t.env.bundlePath = makeBundle(t.homeApps() + u"/Corvex.app"_s, u"1"_s);
-         }},
-        {"in a subfolder of the local folder",
-         [](PFMoveApplicationTest &t) {
-             t.env.bundlePath = makeBundle(t.local() + u"/Utilities/Corvex.app"_s, u"1"_s);
-         }},
-        {"a component named Applications",
-         [](PFMoveApplicationTest &t) {
-             t.env.bundlePath = makeBundle(t.mRoot + u"/x/Applications/Tools/Corvex.app"_s, u"1"_s);
-         }},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
+    // Where the bundle lies below the test's root: ~/Applications, a subfolder of the local folder, a folder
+    // below one named Applications; none: it stays in Downloads with the question suppressed.
+    const QString places[] = {u"/home/Applications/Corvex.app"_s, u"/local/Utilities/Corvex.app"_s,
+                              u"/x/Applications/Tools/Corvex.app"_s, QString()};
+    for (const QString &place : places) {
+        SCOPED_TRACE(place.toStdString());
         SetUp();
-        c.arrange(*this);
+        if (place.isEmpty())
+            suppressed = true;
+        else
+            env.bundlePath = makeBundle(mRoot + place, u"1"_s);
         PFMoveToApplicationsFolderIfNecessary(env);
         EXPECT_TRUE(alerts.isEmpty());
         EXPECT_TRUE(exits.isEmpty());
@@ -157,7 +145,7 @@ TEST_F(PFMoveApplicationTest, NeverAsksWhenSuppressedOrAlreadyInAnApplicationsFo
     }
 }
 
-TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
+TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAddsTheRightNoteAndDoNotMoveSuppressesOnlyWhenTicked)
 {
     const QString body = u"I can move myself to the Applications folder if you'd like."_s;
     const QString password = body + u" Note that this will require an administrator password."_s;
@@ -172,13 +160,14 @@ TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
         bool localMissing; // the local folder cannot be written (it does not exist)
         bool fromDownloads;
         QString title, text;
+        bool ticked; // "Do not show this message again" is ticked before "Do Not Move"
     };
     const Case cases[] = {
-        {"home target from Downloads", true, false, false, true, home, downloads},
-        {"home target elsewhere", true, false, false, false, home, body},
-        {"empty ~/Applications: system target", false, true, false, true, system, downloads},
-        {"no ~/Applications: system target", false, false, false, false, system, body},
-        {"password needed: no downloads note", false, false, true, true, system, password},
+        {"home target from Downloads", true, false, false, true, home, downloads, true},
+        {"home target elsewhere", true, false, false, false, home, body, false},
+        {"empty ~/Applications: system target", false, true, false, true, system, downloads, true},
+        {"no ~/Applications: system target", false, false, false, false, system, body, false},
+        {"password needed: no downloads note", false, false, true, true, system, password, false},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -192,6 +181,7 @@ TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
             env.localApplicationsDirectories = {mRoot + u"/missing/Applications"_s};
         if (!c.fromDownloads)
             env.downloadsDirectories = {mRoot + u"/elsewhere"_s};
+        answer = {false, c.ticked};
         PFMoveToApplicationsFolderIfNecessary(env);
         ASSERT_EQ(alerts.size(), 1);
         EXPECT_EQ(alerts[0].title, c.title);
@@ -199,18 +189,9 @@ TEST_F(PFMoveApplicationTest, AlertNamesTheTargetAndAddsTheRightNote)
         EXPECT_TRUE(alerts[0].showsSuppressionButton);
         EXPECT_TRUE(exits.isEmpty()); // "Do Not Move"
         EXPECT_EQ(agentQuits, 0);
-    }
-}
-
-TEST_F(PFMoveApplicationTest, DoNotMoveSuppressesOnlyWhenTheBoxIsTicked)
-{
-    for (const bool ticked : {false, true}) {
-        SetUp();
-        answer = {false, ticked};
+        EXPECT_EQ(suppressed, c.ticked);
         PFMoveToApplicationsFolderIfNecessary(env);
-        EXPECT_EQ(suppressed, ticked);
-        PFMoveToApplicationsFolderIfNecessary(env);
-        EXPECT_EQ(alerts.size(), ticked ? 1 : 2) << "asks again at the next launch unless suppressed";
+        EXPECT_EQ(alerts.size(), c.ticked ? 1 : 2) << "asks again at the next launch unless suppressed";
     }
 }
 
@@ -234,12 +215,10 @@ TEST_F(PFMoveApplicationTest, MovesIntoHomeApplicationsRetargetsEntriesAndRelaun
     const QString trashed = QDir::home().filePath(u".local/share/Trash/files"_s);
     EXPECT_FALSE(QDir(trashed).entryList({u"Corvex*.app"_s}, QDir::Dirs).isEmpty());
 
-    QFile autostart(env.autostartDirectory + u"/com.ostrel.CorvexAgent.desktop"_s);
-    ASSERT_TRUE(autostart.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(autostart.readAll().contains(("Exec=" + destination + agent).toUtf8()));
-    QFile launcher(env.launcherDirectory + u"/com.ostrel.Corvex.desktop"_s);
-    ASSERT_TRUE(launcher.open(QIODevice::ReadOnly)) << "a launcher made from the bundle's template";
-    const QByteArray launcherText = launcher.readAll();
+    EXPECT_TRUE(readFile(env.autostartDirectory + u"/com.ostrel.CorvexAgent.desktop"_s)
+                    .contains(("Exec=" + destination + agent).toUtf8()));
+    // A launcher made from the bundle's template.
+    const QByteArray launcherText = readFile(env.launcherDirectory + u"/com.ostrel.Corvex.desktop"_s);
     EXPECT_TRUE(launcherText.contains(("Exec=\"" + destination + "/Contents/MacOS/Corvex\" %u").toUtf8()));
     EXPECT_TRUE(
         launcherText.contains(QByteArray("Icon=" + destination.toUtf8() + "/Contents/Resources/icons/")));
@@ -287,35 +266,34 @@ TEST_F(PFMoveApplicationTest, RunningCopyInTheTargetIsSwitchedToUnlessThisOneIsN
             EXPECT_TRUE(QFileInfo::exists(mSource)) << "nothing moved";
         } else {
             EXPECT_EQ(otherQuits, 1);
-            EXPECT_TRUE(QFile(destination + u"/Contents/Info.plist"_s).open(QIODevice::ReadOnly));
-            QFile info(destination + u"/Contents/Info.plist"_s);
-            ASSERT_TRUE(info.open(QIODevice::ReadOnly));
-            EXPECT_TRUE(info.readAll().contains("<string>2.1</string>")) << "replaced by this copy";
+            EXPECT_TRUE(readFile(destination + u"/Contents/Info.plist"_s).contains("<string>2.1</string>"))
+                << "replaced by this copy";
         }
     }
 }
 
 TEST_F(PFMoveApplicationTest, FailuresLeaveTheOldCopyAndSayWhy)
 {
-    putAppIntoHomeApplications();
-    QString destination = homeApps() + u"/Corvex.app"_s;
-    answer.move = true;
+    // Each case starts afresh, the move to ~/Applications agreed to and the Trash working as given.
+    const auto arrange = [this](bool trashWorks) {
+        SetUp();
+        putAppIntoHomeApplications();
+        answer.move = true;
+        env.moveToTrash = [trashWorks](const QString &) { return trashWorks; };
+        return homeApps() + u"/Corvex.app"_s;
+    };
 
     // The copy in the way cannot be trashed.
+    QString destination = arrange(false);
     makeBundle(destination, u"1.0"_s);
-    env.moveToTrash = [](const QString &) { return false; };
     PFMoveToApplicationsFolderIfNecessary(env);
     EXPECT_EQ(log.last(), u"ERROR -- Could not trash '%1'"_s.arg(destination));
     EXPECT_EQ(failureAlerts, QStringList{u"Could not move to Applications folder"_s});
     EXPECT_TRUE(exits.isEmpty());
 
     // The copy fails: a file stays where the bundle should go.
-    SetUp();
-    putAppIntoHomeApplications();
-    destination = homeApps() + u"/Corvex.app"_s;
+    destination = arrange(true);
     writeFile(destination, "not a bundle");
-    env.moveToTrash = [](const QString &) { return true; };
-    answer.move = true;
     PFMoveToApplicationsFolderIfNecessary(env);
     ASSERT_EQ(log.size(), 3);
     EXPECT_TRUE(log[1].startsWith(u"ERROR -- Could not copy '%1' to '%2' ("_s.arg(mSource, destination)));
@@ -326,11 +304,7 @@ TEST_F(PFMoveApplicationTest, FailuresLeaveTheOldCopyAndSayWhy)
     EXPECT_TRUE(QFileInfo(destination).isFile()) << "what stood in the way is left alone";
 
     // The old copy cannot be trashed after the move: a warning, and the move goes on.
-    SetUp();
-    putAppIntoHomeApplications();
-    destination = homeApps() + u"/Corvex.app"_s;
-    env.moveToTrash = [](const QString &) { return false; };
-    answer.move = true;
+    destination = arrange(false);
     PFMoveToApplicationsFolderIfNecessary(env);
     EXPECT_TRUE(moved(destination));
     EXPECT_EQ(log.last(),

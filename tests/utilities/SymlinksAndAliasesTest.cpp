@@ -38,7 +38,7 @@ protected:
     QString mRoot;
 };
 
-TEST_F(SymlinksAndAliasesTest, WholePathResolution)
+TEST_F(SymlinksAndAliasesTest, WholePathResolutionAndItsFailures)
 {
     // A link in the middle of the path is replaced by its target; the rest is kept.
     link(mRoot + u"/real"_s, u"/middle"_s);
@@ -57,10 +57,8 @@ TEST_F(SymlinksAndAliasesTest, WholePathResolution)
     // A directory without links comes back as it is (a trailing slash and "." dropped).
     EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/real/./inner/"_s), mRoot + u"/real/inner"_s);
     EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(u"/"_s), u"/"_s);
-}
 
-TEST_F(SymlinksAndAliasesTest, FailuresGiveNothing)
-{
+    // Failures give nothing.
     EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(u"a/b"_s), std::nullopt);
     EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/real/missing.png"_s), std::nullopt);
     EXPECT_EQ(mg_stringByResolvingSymlinksAndAliases(mRoot + u"/missing/inner"_s), std::nullopt);
@@ -72,7 +70,7 @@ TEST_F(SymlinksAndAliasesTest, FailuresGiveNothing)
     EXPECT_EQ(mg_stringByIterativelyResolvingSymlinkOrAlias(mRoot + u"/loop-a"_s), std::nullopt);
 }
 
-TEST_F(SymlinksAndAliasesTest, SingleSteps)
+TEST_F(SymlinksAndAliasesTest, SingleStepsAndStandardisation)
 {
     link(u"inner/shot.png"_s, u"/real/relative"_s);
     link(u"/absolute/elsewhere"_s, u"/absolute"_s);
@@ -88,10 +86,8 @@ TEST_F(SymlinksAndAliasesTest, SingleSteps)
     EXPECT_EQ(mg_stringByConditionallyResolvingAlias(file), std::nullopt);
     EXPECT_EQ(mg_stringByResolvingAlias(file), file);
     EXPECT_EQ(mg_stringByIterativelyResolvingSymlinkOrAlias(file), file);
-}
 
-TEST_F(SymlinksAndAliasesTest, Standardisation)
-{
+    // Standardisation.
     EXPECT_EQ(stringByStandardizingPath(u"~/Pictures//x/./"_s), QDir::homePath() + "/Pictures/x");
     EXPECT_EQ(stringByStandardizingPath(u"~"_s), QDir::homePath());
     EXPECT_EQ(stringByStandardizingPath(u"a/../b"_s), u"a/../b"_s);

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 using corvex::test::waitUntil;
 
-TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
+TEST(QZAlert, SheetsAnswerOnceWithTheButtonsCodeEscapeCancelsAndErrorsReportNoRecovery)
 {
     QWidget window;
     window.show();
@@ -35,18 +35,14 @@ TEST(QZAlert, SheetAnswersWithTheButtonsResultCodeExactlyOnce)
         EXPECT_EQ(answers, QList<qint64>{1000 + which});
         EXPECT_EQ(QZAlert::sheetOfWindow(&window), nullptr);
     }
-}
 
-TEST(QZAlert, EscapeAnswersCancelAndAnAlertWithoutButtonsGetsOK)
-{
-    QWidget window;
-    window.show();
-    auto *alert = new QZAlert;
-    alert->addButtonWithTitle(u"Replace"_s);
-    alert->addButtonWithTitle(u"Cancel"_s);
+    // Escape answers Cancel; an alert without buttons gets OK.
+    auto *replace = new QZAlert;
+    replace->addButtonWithTitle(u"Replace"_s);
+    replace->addButtonWithTitle(u"Cancel"_s);
     qint64 answer = 0;
-    alert->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answer = code; });
-    QTest::keyClick(alert, Qt::Key_Escape);
+    replace->qzBeginSheetModalForWindow(&window, [&](qint64 code) { answer = code; });
+    QTest::keyClick(replace, Qt::Key_Escape);
     ASSERT_TRUE(waitUntil([&] { return answer != 0; }));
     EXPECT_EQ(answer, QZAlert::NSAlertSecondButtonReturn);
 
@@ -55,12 +51,9 @@ TEST(QZAlert, EscapeAnswersCancelAndAnAlertWithoutButtonsGetsOK)
     ASSERT_EQ(plain->buttons().size(), 1);
     EXPECT_EQ(plain->buttons().first()->text(), u"OK"_s);
     plain->buttons().first()->click();
-}
+    ASSERT_TRUE(waitUntil([&] { return QZAlert::sheetOfWindow(&window) == nullptr; }));
 
-TEST(QZAlert, PresentedErrorShowsItsTextsAndReportsNoRecovery)
-{
-    QWidget window;
-    window.show();
+    // A presented error shows its texts and reports no recovery.
     CorvexError error(CorvexError::CocoaErrorDomain, CorvexError::FileNoSuchFileError,
                       {{CorvexError::LocalizedDescriptionKey, u"The file is gone."_s},
                        {CorvexError::LocalizedRecoverySuggestionErrorKey, u"Look elsewhere."_s}});
