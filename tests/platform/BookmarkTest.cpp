@@ -28,16 +28,6 @@ protected:
     }
     void TearDown() override { QDir(mRoot).removeRecursively(); }
 
-    // Moves the file and checks the bookmark finds it there, stale.
-    void expectFoundAfterMoveTo(const QString &destination)
-    {
-        QDir().mkpath(QFileInfo(destination).path());
-        ASSERT_TRUE(QFile::rename(mFile, destination));
-        bool stale = false;
-        EXPECT_EQ(Bookmark::resolve(mData, &stale), destination);
-        EXPECT_TRUE(stale);
-    }
-
     QString mRoot, mFile;
     QByteArray mData;
 };
@@ -49,37 +39,23 @@ TEST_F(BookmarkTest, UnmovedFileIsFoundWhereItIs)
     EXPECT_FALSE(stale);
 }
 
-TEST_F(BookmarkTest, FindsTheFileAfterARenameInItsFolder)
+TEST_F(BookmarkTest, FindsTheMovedFileStale)
 {
-    expectFoundAfterMoveTo(mRoot + u"/shots/My diagram.png"_s);
-}
-
-TEST_F(BookmarkTest, FindsTheFileAfterARenameToAHiddenName)
-{
-    expectFoundAfterMoveTo(mRoot + u"/shots/.hidden.png"_s);
-}
-
-TEST_F(BookmarkTest, FindsTheFileInASiblingFolder)
-{
-    expectFoundAfterMoveTo(mRoot + u"/other/shot.png"_s);
-}
-
-TEST_F(BookmarkTest, FindsTheFileInTheParentFolder)
-{
-    expectFoundAfterMoveTo(mRoot + u"/moved up.png"_s);
-}
-
-TEST_F(BookmarkTest, FindsTheFileInASubfolderOfASibling)
-{
-    expectFoundAfterMoveTo(mRoot + u"/other/2026/March/shot.png"_s);
-}
-
-TEST_F(BookmarkTest, FindsTheFileInTheTrash)
-{
-    const QString trash =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash/files/shot.png"_s;
-    expectFoundAfterMoveTo(trash);
-    QFile::remove(trash);
+    const QString trash = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
+    // Each move starts from the recorded place: renamed in its folder (to a hidden name too), in a sibling
+    // folder, in the parent folder, in a subfolder of a sibling, in the Trash.
+    for (const QString &destination :
+         QStringList{mRoot + u"/shots/My diagram.png"_s, mRoot + u"/shots/.hidden.png"_s,
+                     mRoot + u"/other/shot.png"_s, mRoot + u"/moved up.png"_s,
+                     mRoot + u"/other/2026/March/shot.png"_s, trash + u"/files/shot.png"_s}) {
+        SCOPED_TRACE(destination.toStdString());
+        QDir().mkpath(QFileInfo(destination).path());
+        ASSERT_TRUE(QFile::rename(mFile, destination));
+        bool stale = false;
+        EXPECT_EQ(Bookmark::resolve(mData, &stale), destination);
+        EXPECT_TRUE(stale);
+        ASSERT_TRUE(QFile::rename(destination, mFile));
+    }
 }
 
 TEST_F(BookmarkTest, FindsTheFileAfterItsFolderWasRenamed)

@@ -67,85 +67,55 @@ TEST_F(DesktopScreenshotSettingsTest, GnomeUsesTheTranslatedPicturesAndScreensho
     EXPECT_EQ(english.name(), u"Screenshot"_s);
 }
 
-TEST_F(DesktopScreenshotSettingsTest, GnomeWithoutAPicturesFolderSavesInTheHomeFolder)
+TEST_F(DesktopScreenshotSettingsTest, EachToolsSaveSettingsAndDefaults)
 {
-    mEnv.currentDesktop = u"GNOME"_s;
-    const auto settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.location(), home(u"Screenshots"_s));
-    EXPECT_EQ(settings.dedicatedFolder(), settings.location());
-}
-
-TEST_F(DesktopScreenshotSettingsTest, SpectacleReadsItsSaveSettings)
-{
-    mEnv.currentDesktop = u"KDE"_s;
-    config(u"spectaclerc"_s, "[General]\nlaunchAction=TakeFullscreenScreenshot\n\n"
-                             "[ImageSave]\n"
-                             "imageSaveLocation=file:///shots/My%20Captures/\n"
-                             "preferredImageFormat=JPEG\n"
-                             "imageFilenameTemplate=Capture-<yyyy>-<MM>-<dd>\n"
-                             "imageFilenameTemplate[de]=Aufnahme-<yyyy>\n");
-    const auto settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.tool(), Tool::Spectacle);
-    EXPECT_EQ(settings.location(), u"/shots/My Captures"_s);
-    EXPECT_EQ(settings.type(), u"jpeg"_s);
-    EXPECT_EQ(settings.name(), u"Capture"_s);
-    EXPECT_EQ(settings.dedicatedFolder(), u"/shots/My Captures"_s);
-}
-
-TEST_F(DesktopScreenshotSettingsTest, OlderSpectacleKeysAndDefaults)
-{
-    // No desktop named: the configuration file that exists decides.
-    config(u"user-dirs.dirs"_s, "XDG_PICTURES_DIR=\"$HOME/Images\"\n");
-    config(u"spectaclerc"_s, "[Save]\n"
-                             "defaultSaveLocation[$e]=$HOME/Desktop\n"
-                             "saveFilenameFormat=Screenshot_%Y%M%D_%H%m%S\n");
-    auto settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.tool(), Tool::Spectacle);
-    EXPECT_EQ(settings.location(), home(u"Desktop"_s));
-    EXPECT_TRUE(settings.dedicatedFolder().isEmpty()) << "the Desktop holds more than screenshots";
-    EXPECT_EQ(settings.name(), u"Screenshot"_s);
-    EXPECT_EQ(settings.type(), u"png"_s);
-
-    config(u"spectaclerc"_s, "[General]\nrememberLastRectangle=true\n");
-    settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.location(), home(u"Images/Screenshots"_s));
-    EXPECT_EQ(settings.name(), u"Screenshot"_s);
-}
-
-TEST_F(DesktopScreenshotSettingsTest, FlameshotReadsItsIniFile)
-{
-    mEnv.currentDesktop = u"sway"_s;
-    config(u"user-dirs.dirs"_s, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n");
-    config(u"flameshot/flameshot.ini"_s, "[General]\n"
-                                         "savePath=\"/data/screen shots\"\n"
-                                         "saveAsFileExtension=.JPG\n"
-                                         "filenamePattern=shot_%F_%H-%M\n");
-    auto settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.tool(), Tool::Flameshot);
-    EXPECT_EQ(settings.location(), u"/data/screen shots"_s);
-    EXPECT_EQ(settings.type(), u"jpg"_s);
-    EXPECT_EQ(settings.name(), u"shot"_s);
-    EXPECT_TRUE(settings.isDedicatedScreenshotFolder(u"/data/screen shots"_s));
-
-    // Its defaults: the Pictures folder (not dedicated) and a name that starts with the date (no name).
-    config(u"flameshot/flameshot.ini"_s, "[General]\nuiColor=#116688\n");
-    settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.location(), home(u"Pictures"_s));
-    EXPECT_TRUE(settings.dedicatedFolder().isEmpty());
-    EXPECT_FALSE(settings.isDedicatedScreenshotFolder(home(u"Pictures"_s)));
-    EXPECT_FALSE(settings.valueForKey(u"name"_s).isValid());
-    EXPECT_EQ(settings.valueForKey(u"type"_s).toString(), u"png"_s);
-}
-
-TEST_F(DesktopScreenshotSettingsTest, NoKnownToolGivesNoValues)
-{
-    mEnv.currentDesktop = u"XFCE"_s;
-    config(u"user-dirs.dirs"_s, "XDG_PICTURES_DIR=\"$HOME/Pictures\"\n");
-    const auto settings = DesktopScreenshotSettings::detect(mEnv);
-    EXPECT_EQ(settings.tool(), Tool::None);
-    for (const char *key : {"location", "type", "name"})
-        EXPECT_FALSE(settings.valueForKey(QLatin1String(key)).isValid()) << key;
-    EXPECT_FALSE(settings.isDedicatedScreenshotFolder(home(u"Pictures"_s)));
+    // The desktop named, the Pictures folder of user-dirs.dirs, a tool's configuration file and its text;
+    // then what is detected. "~" stands for the home folder; an empty value is an unknown one.
+    const struct
+    {
+        const char *label, *desktop, *pictures, *file, *text;
+        Tool tool;
+        const char *location, *type, *name, *dedicated;
+    } cases[] = {
+        {"GNOME without a Pictures folder saves in the home folder", "GNOME", "", "", "", Tool::Gnome,
+         "~/Screenshots", "png", "Screenshot", "~/Screenshots"},
+        {"Spectacle", "KDE", "", "spectaclerc",
+         "[General]\nlaunchAction=TakeFullscreenScreenshot\n\n[ImageSave]\n"
+         "imageSaveLocation=file:///shots/My%20Captures/\npreferredImageFormat=JPEG\n"
+         "imageFilenameTemplate=Capture-<yyyy>-<MM>-<dd>\nimageFilenameTemplate[de]=Aufnahme-<yyyy>\n",
+         Tool::Spectacle, "/shots/My Captures", "jpeg", "Capture", "/shots/My Captures"},
+        // No desktop named: the configuration file that exists decides.
+        {"older Spectacle keys; the Desktop holds more than screenshots", "", "Images", "spectaclerc",
+         "[Save]\ndefaultSaveLocation[$e]=$HOME/Desktop\nsaveFilenameFormat=Screenshot_%Y%M%D_%H%m%S\n",
+         Tool::Spectacle, "~/Desktop", "png", "Screenshot", ""},
+        {"Spectacle's defaults", "", "Images", "spectaclerc", "[General]\nrememberLastRectangle=true\n",
+         Tool::Spectacle, "~/Images/Screenshots", "png", "Screenshot", "~/Images/Screenshots"},
+        {"Flameshot", "sway", "Pictures", "flameshot/flameshot.ini",
+         "[General]\nsavePath=\"/data/screen "
+         "shots\"\nsaveAsFileExtension=.JPG\nfilenamePattern=shot_%F_%H-%M\n",
+         Tool::Flameshot, "/data/screen shots", "jpg", "shot", "/data/screen shots"},
+        {"Flameshot's defaults: the Pictures folder, a name that starts with the date is no name", "sway",
+         "Pictures", "flameshot/flameshot.ini", "[General]\nuiColor=#116688\n", Tool::Flameshot, "~/Pictures",
+         "png", "", ""},
+        {"no known tool", "XFCE", "Pictures", "", "", Tool::None, "", "", "", ""},
+    };
+    const auto expand = [&](const char *value) { return QString::fromUtf8(value).replace(u'~', mEnv.home); };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.label);
+        QDir(mEnv.home).removeRecursively();
+        mEnv.currentDesktop = QString::fromUtf8(c.desktop);
+        if (*c.pictures)
+            config(u"user-dirs.dirs"_s, QByteArray("XDG_PICTURES_DIR=\"$HOME/") + c.pictures + "\"\n");
+        if (*c.file)
+            config(QString::fromUtf8(c.file), c.text);
+        const auto settings = DesktopScreenshotSettings::detect(mEnv);
+        EXPECT_EQ(settings.tool(), c.tool);
+        for (const auto &[key, value] :
+             {std::pair{"location", c.location}, std::pair{"type", c.type}, std::pair{"name", c.name}})
+            EXPECT_EQ(settings.valueForKey(QLatin1String(key)).toString(), expand(value)) << key;
+        EXPECT_EQ(settings.dedicatedFolder(), expand(c.dedicated));
+        EXPECT_EQ(settings.isDedicatedScreenshotFolder(expand(c.location)), *c.dedicated != '\0');
+    }
 }
 
 TEST_F(DesktopScreenshotSettingsTest, EscapesAreUndoneAsEachDialectWritesThem)

@@ -65,28 +65,22 @@ QStringList ownMatchRules()
     return rules.value(bus.baseService());
 }
 
-TEST(DistributedNotifications, EveryPropertyListTypeArrivesExactly)
+// The payload is a binary property list (each type's round trip is PropertyListTest's): what it keeps that
+// other forms lose arrives as it was posted.
+TEST(DistributedNotifications, UserInfoArrivesExactly)
 {
-    QVariantMap nested{{u"list"_s, QVariantList{qint64(1), u"two"_s, 3.25, QVariantMap{}}}};
     const QVariantMap userInfo{
         {u"string"_s, u"Grüße\t“quoted”\n"_s},
-        {u"integer"_s, qint64(-42)},
-        {u"large"_s, qint64(1) << 53},
-        {u"real"_s, 0.1},
-        {u"bool"_s, false},
-        {u"data"_s, QByteArray("\x00\x01\xfe\xff", 4)},
-        {u"date"_s, QDateTime(QDate(2013, 3, 5), QTime(9, 7, 11, 250), QTimeZone::utc())},
         {u"odd milliseconds"_s, QDateTime(QDate(2024, 2, 29), QTime(23, 5, 1, 7), QTimeZone::utc())},
         {u"null"_s, PropertyList::nullMarker()},
-        {u"nested"_s, nested},
-        {u"empty"_s, QVariantList{}},
+        {u"nested"_s, QVariantMap{{u"list"_s, QVariantList{qint64(1), 3.25, QVariantMap{}}}}},
     };
-    Recorder recorder(u"TestEveryType"_s);
-    ASSERT_TRUE(center().postNotificationName(u"TestEveryType"_s, userInfo));
+    Recorder recorder(u"TestUserInfo"_s);
+    ASSERT_TRUE(center().postNotificationName(u"TestUserInfo"_s, userInfo));
     ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty(); }));
     EXPECT_TRUE(PropertyList::equal(recorder.received.first().userInfo, userInfo));
 
-    ASSERT_TRUE(center().postNotificationName(u"TestEveryType"_s));
+    ASSERT_TRUE(center().postNotificationName(u"TestUserInfo"_s));
     ASSERT_TRUE(waitUntil([&] { return recorder.received.size() == 2; }));
     EXPECT_TRUE(recorder.received.at(1).userInfo.isEmpty());
 }
@@ -187,18 +181,6 @@ TEST(DistributedNotifications, RemovedObserversAndDestroyedContextsHearNothing)
     EXPECT_TRUE(removed.received.isEmpty());
     EXPECT_EQ(callsAfterContextDestroyed, 0);
     EXPECT_EQ(laterCalls, 0);
-}
-
-TEST(DistributedNotifications, AnotherProcessesPostArrives)
-{
-    Recorder recorder(u"TestFromCli"_s);
-    const corvex::test::ProcessResult result = corvex::test::runCli(
-        {u"notifications"_s, u"post"_s, u"TestFromCli"_s, u"count=3"_s, u"label=three"_s});
-    ASSERT_EQ(result.exitCode, 0) << result.err.constData();
-    ASSERT_TRUE(waitUntil([&] { return !recorder.received.isEmpty(); }));
-    const QVariantMap expected{{u"count"_s, qint64(3)}, {u"label"_s, u"three"_s}};
-    EXPECT_TRUE(PropertyList::equal(recorder.received.first().userInfo, expected));
-    EXPECT_TRUE(recorder.received.first().onMainThread);
 }
 
 } // namespace

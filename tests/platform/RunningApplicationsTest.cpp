@@ -71,6 +71,10 @@ TEST(RunningApplicationsTest, FindsProcessesByTheirBundleIdentifier)
     // The test program itself lies in no bundle.
     for (const RunningApplication &application : RunningApplications::runningApplications())
         EXPECT_NE(application.pid, QCoreApplication::applicationPid());
+    EXPECT_TRUE(RunningApplications::processIds().contains(QCoreApplication::applicationPid()));
+    EXPECT_EQ(RunningApplications::executablePathOfProcess(QCoreApplication::applicationPid()),
+              QCoreApplication::applicationFilePath());
+    EXPECT_TRUE(RunningApplications::executablePathOfProcess(-1).isNull());
 }
 
 TEST(RunningApplicationsTest, OnlyCopiesOfThisSessionCount)
@@ -102,15 +106,7 @@ TEST(RunningApplicationsTest, OnlyCopiesOfThisSessionCount)
     busless.waitForFinished();
 }
 
-TEST(RunningApplicationsTest, ExecutableOfAProcess)
-{
-    EXPECT_EQ(RunningApplications::executablePathOfProcess(QCoreApplication::applicationPid()),
-              QCoreApplication::applicationFilePath());
-    EXPECT_TRUE(RunningApplications::executablePathOfProcess(-1).isNull());
-    EXPECT_TRUE(RunningApplications::processIds().contains(QCoreApplication::applicationPid()));
-}
-
-TEST(RunningApplicationsTest, AReplacedExecutableStillCounts)
+TEST(RunningApplicationsTest, AReplacedExecutableStillCountsAndTerminateSendsSigterm)
 {
     const QString bundle = makeSleeperBundle("Replaced", "org.example.replaced");
     auto process = start(bundle + "/Contents/MacOS/sleeper");
@@ -120,17 +116,12 @@ TEST(RunningApplicationsTest, AReplacedExecutableStillCounts)
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found.first().pid, process->processId());
     EXPECT_EQ(found.first().executablePath, bundle + "/Contents/MacOS/sleeper");
-}
 
-TEST(RunningApplicationsTest, TerminateSendsSigterm)
-{
-    const QString bundle = makeSleeperBundle("Terminated", "org.example.terminated");
-    auto process = start(bundle + "/Contents/MacOS/sleeper");
     ASSERT_TRUE(RunningApplications::terminate(process->processId()));
     ASSERT_TRUE(process->waitForFinished(5000));
     EXPECT_EQ(process->exitStatus(), QProcess::CrashExit);
     EXPECT_TRUE(
-        RunningApplications::runningApplicationsWithBundleIdentifier("org.example.terminated").isEmpty());
+        RunningApplications::runningApplicationsWithBundleIdentifier("org.example.replaced").isEmpty());
     EXPECT_FALSE(RunningApplications::terminate(0));
     EXPECT_FALSE(RunningApplications::terminate(-1));
 }
