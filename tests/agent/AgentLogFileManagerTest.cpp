@@ -49,11 +49,7 @@ protected:
     }
     QString current() const { return mFolder + u"/Corvex log.txt"_s; }
     QStringList archives() const { return QDir(mFolder).entryList({u"log-*.txt"_s}, QDir::Files); }
-    static QString read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
+    static QString read(const QString &path) { return QString::fromUtf8(readFile(path)); }
 
     QString mFolder;
     std::shared_ptr<DDFileLogger> mLogger;
@@ -61,7 +57,7 @@ protected:
     int mArchives = 0;
 };
 
-TEST_F(AgentLogFileManagerTest, RollingRenamesTheFileAndStartsAFreshOne)
+TEST_F(AgentLogFileManagerTest, RollingRenamesTheFileStartsAFreshOneAndKeepsFiveArchives)
 {
     startLogger(400);
     for (int i = 0; i < 6; ++i)
@@ -81,15 +77,11 @@ TEST_F(AgentLogFileManagerTest, RollingRenamesTheFileAndStartsAFreshOne)
     DDLog::flushLog();
     EXPECT_TRUE(read(current()).endsWith(u"  second file line\n"_s));
     EXPECT_FALSE(read(current()).contains(u"first file line 0"_s));
-}
 
-TEST_F(AgentLogFileManagerTest, KeepsFiveArchives)
-{
-    startLogger(200);
     for (int i = 0; i < 40; ++i)
-        log(u"line %1 "_s.arg(i) + QString(250, u'b'));
+        log(u"line %1 "_s.arg(i) + QString(450, u'b'));
     DDLog::flushLog();
-    ASSERT_TRUE(waitUntil([&] { return mArchives >= 40; }));
+    ASSERT_TRUE(waitUntil([&] { return mArchives >= 41; }));
     EXPECT_EQ(archives().size(), 5);
     EXPECT_TRUE(QFileInfo::exists(current()));
 }

@@ -49,8 +49,7 @@ inline QString logFilePath()
 
 inline QString logText()
 {
-    QFile file(logFilePath());
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(readFile(logFilePath()));
 }
 
 // A PNG of the given size with some content.
@@ -71,11 +70,6 @@ inline void writeDefault(const QString &domain, const QString &key, const QStrin
     const ProcessResult result =
         runCli(QStringList{QStringLiteral("defaults"), QStringLiteral("write"), domain, key} + typeAndValue);
     ASSERT_EQ(result.exitCode, 0) << result.err.toStdString();
-}
-
-inline void resetCorvexDefaults()
-{
-    runCli({QStringLiteral("defaults"), QStringLiteral("delete"), QStringLiteral("com.ostrel.Corvex")});
 }
 
 // The running agent. Started in a test, stopped (SIGTERM) when destroyed.
@@ -163,5 +157,30 @@ inline QString freshFolder(const QString &name)
     QDir().mkpath(path);
     return QFileInfo(path).canonicalFilePath();
 }
+
+// A test whose screenshots are saved in a folder of its own, with Corvex's preferences cleared.
+class ScreenshotFolderTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        runCli({QStringLiteral("defaults"), QStringLiteral("delete"), QStringLiteral("com.ostrel.Corvex")});
+        mFolder = freshFolder(QStringLiteral("shots"));
+        writeDefault(QStringLiteral("com.apple.screencapture"), QStringLiteral("location"), {mFolder});
+    }
+    QString shot(const QString &name) const { return mFolder + u'/' + name; }
+    static void setBool(const char *key, bool value)
+    {
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
+                     {QStringLiteral("-bool"), value ? QStringLiteral("YES") : QStringLiteral("NO")});
+    }
+    static void setString(const char *key, const QString &value)
+    {
+        writeDefault(QStringLiteral("com.ostrel.Corvex"), QString::fromLatin1(key),
+                     {QStringLiteral("-string"), value});
+    }
+
+    QString mFolder;
+};
 
 } // namespace corvex::test::agent

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// What happens to each screenshot: the automatic steps together (run by the real agent; each step alone is
-// the command-line tool's "process" test), a burst of screenshots, and, in this process, taking each file
+// What happens to each screenshot: the automatic steps (run by the real agent; the steps themselves are the
+// command-line tool's "process" test), a burst of screenshots, and, in this process, taking each file
 // once and pausing the steps.
 #include "agent/ScreenshotQueue.h"
 #include "AgentTestSupport.h"
@@ -11,7 +11,6 @@
 #include "platform/CreatedFiles.h"
 #include "platform/ExtendedAttributes_p.h"
 
-#include <QImageReader>
 #include <QRegularExpression>
 #include <QSet>
 #include <QThread>
@@ -24,44 +23,20 @@ using namespace corvex::test::agent;
 
 namespace {
 
-class ScreenshotQueueTest : public testing::Test
+using ScreenshotQueueTest = ScreenshotFolderTest;
+
+QStringList namesIn(const QString &folder)
 {
-protected:
-    void SetUp() override
-    {
-        resetCorvexDefaults();
-        mFolder = freshFolder(u"shots"_s);
-        writeDefault(u"com.apple.screencapture"_s, u"location"_s, {mFolder});
-    }
-    void setBool(const char *key, bool value)
-    {
-        writeDefault(u"com.ostrel.Corvex"_s, QString::fromLatin1(key),
-                     {u"-bool"_s, value ? u"YES"_s : u"NO"_s});
-    }
-    void setString(const char *key, const QString &value)
-    {
-        writeDefault(u"com.ostrel.Corvex"_s, QString::fromLatin1(key), {u"-string"_s, value});
-    }
-    QStringList namesIn(const QString &folder) const
-    {
-        return QDir(folder).entryList(QDir::Files, QDir::Name);
-    }
+    return QDir(folder).entryList(QDir::Files, QDir::Name);
+}
 
-    QString mFolder;
-};
-
-TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
+TEST_F(ScreenshotQueueTest, TheAgentAppliesTheStepsAndOpensOnlyWithoutTheWindow)
 {
     ApplicationStandIn app;
     app.setRunning(true);
-    const QString target = freshFolder(u"moved"_s);
     const QString record = installRecordingOpener(u"recording-viewer"_s, "image/png;image/jpeg;");
     setBool("autoRename", true);
     setString("autoRenameFormat", u"Shot :$Counter2$"_s);
-    setBool("autoReformat", true);
-    setString("autoReformatExtension", u"jpg"_s);
-    setBool("autoMove", true);
-    setString("autoMoveFolder", target);
     setBool("openWith", true);
     setString("openWithBundleIdentifier", u"recording-viewer"_s);
     setBool("showCorvexWindow", false);
@@ -69,18 +44,16 @@ TEST_F(ScreenshotQueueTest, AllStepsTogetherInTheirOrder)
     ASSERT_TRUE(agent.start(mFolder));
 
     writeFile(mFolder + u"/Screenshot all.png"_s, pngBytes());
-    const QString final = target + u"/Shot 01.jpg"_s;
     ASSERT_TRUE(waitUntil([&] { return !readLines(record).isEmpty(); }, std::chrono::seconds(10)));
-    EXPECT_EQ(readLines(record), QStringList{final});
-    EXPECT_EQ(QImageReader(final).format(), QByteArray("jpeg"));
-    EXPECT_TRUE(namesIn(mFolder).isEmpty());
+    EXPECT_EQ(readLines(record), QStringList{mFolder + u"/Shot 01.png"_s});
+    EXPECT_EQ(namesIn(mFolder), QStringList{u"Shot 01.png"_s});
     EXPECT_TRUE(app.received().isEmpty());
 
     // With the window on as well, the agent leaves the opening to the application and hands the result over.
     setBool("showCorvexWindow", true);
     writeFile(mFolder + u"/Screenshot window.png"_s, pngBytes());
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
-    EXPECT_EQ(app.receivedPaths(), QStringList{target + u"/Shot 02.jpg"_s});
+    EXPECT_EQ(app.receivedPaths(), QStringList{mFolder + u"/Shot 02.png"_s});
     EXPECT_EQ(readLines(record).size(), 1);
 }
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // `corvex name` and `corvex version-compare`, run as the real program.
-#include "core/AppUserDefaults.h"
 #include "TestSupport.h"
+#include "core/AppUserDefaults.h"
 
 #include <QImage>
 #include <gtest/gtest.h>

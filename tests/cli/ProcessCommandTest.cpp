@@ -70,7 +70,6 @@ protected:
         return QString::fromUtf8(result.out).trimmed();
     }
 
-    static QString openedLog() { return sOpened; }
     static inline QString sOpened;
 
     QString mFolder;
@@ -99,14 +98,6 @@ TEST_F(ProcessCommandTest, RenameByPatternInTheSameFolder)
     EXPECT_EQ(readFile(mFolder + "/Shot 42_64x48.png"), before);
     EXPECT_FALSE(QFileInfo::exists(shot));
     EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 42);
-
-    // A taken name is never replaced: the new file gets a number before its extension.
-    writeFile(mFolder + "/Shot 43_64x48.png", "someone else's");
-    writeFile(mFolder + "/Shot 43_64x48 2.png", "someone else's too");
-    const QString second = screenshot("Screenshot 2.png");
-    EXPECT_EQ(process(second), mFolder + "/Shot 43_64x48 3.png");
-    EXPECT_EQ(readFile(mFolder + "/Shot 43_64x48.png"), "someone else's");
-    EXPECT_EQ(readFile(mFolder + "/Shot 43_64x48 2.png"), "someone else's too");
 
     // A pattern that gives no name: the step fails, the file stays.
     defaults().setObject("::", "autoRenameFormat");
@@ -176,32 +167,6 @@ TEST_F(ProcessCommandTest, MoveIntoTheChosenFolder)
     EXPECT_TRUE(mErrors.contains("move failed")) << mErrors.toStdString();
 }
 
-TEST_F(ProcessCommandTest, OpenOnlyWhenTheAgentHandlesIt)
-{
-    defaults().setBool(true, "openWith");
-    defaults().setObject("corvex-test-opener", "openWithBundleIdentifier");
-    const QString shot = screenshot("Open me.png");
-
-    // The window is on: the application opens the file after the rename, not this step.
-    defaults().setBool(true, "showCorvexWindow");
-    EXPECT_EQ(process(shot), shot);
-    // TextEdit is never opened by the agent.
-    defaults().setBool(false, "showCorvexWindow");
-    defaults().setObject("com.apple.TextEdit", "openWithBundleIdentifier");
-    EXPECT_EQ(process(shot), shot);
-    EXPECT_FALSE(QFileInfo::exists(openedLog()));
-
-    defaults().setObject("corvex-test-opener", "openWithBundleIdentifier");
-    EXPECT_EQ(process(shot), shot);
-    EXPECT_TRUE(waitUntil([&] { return readFile(openedLog()) == (shot + "\n").toUtf8(); }));
-
-    defaults().setObject("org.example.NotInstalled", "openWithBundleIdentifier");
-    EXPECT_EQ(process(shot, 1), shot);
-    EXPECT_TRUE(
-        mErrors.contains("Could not find app for org.example.NotInstalled or launch it with the file"));
-    QFile::remove(openedLog());
-}
-
 TEST_F(ProcessCommandTest, AllStepsInOrder)
 {
     defaults().setBool(true, "autoRename");
@@ -221,8 +186,8 @@ TEST_F(ProcessCommandTest, AllStepsInOrder)
     EXPECT_TRUE(QFileInfo::exists(trashed("Shot001.png"))) << "renamed before it was converted";
     EXPECT_TRUE(QDir(mFolder).isEmpty(QDir::Files | QDir::Hidden));
     EXPECT_EQ(defaults().integerForKey("autoRenameCount"), 1);
-    EXPECT_TRUE(waitUntil([&] { return readFile(openedLog()).contains((expected + "\n").toUtf8()); }));
-    QFile::remove(openedLog());
+    EXPECT_TRUE(waitUntil([&] { return readFile(sOpened).contains((expected + "\n").toUtf8()); }));
+    QFile::remove(sOpened);
 }
 
 TEST_F(ProcessCommandTest, BadArguments)
