@@ -5,6 +5,7 @@
 #include "logging/DDLog.h"
 #include "logging/DDLogFormatter.h"
 #include "logging/DDLogMessage.h"
+#include "logging/Log.h"
 
 #include <gtest/gtest.h>
 #include <mutex>
@@ -42,11 +43,6 @@ public:
     QStringList lines;
 };
 
-void logInfo(const QString &text)
-{
-    DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
-}
-
 } // namespace
 
 TEST(DDAbstractLoggerTest, QueueIsMadeOnceAndLabelledWithTheName)
@@ -67,22 +63,24 @@ TEST(DDAbstractLoggerTest, FormatterChangesTakeEffectInTurnWithTheMessages)
     EXPECT_TRUE(logger->offersLogFormatter());
     EXPECT_EQ(logger->logFormatter(), nullptr);
     DDLog::addLogger(logger);
-    logInfo(u"before"_s);
+    DDLogInfo(u"before"_s);
     auto formatter = std::make_shared<UpperCaseFormatter>();
     logger->setLogFormatter(formatter); // queued behind "before"
     EXPECT_EQ(logger->logFormatter(), formatter) << "a read from outside waits its turn";
-    logInfo(u"after"_s);
-    logInfo(u"drop"_s);
+    DDLogInfo(u"after"_s);
+    DDLogInfo(u"drop"_s);
     logger->setLogFormatter(formatter); // the same again: nothing changes
     logger->setLogFormatter(nullptr);
-    logInfo(u"plain"_s);
+    DDLogInfo(u"plain"_s);
     DDLog::flushLog();
     EXPECT_EQ(logger->lines, (QStringList{u"before"_s, u"AFTER"_s, u"plain"_s}));
     DDLog::removeLogger(logger);
     DDLog::flushLog();
 }
 
-TEST(DDAbstractLoggerTest, OnItsOwnQueueTheFormatterIsReadAndSetDirectly)
+// On the logger's own queue, or for a logger not owned by a shared pointer (where nothing may be left queued
+// for later), the formatter is read and set directly.
+TEST(DDAbstractLoggerTest, OnItsOwnQueueOrUnsharedTheFormatterIsReadAndSetDirectly)
 {
     auto logger = std::make_shared<FormattingLogger>();
     auto formatter = std::make_shared<UpperCaseFormatter>();
@@ -100,12 +98,8 @@ TEST(DDAbstractLoggerTest, OnItsOwnQueueTheFormatterIsReadAndSetDirectly)
     EXPECT_TRUE(seenOldFirst);
     EXPECT_TRUE(seenAtOnce);
     EXPECT_EQ(logger->logFormatter(), formatter);
-}
 
-TEST(DDAbstractLoggerTest, ALoggerNotSharedChangesItsFormatterAtOnce)
-{
-    FormattingLogger logger; // not owned by a shared pointer: nothing may be left queued for later
-    auto formatter = std::make_shared<UpperCaseFormatter>();
-    logger.setLogFormatter(formatter);
-    EXPECT_EQ(logger.logFormatter(), formatter);
+    FormattingLogger unshared;
+    unshared.setLogFormatter(formatter);
+    EXPECT_EQ(unshared.logFormatter(), formatter);
 }

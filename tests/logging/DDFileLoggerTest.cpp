@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDFileLogger.h"
 #include "RecordingLogger.h"
-#include "StderrCapture.h"
 #include "TestSupport.h"
 #include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
@@ -46,37 +45,31 @@ protected:
         extended_attributes_private::setUserAttributesRefused(false);
     }
 
-    // A file logger over this test's folder, added to the dispatcher.
-    std::shared_ptr<DDFileLogger> addFileLogger()
+    // A file logger over this test's folder, added to the dispatcher; without a formatter it writes bare
+    // texts.
+    std::shared_ptr<DDFileLogger> addFileLogger(bool formatted = true)
     {
         auto logger = std::make_shared<DDFileLogger>(mManager);
+        if (!formatted)
+            logger->setLogFormatter(nullptr);
         DDLog::addLogger(logger);
         return logger;
     }
 
-    static void log(const QString &text)
+    // Logs the texts, waits until every logger has them, and returns the logger's current file.
+    static QString write(DDFileLogger &logger, const QStringList &messages)
     {
-        DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
-    }
-
-    static QByteArray contents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        for (const QString &text : messages)
+            DDLogInfo(text);
+        DDLog::flushLog();
+        return logger.currentLogFileInfo()->filePath();
     }
 
     // The message texts of a log file, without their times.
     static QStringList texts(const QString &path)
     {
         static const QRegularExpression time(u"^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3}  "_s);
-        QStringList result;
-        for (const QString &line :
-             QString::fromUtf8(contents(path)).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-            QString text = line;
-            text.remove(time);
-            result.append(text);
-        }
-        return result;
+        return corvex::test::readLines(path).replaceInStrings(time, QString());
     }
 
     QString mDirectory;
@@ -96,102 +89,67 @@ TEST_F(DDFileLoggerTest, DefaultsAndName)
     EXPECT_TRUE(std::dynamic_pointer_cast<DDLogFileManagerDefault>(logger->logFileManager()) != nullptr);
 }
 
-TEST_F(DDFileLoggerTest, WritesOneTimestampedLinePerMessage)
+// Without a formatter the raw text is written, with a line feed added where it has none.
+TEST_F(DDFileLoggerTest, WritesOneTimestampedLinePerMessageOrTheRawTextWithoutAFormatter)
 {
     auto logger = addFileLogger();
-    log(u"first"_s);
-    log(u"ends in a line feed\n"_s);
-    log(u"two\nlines"_s);
-    log(u"Ünïcödé ✓"_s);
-    DDLog::flushLog();
-    const std::shared_ptr<DDLogFileInfo> current = logger->currentLogFileInfo();
-    ASSERT_TRUE(current);
-    EXPECT_EQ(QFileInfo(current->filePath()).path(), mDirectory);
-    const QString text = QString::fromUtf8(contents(current->filePath()));
+    write(*logger, {u"first"_s, u"ends in a line feed\n"_s, u"two\nlines"_s, u"Ünïcödé ✓"_s});
+    logger->setLogFormatter(nullptr);
+    const QString path = write(*logger, {u"raw"_s, u"raw with feed\n"_s});
+    EXPECT_EQ(QFileInfo(path).path(), mDirectory);
+    const QString text = QString::fromUtf8(corvex::test::readFile(path));
     const QRegularExpression exact(
         QStringLiteral("^(\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3})  first\\n"
                        "\\d{4}/[^\\n]{18}  ends in a line feed\\n"
                        "\\d{4}/[^\\n]{18}  two\\nlines\\n"
-                       "\\d{4}/[^\\n]{18}  Ünïcödé ✓\\n$"));
+                       "\\d{4}/[^\\n]{18}  Ünïcödé ✓\\nraw\\nraw with feed\\n$"));
     const QRegularExpressionMatch match = exact.match(text);
     ASSERT_TRUE(match.hasMatch()) << qPrintable(text);
     const QDateTime written = QDateTime::fromString(match.captured(1), u"yyyy/MM/dd HH:mm:ss:zzz"_s);
     EXPECT_LE(qAbs(written.secsTo(QDateTime::currentDateTime())), 60);
 }
 
-TEST_F(DDFileLoggerTest, WithoutAFormatterTheRawTextIsWritten)
-{
-    auto logger = addFileLogger();
-    logger->setLogFormatter(nullptr);
-    log(u"raw"_s);
-    log(u"raw with feed\n"_s);
-    DDLog::flushLog();
-    EXPECT_EQ(contents(logger->currentLogFileInfo()->filePath()), QByteArray("raw\nraw with feed\n"));
-}
-
 TEST_F(DDFileLoggerTest, RollsByAgeWhenTheTimerFires)
 {
     auto logger = addFileLogger();
     logger->setRollingFrequency(0.4);
-    log(u"young"_s);
-    DDLog::flushLog();
-    const QString first = logger->currentLogFileInfo()->filePath();
+    const QString first = write(*logger, {u"young"_s});
     EXPECT_FALSE(DDLogFileInfo(first).isArchived());
     EXPECT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(first).isArchived(); }, 5000ms));
-    log(u"after"_s);
-    DDLog::flushLog();
-    const QString second = logger->currentLogFileInfo()->filePath();
+    const QString second = write(*logger, {u"after"_s});
     EXPECT_NE(second, first);
     EXPECT_EQ(texts(second), QStringList{u"after"_s});
     EXPECT_EQ(texts(first), QStringList{u"young"_s});
 }
 
-TEST_F(DDFileLoggerTest, RollsWhenTheFileReachesItsLimitExactly)
+// rollLogFile() takes its turn among the messages.
+TEST_F(DDFileLoggerTest, RollsWhenTheFileReachesItsLimitExactlyOrWhenAsked)
 {
-    auto logger = addFileLogger();
-    logger->setLogFormatter(nullptr);
+    auto logger = addFileLogger(false);
     logger->setMaximumFileSize(4);
-    log(u"a"_s); // "a\n": 2 bytes, below the limit
-    log(u"b"_s); // 4 bytes: at the limit, the file rolls
-    log(u"c"_s);
-    DDLog::flushLog();
-    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
-    ASSERT_EQ(files.size(), 2);
-    EXPECT_EQ(texts(files.at(1)->filePath()), (QStringList{u"a"_s, u"b"_s}));
-    EXPECT_TRUE(files.at(1)->isArchived());
-    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{u"c"_s});
-}
-
-TEST_F(DDFileLoggerTest, RollLogFileArchivesInTurn)
-{
-    auto logger = addFileLogger();
-    log(u"one"_s);
+    DDLogInfo(u"a"_s); // "a\n": 2 bytes, below the limit
+    DDLogInfo(u"b"_s); // 4 bytes: at the limit, the file rolls
+    DDLogInfo(u"c"_s);
     logger->rollLogFile();
-    log(u"two"_s);
-    DDLog::flushLog();
-    const QList<std::shared_ptr<DDLogFileInfo>> files = mManager->sortedLogFileInfos();
-    ASSERT_EQ(files.size(), 2);
-    EXPECT_EQ(texts(files.at(0)->filePath()), QStringList{u"two"_s});
-    EXPECT_FALSE(files.at(0)->isArchived());
-    EXPECT_EQ(texts(files.at(1)->filePath()), QStringList{u"one"_s});
-    EXPECT_TRUE(files.at(1)->isArchived());
+    write(*logger, {u"d"_s});
+    QStringList files; // texts, and whether archived
+    for (const std::shared_ptr<DDLogFileInfo> &file : mManager->unsortedLogFileInfos())
+        files.append(texts(file->filePath()).join(u',') + (file->isArchived() ? u" archived"_s : QString()));
+    files.sort();
+    EXPECT_EQ(files.join(u" | ").toStdString(), "a,b archived | c archived | d");
 }
 
 TEST_F(DDFileLoggerTest, StartUpReusesARecentUnarchivedFile)
 {
     auto first = addFileLogger();
-    log(u"before restart"_s);
-    DDLog::flushLog();
-    const QString path = first->currentLogFileInfo()->filePath();
+    const QString path = write(*first, {u"before restart"_s});
     DDLog::removeLogger(first);
     DDLog::flushLog();
     first.reset();
 
     auto second = addFileLogger();
     second->setRollingFrequency(3600);
-    log(u"after restart"_s);
-    DDLog::flushLog();
-    EXPECT_EQ(second->currentLogFileInfo()->filePath(), path);
+    EXPECT_EQ(write(*second, {u"after restart"_s}), path);
     EXPECT_EQ(texts(path), (QStringList{u"before restart"_s, u"after restart"_s}));
 }
 
@@ -202,9 +160,7 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
     auto logger = std::make_shared<DDFileLogger>(mManager);
     logger->setMaximumFileSize(300);
     DDLog::addLogger(logger);
-    log(u"new file"_s);
-    DDLog::flushLog();
-    const QString second = logger->currentLogFileInfo()->filePath();
+    const QString second = write(*logger, {u"new file"_s});
     EXPECT_NE(second, tooLarge);
     EXPECT_TRUE(DDLogFileInfo(tooLarge).isArchived());
     DDLog::removeAllLoggers();
@@ -216,10 +172,7 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
     auto later = std::make_shared<DDFileLogger>(mManager);
     later->setRollingFrequency(1e-6);
     DDLog::addLogger(later);
-    log(u"newer file"_s);
-    DDLog::flushLog();
-    const QString third = later->currentLogFileInfo()->filePath();
-    EXPECT_NE(third, second);
+    EXPECT_NE(write(*later, {u"newer file"_s}), second);
     EXPECT_TRUE(DDLogFileInfo(second).isArchived());
     EXPECT_EQ(texts(second), QStringList{u"new file"_s});
 }
@@ -228,7 +181,7 @@ TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
 {
     extended_attributes_private::setUserAttributesRefused(true);
     auto logger = addFileLogger();
-    log(u"one"_s);
+    DDLogInfo(u"one"_s);
     logger->rollLogFile();
     DDLog::flushLog();
     const QStringList names = mManager->sortedLogFileNames();
@@ -241,9 +194,7 @@ TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
     // A restart honours the flag file: the archived file is not written again.
     extended_attributes_private::setUserAttributesRefused(false);
     auto restarted = addFileLogger();
-    log(u"two"_s);
-    DDLog::flushLog();
-    EXPECT_NE(restarted->currentLogFileInfo()->fileName(), names.first());
+    EXPECT_NE(QFileInfo(write(*restarted, {u"two"_s})).fileName(), names.first());
     EXPECT_EQ(texts(mDirectory + QLatin1Char('/') + names.first()), QStringList{u"one"_s});
 }
 
@@ -252,14 +203,13 @@ TEST_F(DDFileLoggerTest, AnUnopenableFileDropsMessagesAndIsReportedOnce)
     const QString blocker = corvex::test::writeFile(mDirectory + u"-blocker"_s, "x");
     auto manager = std::make_shared<DDLogFileManagerDefault>(blocker + u"/Logs"_s);
     auto logger = std::make_shared<DDFileLogger>(manager);
-    StderrCapture capture;
+    testing::internal::CaptureStderr();
     DDLog::addLogger(logger);
     for (int i = 0; i < 50; ++i)
-        log(u"lost"_s);
+        DDLogInfo(u"lost"_s);
     DDLogError(u"also lost"_s);
     DDLog::flushLog();
-    capture.restore();
-    const QString text = capture.text();
+    const QString text = QString::fromStdString(testing::internal::GetCapturedStderr());
     EXPECT_EQ(text.count(u"DDFileLogManagerDefault: Error creating logsDirectory: "_s), 2)
         << "one listing and one creation" << qPrintable(text);
     EXPECT_EQ(text.count(u"DDFileLogger: Error opening log file ("_s), 1) << qPrintable(text);
@@ -267,12 +217,9 @@ TEST_F(DDFileLoggerTest, AnUnopenableFileDropsMessagesAndIsReportedOnce)
 
 TEST_F(DDFileLoggerTest, AFullDiskDropsMessagesButKeepsWholeLines)
 {
-    auto logger = addFileLogger();
-    logger->setLogFormatter(nullptr);
+    auto logger = addFileLogger(false);
     const QString kept(3999, QLatin1Char('k'));
-    log(kept);
-    DDLog::flushLog();
-    const QString path = logger->currentLogFileInfo()->filePath();
+    const QString path = write(*logger, {kept});
 
     // The file may grow by 10 more bytes only; a 30-byte line is cut off by the system. (The limit holds
     // for every file of the process, the captured standard error too: it stays below it.)
@@ -283,36 +230,28 @@ TEST_F(DDFileLoggerTest, AFullDiskDropsMessagesButKeepsWholeLines)
     getrlimit(RLIMIT_FSIZE, &saved);
     struct rlimit small = saved;
     small.rlim_cur = 4000 + 10;
-    StderrCapture capture;
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    log(QString(29, QLatin1Char('y')));
-    log(QString(29, QLatin1Char('z')));
-    DDLog::flushLog();
+    testing::internal::CaptureStderr();
+    write(*logger, {QString(29, QLatin1Char('y')), QString(29, QLatin1Char('z'))});
     setrlimit(RLIMIT_FSIZE, &saved);
-    capture.restore();
-    log(u"again"_s);
-    DDLog::flushLog();
+    const QString text = QString::fromStdString(testing::internal::GetCapturedStderr());
+    write(*logger, {u"again"_s});
 
-    EXPECT_EQ(contents(path), kept.toLatin1() + "\nagain\n");
-    EXPECT_EQ(capture.text().count(u"DDFileLogger: Error writing to log file ("_s + path), 1)
-        << qPrintable(capture.text());
+    EXPECT_EQ(corvex::test::readFile(path), kept.toLatin1() + "\nagain\n");
+    EXPECT_EQ(text.count(u"DDFileLogger: Error writing to log file ("_s + path), 1) << qPrintable(text);
 }
 
 TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
 {
     auto logger = addFileLogger();
-    log(QString(50, QLatin1Char('a')));
-    DDLog::flushLog();
-    const QString first = logger->currentLogFileInfo()->filePath();
+    const QString first = write(*logger, {QString(50, QLatin1Char('a'))});
     logger->setMaximumFileSize(10); // the file is already larger: rolled now
     DDLog::flushLog();
     EXPECT_EQ(logger->maximumFileSize(), 10u);
     EXPECT_TRUE(DDLogFileInfo(first).isArchived());
 
     logger->setMaximumFileSize(1 << 20);
-    log(u"b"_s);
-    DDLog::flushLog();
-    const QString second = logger->currentLogFileInfo()->filePath();
+    const QString second = write(*logger, {u"b"_s});
     EXPECT_NE(second, first);
     ASSERT_TRUE(corvex::test::waitUntil([&] { return DDLogFileInfo(second).age() > 1e-6; }));
     logger->setRollingFrequency(1e-6); // the file is already older than a microsecond: rolled now
@@ -333,20 +272,18 @@ TEST_F(DDFileLoggerTest, AnErrorIsInTheFileWhenItsStatementReturnsWhileLinesAreG
             holdGate.acquire();
     };
     DDLog::addLogger(holder);
-    log(u"opens the file"_s);
-    DDLog::flushLog();
-    const QString path = logger->currentLogFileInfo()->filePath();
+    const QString path = write(*logger, {u"opens the file"_s});
 
     std::binary_semaphore gate(0);
     DDLog::loggingQueue()->async([&gate] { gate.acquire(); });
     for (int i = 0; i < 20; ++i)
-        log(u"before %1"_s.arg(i));
+        DDLogInfo(u"before %1"_s.arg(i));
     const long waiting = ddlog_private::queueSizeSemaphore().value();
     std::thread later([&] {
         // Once the error waits in the queue: more lines behind it, then deliveries may start.
         corvex::test::waitUntil([&] { return ddlog_private::queueSizeSemaphore().value() < waiting; });
-        log(u"hold"_s);
-        log(u"after"_s);
+        DDLogInfo(u"hold"_s);
+        DDLogInfo(u"after"_s);
         gate.release();
     });
     DDLogError(u"boom"_s);
@@ -364,9 +301,7 @@ TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
     auto other =
         std::make_shared<DDFileLogger>(std::make_shared<DDLogFileManagerDefault>(mDirectory + u"-other"_s));
     DDLog::addLogger(other);
-    log(u"opens the file"_s);
-    DDLog::flushLog();
-    const QString path = logger->currentLogFileInfo()->filePath();
+    const QString path = write(*logger, {u"opens the file"_s});
     const QString otherPath = other->currentLogFileInfo()->filePath();
 
     // Hold the logging queue so that messages pile up behind the removal: the logger's last message is
@@ -374,10 +309,10 @@ TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
     std::binary_semaphore gate(0);
     DDLog::loggingQueue()->async([&gate] { gate.acquire(); });
     for (int i = 0; i < 100; ++i)
-        log(u"line %1"_s.arg(i));
+        DDLogInfo(u"line %1"_s.arg(i));
     DDLog::removeLogger(logger);
     for (int i = 0; i < 100; ++i)
-        log(u"later %1"_s.arg(i));
+        DDLogInfo(u"later %1"_s.arg(i));
 
     // A message handed to the logger directly, outside the dispatcher's deliveries, is written at once.
     const DDLogMessage direct(u"direct"_s, 7, DDLogFlagInfo, 1, __FILE__, "f", 1);
@@ -394,24 +329,23 @@ TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)
 
 TEST_F(DDFileLoggerTest, FlushLogWritesEveryEarlierLineWhileAnotherThreadKeepsLogging)
 {
-    auto logger = addFileLogger();
-    logger->setLogFormatter(nullptr);
+    auto logger = addFileLogger(false);
     std::atomic<bool> stop{false};
     std::thread other([&] {
         while (!stop)
-            log(u"noise"_s);
+            DDLogInfo(u"noise"_s);
     });
     const QString path = logger->currentLogFileInfo()->filePath();
     int missing = 0;
     for (int round = 0; round < 300; ++round) {
         const QByteArray marker = "marker " + QByteArray::number(round) + '\n';
-        log(QString::fromLatin1(marker.trimmed()));
+        DDLogInfo(QString::fromLatin1(marker.trimmed()));
         DDLog::flushLog();
         // The noise may roll the file between the flush and this look: every file of the folder counts.
-        QByteArray all = contents(logger->currentLogFileInfo()->filePath());
+        QByteArray all = corvex::test::readFile(logger->currentLogFileInfo()->filePath());
         const QDir folder = QFileInfo(path).dir();
         for (const QString &name : all.contains(marker) ? QStringList() : folder.entryList(QDir::Files))
-            all += contents(folder.filePath(name));
+            all += corvex::test::readFile(folder.filePath(name));
         if (!all.contains(marker))
             ++missing;
     }

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDLogFileManagerDefault.h"
-#include "StderrCapture.h"
 #include "TestSupport.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFileInfo.h"
@@ -11,6 +10,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QThread>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -22,7 +22,6 @@ QString directoryFor(const char *name)
     return corvex::test::home() + u"/manager-"_s + QString::fromLatin1(name);
 }
 
-// Makes a log file through the manager and marks it archived.
 // A new log file whose creation time differs from the files made before it: file times follow the kernel's
 // coarse clock, which moves in steps of up to 10 ms.
 QString newLogFile(DDLogFileManagerDefault &manager)
@@ -39,6 +38,7 @@ QString newLogFile(DDLogFileManagerDefault &manager)
     }
 }
 
+// Makes a log file through the manager and marks it archived.
 QString archivedFile(DDLogFileManagerDefault &manager)
 {
     const QString path = newLogFile(manager);
@@ -105,11 +105,7 @@ TEST(DDLogFileManagerDefaultTest, ListsOnlyLogFilesNewestFirst)
     EXPECT_EQ(manager.sortedLogFileNames(),
               (QStringList{QFileInfo(third).fileName(), QFileInfo(second).fileName(),
                            QFileInfo(first).fileName()}));
-    QStringList unsorted = manager.unsortedLogFilePaths();
-    unsorted.sort();
-    QStringList expected{first, second, third};
-    expected.sort();
-    EXPECT_EQ(unsorted, expected);
+    EXPECT_THAT(manager.unsortedLogFilePaths(), testing::UnorderedElementsAre(first, second, third));
     EXPECT_EQ(manager.unsortedLogFileNames().size(), 3);
     EXPECT_EQ(manager.unsortedLogFileInfos().size(), 3);
     EXPECT_EQ(manager.sortedLogFileInfos().first()->filePath(), third);
@@ -164,12 +160,11 @@ TEST(DDLogFileManagerDefaultTest, AFolderThatCannotBeMadeIsReportedAndReturned)
     const QString blocker = corvex::test::writeFile(directoryFor("blocked") + u"/file"_s, "x");
     const QString directory = blocker + u"/Logs"_s;
     DDLogFileManagerDefault manager(directory);
-    StderrCapture capture;
+    testing::internal::CaptureStderr();
     EXPECT_EQ(manager.logsDirectory(), directory);
     const QString path = manager.createNewLogFile();
-    capture.restore();
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::StartsWith("DDFileLogManagerDefault: Error creating logsDirectory: "));
     EXPECT_TRUE(path.startsWith(directory + u"/log-"_s));
     EXPECT_FALSE(QFile::exists(path));
-    EXPECT_TRUE(capture.text().startsWith(u"DDFileLogManagerDefault: Error creating logsDirectory: "_s))
-        << qPrintable(capture.text());
 }

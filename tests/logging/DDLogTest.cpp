@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RecordingLogger.h"
-#include "StderrCapture.h"
+#include "TestSupport.h"
 #include "foundation/Diagnostics.h"
 #include "logging/DDLog_p.h"
 #include "logging/Log.h"
 
 #include <QCoreApplication>
 #include <condition_variable>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -28,24 +29,10 @@ protected:
         ddlog_private::setProcessorCount(mProcessors);
     }
 
-    static void logInfo(const QString &text)
-    {
-        DDLog::log(false, 7, DDLogFlagInfo, 1, __FILE__, "test", 1, text);
-    }
-
     unsigned mProcessors = 1;
 };
 
-// Waits (a bounded time) for a condition another thread makes true.
-bool eventually(const std::function<bool()> &condition)
-{
-    for (int i = 0; i < 1000; ++i) {
-        if (condition())
-            return true;
-        std::this_thread::sleep_for(5ms);
-    }
-    return condition();
-}
+using corvex::test::waitUntil;
 
 struct ParticipatingClass
 {
@@ -60,38 +47,36 @@ struct NonParticipatingClass
 
 } // namespace
 
-TEST_F(DDLogTest, NullMessageLogsNothingAndLeavesTheSemaphoreAlone)
-{
-    auto logger = std::make_shared<RecordingLogger>();
-    DDLog::addLogger(logger);
-    DDLog::flushLog();
-    const long before = ddlog_private::queueSizeSemaphore().value();
-    EXPECT_EQ(before, 1000);
-    DDLog::log(true, 7, DDLogFlagError, 1, __FILE__, "f", 1, QString());
-    DDLogWarn(QString());
-    EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), before);
-    DDLogInfo(u""_s); // empty but not null: logged
-    DDLog::flushLog();
-    EXPECT_EQ(logger->texts(), QStringList{QString()});
-}
-
-TEST_F(DDLogTest, WithoutLoggersMessagesAreDroppedAndTheirPlacesFreed)
+// Without loggers messages are dropped and their places freed; a null message is not even queued.
+TEST_F(DDLogTest, UnheardOrNullMessagesKeepNoPlace)
 {
     DDLog::flushLog();
     std::atomic<int> logged{0};
     std::thread producer([&] {
         for (int i = 0; i < 3000; ++i) {
-            logInfo(u"dropped %1"_s.arg(i));
+            DDLogInfo(u"dropped %1"_s.arg(i));
             ++logged;
         }
     });
-    ASSERT_TRUE(eventually([&] { return logged == 3000; })) << "producer blocked: places not freed";
+    ASSERT_TRUE(waitUntil([&] { return logged == 3000; })) << "producer blocked: places not freed";
     producer.join();
     DDLog::flushLog();
     EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), 1000);
+
+    auto logger = std::make_shared<RecordingLogger>();
+    DDLog::addLogger(logger);
+    DDLog::flushLog();
+    DDLog::log(true, 7, DDLogFlagError, 1, __FILE__, "f", 1, QString());
+    DDLogWarn(QString());
+    EXPECT_EQ(ddlog_private::queueSizeSemaphore().value(), 1000);
+    DDLogInfo(u""_s); // empty but not null: logged
+    DDLog::flushLog();
+    EXPECT_EQ(logger->texts(), QStringList{QString()});
 }
 
-TEST_F(DDLogTest, MessagesCarryTheStatementsDetails)
+// An error reaches the loggers before its statement returns; a message names its file from the top of the
+// source tree.
+TEST_F(DDLogTest, ErrorsCarryTheStatementsDetailsAndArriveBeforeItReturns)
 {
     auto logger = std::make_shared<RecordingLogger>();
     std::mutex mutex;
@@ -102,28 +87,19 @@ TEST_F(DDLogTest, MessagesCarryTheStatementsDetails)
     };
     DDLog::addLogger(logger);
     const int line = __LINE__ + 1;
-    DDLogWarn(u"careful"_s);
-    DDLog::flushLog();
+    DDLogError(u"careful"_s);
     ASSERT_EQ(seen.size(), 1);
     const DDLogMessage &message = *seen.first();
     EXPECT_EQ(message.logMsg(), u"careful"_s);
     EXPECT_EQ(message.logLevel(), 7);
-    EXPECT_EQ(message.logFlag(), qint32(DDLogFlagWarning));
+    EXPECT_EQ(message.logFlag(), qint32(DDLogFlagError));
     EXPECT_EQ(message.logContext(), 1);
-    EXPECT_STREQ(message.file(), __FILE__);
+    EXPECT_STREQ(message.file(), "tests/logging/DDLogTest.cpp");
     EXPECT_EQ(message.fileName(), u"DDLogTest"_s);
-    EXPECT_TRUE(message.methodName().contains(QLatin1String("MessagesCarryTheStatementsDetails")));
+    EXPECT_TRUE(message.methodName().contains(QLatin1String("ErrorsCarryTheStatementsDetails")));
     EXPECT_EQ(message.lineNumber(), line);
     EXPECT_EQ(message.machThreadID(), DDLogMessage::currentThreadID());
     EXPECT_LE(qAbs(message.timestamp().msecsTo(QDateTime::currentDateTime())), 60000);
-}
-
-TEST_F(DDLogTest, ErrorsAreDeliveredBeforeTheStatementReturns)
-{
-    auto logger = std::make_shared<RecordingLogger>();
-    DDLog::addLogger(logger);
-    DDLogError(u"failed"_s);
-    EXPECT_EQ(logger->texts(), QStringList{u"failed"_s});
 }
 
 TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
@@ -136,7 +112,7 @@ TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
         DDLog::addLogger(slow);
         DDLog::addLogger(fast);
         for (int i = 0; i < 300; ++i)
-            logInfo(QString::number(i));
+            DDLogInfo(QString::number(i));
         DDLog::flushLog();
         EXPECT_EQ(slow->count(), 300) << processors;
         EXPECT_EQ(fast->count(), 300) << processors;
@@ -161,8 +137,8 @@ TEST_F(DDLogTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
         loggers.append(logger);
         DDLog::addLogger(logger);
     }
-    logInfo(u"one"_s);
-    logInfo(u"two"_s);
+    DDLogInfo(u"one"_s);
+    DDLogInfo(u"two"_s);
     DDLog::flushLog();
     EXPECT_EQ(order, (QStringList{u"third"_s, u"second"_s, u"first"_s, u"third"_s, u"second"_s, u"first"_s}));
     // Each ran on a queue of its own, labelled with its name.
@@ -192,7 +168,7 @@ TEST_F(DDLogTest, LoggersWorkInParallelOnSeveralProcessors)
     DDLog::addLogger(a);
     DDLog::addLogger(b);
     for (int i = 0; i < 5; ++i)
-        logInfo(u"together"_s);
+        DDLogInfo(u"together"_s);
     DDLog::flushLog();
     EXPECT_TRUE(bothMet);
     EXPECT_EQ(a->count(), 5);
@@ -214,13 +190,13 @@ TEST_F(DDLogTest, AProducerBlocksWhileAThousandMessagesWait)
     std::atomic<int> returned{0};
     std::thread producer([&] {
         for (int i = 0; i < 1001; ++i) {
-            logInfo(QString::number(i));
+            DDLogInfo(QString::number(i));
             ++returned;
         }
     });
-    ASSERT_TRUE(eventually([&] { return returned == 1000; }));
+    ASSERT_TRUE(waitUntil([&] { return returned == 1000; }));
     // The 1001st call waits for a place: the count stays and the semaphore shows one waiter.
-    EXPECT_TRUE(eventually([] { return ddlog_private::queueSizeSemaphore().value() == -1; }));
+    EXPECT_TRUE(waitUntil([] { return ddlog_private::queueSizeSemaphore().value() == -1; }));
     EXPECT_EQ(returned.load(), 1000);
     {
         std::lock_guard lock(mutex);
@@ -241,43 +217,40 @@ TEST_F(DDLogTest, AddingAndRemovingHappenInTurnOnTheLoggingQueue)
     DDLog::addLogger(nullptr);
     DDLog::addLogger(kept);
     DDLog::addLogger(removed);
-    logInfo(u"both"_s);
+    DDLogInfo(u"both"_s);
     DDLog::removeLogger(removed);
     DDLog::removeLogger(nullptr);
-    logInfo(u"one"_s);
+    DDLogInfo(u"one"_s);
     DDLog::flushLog();
     EXPECT_EQ(kept->texts(), (QStringList{u"both"_s, u"one"_s}));
     EXPECT_EQ(removed->texts(), QStringList{u"both"_s});
     EXPECT_TRUE(kept->addedOnLoggingQueue);
     EXPECT_TRUE(removed->removedOnLoggingQueue);
     DDLog::removeAllLoggers();
-    logInfo(u"none"_s);
+    DDLogInfo(u"none"_s);
     DDLog::flushLog();
     EXPECT_EQ(kept->count(), 2);
     EXPECT_TRUE(kept->removedOnLoggingQueue);
 }
 
-TEST_F(DDLogTest, ApplicationTerminationFlushesTheLog)
-{
-    auto logger = std::make_shared<RecordingLogger>();
-    logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
-    DDLog::addLogger(logger);
-    for (int i = 0; i < 20; ++i)
-        logInfo(u"pending"_s);
-    DDLog::applicationWillTerminate();
-    EXPECT_EQ(logger->count(), 20);
-}
-
-TEST_F(DDLogTest, TheApplicationAboutToQuitFlushesTheLog)
+// Termination told directly, or the application's aboutToQuit (observed once a logger has been added).
+TEST_F(DDLogTest, TerminationFlushesTheLog)
 {
     ASSERT_TRUE(QCoreApplication::instance());
-    auto logger = std::make_shared<RecordingLogger>();
-    logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
-    DDLog::addLogger(logger); // from now on the application's quitting is observed
-    for (int i = 0; i < 20; ++i)
-        logInfo(u"pending"_s);
-    ASSERT_TRUE(QMetaObject::invokeMethod(QCoreApplication::instance(), "aboutToQuit", Qt::DirectConnection));
-    EXPECT_EQ(logger->count(), 20);
+    for (const bool direct : {true, false}) {
+        SCOPED_TRACE(direct ? "applicationWillTerminate" : "aboutToQuit");
+        auto logger = std::make_shared<RecordingLogger>();
+        logger->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(1ms); };
+        DDLog::addLogger(logger);
+        for (int i = 0; i < 20; ++i)
+            DDLogInfo(u"pending"_s);
+        if (direct)
+            DDLog::applicationWillTerminate();
+        else
+            ASSERT_TRUE(QMetaObject::invokeMethod(qApp, "aboutToQuit", Qt::DirectConnection));
+        EXPECT_EQ(logger->count(), 20);
+        DDLog::removeAllLoggers();
+    }
 }
 
 TEST_F(DDLogTest, PerClassLevelsOnlyForClassesThatTakePart)
@@ -310,21 +283,10 @@ TEST_F(DDLogTest, ALoggersOwnTroubleGoesToStderrNotBackThroughTheDispatcher)
             CorvexReportError(u"could not post the archive notice"_s);
     };
     DDLog::addLogger(logger);
-    StderrCapture stderrCapture;
-    logInfo(u"archive"_s);
+    testing::internal::CaptureStderr();
+    DDLogInfo(u"archive"_s);
     DDLog::flushLog();
-    stderrCapture.restore();
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("could not post the archive notice"));
     EXPECT_EQ(logger->texts(), QStringList{u"archive"_s});
-    EXPECT_TRUE(stderrCapture.text().contains(u"could not post the archive notice"_s));
-}
-
-TEST_F(DDLogTest, MessagesNameTheirFileFromTheTopOfTheSourceTree)
-{
-    auto logger = std::make_shared<RecordingLogger>();
-    QString file;
-    logger->hook = [&file](const DDLogMessage &message) { file = QString::fromUtf8(message.file()); };
-    DDLog::addLogger(logger);
-    DDLogInfo(u"where"_s);
-    DDLog::flushLog();
-    EXPECT_EQ(file, u"tests/logging/DDLogTest.cpp"_s);
 }

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogMessage.h"
 #include "logging/DDLogger.h"
-#include "foundation/DispatchQueue.h"
 
 #include <QStringList>
 #include <atomic>
@@ -27,7 +27,6 @@ public:
         std::lock_guard lock(mMutex);
         mTexts.append(logMessage.logMsg());
         mQueueLabels.append(queue ? queue->label() : QString());
-        mOnLoggingQueue = mOnLoggingQueue || DDLog::loggingQueue()->isCurrent();
     }
     QString loggerName() const override { return mName; }
     void didAddLogger() override { addedOnLoggingQueue = DDLog::loggingQueue()->isCurrent(); }
@@ -58,5 +57,4 @@ private:
     mutable std::mutex mMutex;
     QStringList mTexts;
     QStringList mQueueLabels;
-    bool mOnLoggingQueue = false;
 };
