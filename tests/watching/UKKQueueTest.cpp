@@ -57,11 +57,6 @@ public:
         }
         return names;
     }
-    int count() const
-    {
-        std::lock_guard lock(mMutex);
-        return int(mEvents.size());
-    }
 
 private:
     mutable std::mutex mMutex;
@@ -95,14 +90,19 @@ protected:
         return writeFile(mFolder + QLatin1Char('/') + name, contents);
     }
 
+    // A new file in the folder, watched for the changes given.
+    QString watched(const QString &name, quint32 mask = AllChanges)
+    {
+        const QString path = file(name);
+        EXPECT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, mask));
+        return path;
+    }
+
     // Writes to the sentinel and waits for its notification: every change made before has been delivered.
     void settle()
     {
         const qsizetype before = mRecorder->namesFor(mSentinel).size();
-        QFile sentinel(mSentinel);
-        ASSERT_TRUE(sentinel.open(QIODevice::Append));
-        sentinel.write("x");
-        sentinel.close();
+        append(mSentinel, "x");
         ASSERT_TRUE(waitUntil([&] { return mRecorder->namesFor(mSentinel).size() > before; }));
     }
 
@@ -113,114 +113,86 @@ protected:
         file.write(bytes);
     }
 
+    static void move(const QString &from, const QString &to)
+    {
+        ASSERT_EQ(::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()), 0);
+    }
+
     QString mFolder;
     QString mSentinel;
     std::unique_ptr<UKKQueue> mWatcher;
     std::unique_ptr<Recorder> mRecorder;
 };
 
-TEST_F(UKKQueueTest, RenameDeleteAndTrashOfAWatchedFile)
+// One change to each of several watched files, and what each is reported as.
+TEST_F(UKKQueueTest, EachKindOfChangeIsReportedAsSuch)
 {
-    // Renamed with the rename-and-delete mask: one rename, for the path as it was added.
-    const QString renamed = file(u"renamed.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamed, 33));
-    ASSERT_EQ(::rename(QFile::encodeName(renamed).constData(), QFile::encodeName(renamed + "2").constData()),
-              0);
-
-    // Deleted: exactly one delete.
-    const QString deleted = file(u"deleted.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(deleted, 33));
+    // With the rename-and-delete mask: one rename, for the path as it was added; one delete.
+    const QString renamed = watched(u"renamed.png"_s, 33);
+    move(renamed, renamed + u"2"_s);
+    const QString deleted = watched(u"deleted.png"_s, 33);
     ASSERT_TRUE(QFile::remove(deleted));
-
     // Moved to the Trash on the same file system: a rename, not a delete.
-    const QString trashed = file(u"trashed.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(trashed, 33));
-    QFile trashedFile(trashed);
-    ASSERT_TRUE(trashedFile.moveToTrash());
-    ASSERT_FALSE(QFile::exists(trashed));
-
+    const QString trashed = watched(u"trashed.png"_s, 33);
+    ASSERT_TRUE(QFile(trashed).moveToTrash());
     // Replaced by another file renamed over it (as editors save): the watched file is gone, a delete.
-    const QString replaced = file(u"replaced.png"_s);
-    const QString replacement = file(u"replacement.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(replaced, 33));
-    ASSERT_EQ(::rename(QFile::encodeName(replacement).constData(), QFile::encodeName(replaced).constData()),
-              0);
-
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(renamed), QStringList{UKKQueueFileRenamedNotification});
-    EXPECT_TRUE(mRecorder->namesFor(renamed + "2").isEmpty());
-    EXPECT_EQ(mRecorder->namesFor(deleted), QStringList{UKKQueueFileDeletedNotification});
-    EXPECT_EQ(mRecorder->namesFor(trashed), QStringList{UKKQueueFileRenamedNotification});
-    EXPECT_EQ(mRecorder->namesFor(replaced), QStringList{UKKQueueFileDeletedNotification});
-}
-
-TEST_F(UKKQueueTest, WritesAttributesAndLinks)
-{
+    const QString replaced = watched(u"replaced.png"_s, 33);
+    move(file(u"replacement.png"_s), replaced);
     // Growing a file is a write and a size increase; the default mask hears only the write.
-    const QString grown = file(u"grown.png"_s);
-    const QString grownDefault = file(u"grown-default.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(grown, AllChanges));
-    ASSERT_TRUE(mWatcher->addPathToQueue(grownDefault));
+    const QString grown = watched(u"grown.png"_s);
     append(grown, "more");
+    const QString grownDefault = file(u"grown-default.png"_s);
+    ASSERT_TRUE(mWatcher->addPathToQueue(grownDefault));
     append(grownDefault, "more");
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(grown),
-              (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileSizeIncreasedNotification}));
-    EXPECT_EQ(mRecorder->namesFor(grownDefault), QStringList{UKKQueueFileWrittenToNotification});
-
     // Overwriting in place without growth is only a write.
-    const QString overwritten = file(u"overwritten.png"_s, "0123456789");
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(overwritten, AllChanges));
+    const QString overwritten = watched(u"overwritten.png"_s);
     {
         QFile handle(overwritten);
         ASSERT_TRUE(handle.open(QIODevice::ReadWrite));
         handle.write("abc");
     }
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(overwritten), QStringList{UKKQueueFileWrittenToNotification});
-
     // Permissions are attributes; a new hard link and its removal are link-count changes only.
-    const QString linked = file(u"linked.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(linked, AllChanges));
-    ASSERT_EQ(::chmod(QFile::encodeName(linked).constData(), 0600), 0);
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(linked), QStringList{UKKQueueFileAttributesChangedNotification});
-    const QByteArray secondName = QFile::encodeName(mFolder + u"/second-name.png"_s);
-    ASSERT_EQ(::link(QFile::encodeName(linked).constData(), secondName.constData()), 0);
-    settle();
-    ASSERT_EQ(::unlink(secondName.constData()), 0);
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(linked), (QStringList{UKKQueueFileAttributesChangedNotification,
-                                                        UKKQueueFileLinkCountChangedNotification,
-                                                        UKKQueueFileLinkCountChangedNotification}));
-}
-
-TEST_F(UKKQueueTest, UnlinkWhileOpenElsewhereIsReportedAtOnceAndOnce)
-{
-    const QString path = file(u"open.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, AllChanges));
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY);
+    const QString chmodded = watched(u"chmodded.png"_s);
+    ASSERT_EQ(::chmod(QFile::encodeName(chmodded).constData(), 0600), 0);
+    const QString linked = watched(u"linked.png"_s);
+    ASSERT_EQ(::link(QFile::encodeName(linked).constData(), QFile::encodeName(linked + u"2"_s).constData()),
+              0);
+    // Unlinked while open elsewhere: reported at once.
+    const QString unlinked = watched(u"open.png"_s);
+    const int descriptor = ::open(QFile::encodeName(unlinked).constData(), O_RDONLY);
     ASSERT_GE(descriptor, 0);
-    ASSERT_EQ(::unlink(QFile::encodeName(path).constData()), 0);
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(path),
-              (QStringList{UKKQueueFileDeletedNotification, UKKQueueFileLinkCountChangedNotification}));
-    // The kernel's own deletion event when the last holder closes it is not a second delete.
-    ::close(descriptor);
-    settle();
-    EXPECT_EQ(mRecorder->namesFor(path).count(UKKQueueFileDeletedNotification), 1);
-}
-
-TEST_F(UKKQueueTest, FolderEntriesAreWritesAndSubfoldersLinkChanges)
-{
+    ASSERT_TRUE(QFile::remove(unlinked));
+    // In a folder, a new entry is a write.
     const QString folder = mFolder + u"/watched-folder"_s;
     ASSERT_TRUE(QDir().mkpath(folder));
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(folder, AllChanges));
     file(u"watched-folder/new.png"_s);
     settle();
+
+    EXPECT_EQ(mRecorder->namesFor(renamed), QStringList{UKKQueueFileRenamedNotification});
+    EXPECT_TRUE(mRecorder->namesFor(renamed + u"2"_s).isEmpty());
+    EXPECT_EQ(mRecorder->namesFor(deleted), QStringList{UKKQueueFileDeletedNotification});
+    EXPECT_EQ(mRecorder->namesFor(trashed), QStringList{UKKQueueFileRenamedNotification});
+    EXPECT_EQ(mRecorder->namesFor(replaced), QStringList{UKKQueueFileDeletedNotification});
+    EXPECT_EQ(mRecorder->namesFor(grown),
+              (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileSizeIncreasedNotification}));
+    EXPECT_EQ(mRecorder->namesFor(grownDefault), QStringList{UKKQueueFileWrittenToNotification});
+    EXPECT_EQ(mRecorder->namesFor(overwritten), QStringList{UKKQueueFileWrittenToNotification});
+    EXPECT_EQ(mRecorder->namesFor(chmodded), QStringList{UKKQueueFileAttributesChangedNotification});
+    EXPECT_EQ(mRecorder->namesFor(linked), QStringList{UKKQueueFileLinkCountChangedNotification});
+    EXPECT_EQ(mRecorder->namesFor(unlinked),
+              (QStringList{UKKQueueFileDeletedNotification, UKKQueueFileLinkCountChangedNotification}));
     EXPECT_EQ(mRecorder->namesFor(folder), QStringList{UKKQueueFileWrittenToNotification});
+
+    // The second name removed; the kernel's own deletion event when the last holder closes the unlinked file
+    // (not a second delete); a subfolder made, a write and a link-count change of its folder.
+    ASSERT_TRUE(QFile::remove(linked + u"2"_s));
+    ::close(descriptor);
     ASSERT_TRUE(QDir(folder).mkdir(u"sub"_s));
     settle();
+    EXPECT_EQ(mRecorder->namesFor(linked), (QStringList{UKKQueueFileLinkCountChangedNotification,
+                                                        UKKQueueFileLinkCountChangedNotification}));
+    EXPECT_EQ(mRecorder->namesFor(unlinked).count(UKKQueueFileDeletedNotification), 1);
     EXPECT_EQ(mRecorder->namesFor(folder),
               (QStringList{UKKQueueFileWrittenToNotification, UKKQueueFileWrittenToNotification,
                            UKKQueueFileLinkCountChangedNotification}));
@@ -230,8 +202,7 @@ TEST_F(UKKQueueTest, FolderEntriesAreWritesAndSubfoldersLinkChanges)
 // rename, write, delete, attributes, size increase, link count, whatever order the events came in.
 TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
 {
-    const QString gate = file(u"gate"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(gate, UKKQueue::NOTE_WRITE));
+    const QString gate = watched(u"gate"_s, UKKQueue::NOTE_WRITE);
     std::promise<void> blocked;
     std::promise<void> release;
     std::shared_future<void> released = release.get_future().share();
@@ -245,10 +216,8 @@ TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
             }
         });
 
-    const QString attributesFirst = file(u"attributes-first.png"_s);
-    const QString renamedThenDeleted = file(u"renamed-then-deleted.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(attributesFirst, AllChanges));
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(renamedThenDeleted, AllChanges));
+    const QString attributesFirst = watched(u"attributes-first.png"_s);
+    const QString renamedThenDeleted = watched(u"renamed-then-deleted.png"_s);
 
     // Hold the watcher thread inside a delivery while the events pile up in the kernel.
     append(gate, "x");
@@ -259,9 +228,8 @@ TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
               0);
     append(attributesFirst, "grown");
     append(renamedThenDeleted, "grown");
-    const QByteArray moved = QFile::encodeName(renamedThenDeleted + ".moved");
-    ASSERT_EQ(::rename(QFile::encodeName(renamedThenDeleted).constData(), moved.constData()), 0);
-    ASSERT_EQ(::unlink(moved.constData()), 0);
+    move(renamedThenDeleted, renamedThenDeleted + u".moved"_s);
+    ASSERT_TRUE(QFile::remove(renamedThenDeleted + u".moved"_s));
     release.set_value();
 
     settle();
@@ -276,8 +244,7 @@ TEST_F(UKKQueueTest, CombinedEventsArePostedInTheFixedOrder)
 
 TEST_F(UKKQueueTest, SamePathTwiceIsWatchedTwiceAndRemovedOnceAtATime)
 {
-    const QString path = file(u"twice.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    const QString path = watched(u"twice.png"_s, UKKQueue::NOTE_WRITE);
     ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE | UKKQueue::NOTE_ATTRIB));
     EXPECT_EQ(mWatcher->watchedPaths(), (QStringList{mSentinel, path, path}));
     append(path, "1");
@@ -336,8 +303,7 @@ public:
 TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
 {
     RecordingDelegate delegate;
-    const QString path = file(u"delegated.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    const QString path = watched(u"delegated.png"_s, UKKQueue::NOTE_WRITE);
     mWatcher->setDelegate(&delegate);
 
     const QString pathCall = UKKQueueFileWrittenToNotification + QLatin1Char(' ') + path;
@@ -378,8 +344,7 @@ TEST_F(UKKQueueTest, DelegateRunsOnTheMainThreadInsteadOfOrBeforeNotifications)
 // watcher (and so waits for the watcher thread): the wait serves the observer's call, nobody deadlocks.
 TEST_F(UKKQueueTest, DestroyingTheWatcherWhileADeliveryWaitsForTheMainThread)
 {
-    const QString path = file(u"hop.png"_s);
-    ASSERT_TRUE(mWatcher->addPathToQueueNotifyingAbout(path, UKKQueue::NOTE_WRITE));
+    const QString path = watched(u"hop.png"_s, UKKQueue::NOTE_WRITE);
     std::atomic<bool> entered{false};
     std::atomic<bool> ranOnMainThread{false};
     const auto token = NotificationCenter::workspaceCenter().addObserver(

@@ -28,6 +28,7 @@ public:
     bool onMainThread = false;
 };
 
+// An exception thrown by the call reaches the caller on its own thread.
 TEST(UKMainThreadProxyTest, CallsFromOtherThreadsRunOnTheMainThreadAndWait)
 {
     // On the main thread a call runs at once.
@@ -40,6 +41,7 @@ TEST(UKMainThreadProxyTest, CallsFromOtherThreadsRunOnTheMainThreadAndWait)
     std::atomic<bool> onMainThread{false};
     std::atomic<bool> finished{false};
     std::atomic<bool> workerIsMain{true};
+    std::atomic<bool> caught{false};
     std::thread worker([&] {
         workerIsMain = UKMainThreadProxy::isMainThread();
         int value = 0;
@@ -50,20 +52,6 @@ TEST(UKMainThreadProxyTest, CallsFromOtherThreadsRunOnTheMainThreadAndWait)
         });
         sawResult = value == 42;
         EXPECT_EQ(UKMainThreadProxy::invokeWithResult<int>([] { return 7; }), 7);
-        finished = true;
-    });
-    ASSERT_TRUE(waitUntil([&] { return finished.load(); }));
-    worker.join();
-    EXPECT_FALSE(workerIsMain);
-    EXPECT_TRUE(onMainThread);
-    EXPECT_TRUE(sawResult);
-}
-
-TEST(UKMainThreadProxyTest, ExceptionsReachTheCaller)
-{
-    std::atomic<bool> caught{false};
-    std::atomic<bool> finished{false};
-    std::thread worker([&] {
         try {
             UKMainThreadProxy::invoke([] { throw std::runtime_error("no"); });
         } catch (const std::runtime_error &error) {
@@ -73,6 +61,9 @@ TEST(UKMainThreadProxyTest, ExceptionsReachTheCaller)
     });
     ASSERT_TRUE(waitUntil([&] { return finished.load(); }));
     worker.join();
+    EXPECT_FALSE(workerIsMain);
+    EXPECT_TRUE(onMainThread);
+    EXPECT_TRUE(sawResult);
     EXPECT_TRUE(caught);
 }
 
