@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "foundation/DispatchQueue.h"
+#include "TestSupport.h"
 #include "foundation/DispatchGroup.h"
 #include "foundation/DispatchSemaphore.h"
 
@@ -13,6 +14,8 @@
 using namespace Qt::StringLiterals;
 
 using namespace std::chrono_literals;
+
+using corvex::test::waitUntil;
 
 TEST(DispatchQueueTest, RunsAsynchronousWorkInOrderOnOneThread)
 {
@@ -107,12 +110,10 @@ TEST(DispatchQueueTest, DelayedWorkRunsWhenDueAndCanBeWithdrawn)
     queue.asyncAfter(70ms, [&] { laterRan = true; });
     EXPECT_TRUE(queue.cancel(withdrawn));
     EXPECT_FALSE(queue.cancel(withdrawn));
-    for (int i = 0; i < 200 && !laterRan; ++i)
-        std::this_thread::sleep_for(5ms);
-    ASSERT_TRUE(ran);
-    EXPECT_GE(waited.load(), 50ms);
     // Delayed work runs in the order it falls due: the withdrawn work would have run before the later work.
-    ASSERT_TRUE(laterRan);
+    ASSERT_TRUE(waitUntil([&] { return laterRan.load(); }));
+    EXPECT_TRUE(ran);
+    EXPECT_GE(waited.load(), 50ms);
     EXPECT_FALSE(withdrawnRan);
 }
 
@@ -150,10 +151,8 @@ TEST(DispatchQueueTest, QueueReleasedFromItsOwnWorkEndsCleanly)
     queue->async([&laterRan] { laterRan = true; });
     queue.reset();
     released = true;
-    for (int i = 0; i < 400 && !(finished && laterRan); ++i)
-        std::this_thread::sleep_for(5ms);
-    EXPECT_TRUE(finished);
-    EXPECT_TRUE(laterRan) << "work submitted before the destruction still runs";
+    EXPECT_TRUE(waitUntil([&] { return finished && laterRan; }))
+        << "work submitted before the destruction runs";
     EXPECT_TRUE(weak.expired());
 }
 
@@ -200,9 +199,7 @@ TEST(DispatchSemaphoreTest, CountsUnitsAndBlocksWhenNoneAreLeft)
         through = true;
     });
     // The waiter is counted as soon as it waits.
-    for (int i = 0; i < 2000 && semaphore.value() != -1; ++i)
-        std::this_thread::sleep_for(1ms);
-    EXPECT_EQ(semaphore.value(), -1);
+    EXPECT_TRUE(waitUntil([&] { return semaphore.value() == -1; }));
     EXPECT_FALSE(through);
     EXPECT_TRUE(semaphore.signal());
     waiter.join();
