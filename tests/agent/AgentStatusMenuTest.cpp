@@ -12,7 +12,7 @@
 
 namespace {
 
-TEST(AgentStatusMenuTest, TheMenuOffersPreferencesLogPauseAndQuit)
+TEST(AgentStatusMenuTest, TheMenuOffersPreferencesLogPauseAndQuitAndOpensOnALeftClick)
 {
     AgentStatusMenu statusMenu;
     QSignalSpy preferences(&statusMenu, &AgentStatusMenu::preferencesRequested);
@@ -39,6 +39,13 @@ TEST(AgentStatusMenuTest, TheMenuOffersPreferencesLogPauseAndQuit)
 
     actions.at(3)->trigger();
     EXPECT_EQ(quit.count(), 1);
+
+    // A left click on the icon opens the menu; for a right click the tray opens its own context menu.
+    statusMenu.trayIconActivated(QSystemTrayIcon::Context);
+    EXPECT_FALSE(statusMenu.menu()->isVisible());
+    statusMenu.trayIconActivated(QSystemTrayIcon::Trigger);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return statusMenu.menu()->isVisible(); }));
+    statusMenu.menu()->hide();
 }
 
 TEST(AgentStatusMenuTest, TheGreyIconHasNoColourAndNoTrayIsNoError)
@@ -71,13 +78,3 @@ TEST(AgentStatusMenuTest, TheGreyIconHasNoColourAndNoTrayIsNoError)
 }
 
 } // namespace
-
-TEST(AgentStatusMenuTest, ALeftClickOnTheIconOpensTheMenu)
-{
-    AgentStatusMenu statusMenu;
-    statusMenu.trayIconActivated(QSystemTrayIcon::Context);
-    EXPECT_FALSE(statusMenu.menu()->isVisible()); // the tray opens its own context menu
-    statusMenu.trayIconActivated(QSystemTrayIcon::Trigger);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return statusMenu.menu()->isVisible(); }));
-    statusMenu.menu()->hide();
-}

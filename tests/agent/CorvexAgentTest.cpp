@@ -39,12 +39,18 @@ TEST_F(CorvexAgentTest, ASecondAgentFindsTheFirstAndExits)
     EXPECT_EQ(first.terminate(), 0);
 }
 
-TEST_F(CorvexAgentTest, AFileWrittenSlowlyIsTakenOnceWhenComplete)
+TEST_F(CorvexAgentTest, TakesScreenshotsOnceTheyAreCompleteAndOnlyThose)
 {
     ApplicationStandIn app;
     app.setRunning(true);
     AgentProcess agent;
     ASSERT_TRUE(agent.start(mFolder));
+
+    // Which names count is the matcher's (ScreenshotMatcherTest); these show the agent asks it. Files are
+    // taken in turn, so any of them taken by mistake would come first.
+    writeFile(shot(u"notes.png"_s), pngBytes());
+    writeFile(shot(u"Screenshot list.txt"_s), "text");
+    writeFile(shot(u"inner/Screenshot deeper.png"_s), pngBytes());
 
     const QByteArray png = pngBytes();
     QFile file(shot(u"Screenshot slow.png"_s));
@@ -63,26 +69,12 @@ TEST_F(CorvexAgentTest, AFileWrittenSlowlyIsTakenOnceWhenComplete)
     EXPECT_TRUE(userInfo.value(CorvexBookmarkDataKey).typeId() == QMetaType::QByteArray);
     EXPECT_EQ(userInfo.value(CorvexFileAttributesKey).toMap().value(u"NSFileSize"_s).toLongLong(),
               png.size());
-}
 
-TEST_F(CorvexAgentTest, FilesOfTheWrongKindOrNameAreIgnored)
-{
-    ApplicationStandIn app;
-    app.setRunning(true);
-    AgentProcess agent;
-    ASSERT_TRUE(agent.start(mFolder));
-
-    // Which names count is the matcher's (ScreenshotMatcherTest); these show the agent asks it.
-    writeFile(shot(u"notes.png"_s), pngBytes());
-    writeFile(shot(u"Screenshot list.txt"_s), "text");
-    writeFile(shot(u"inner/Screenshot deeper.png"_s), pngBytes());
-
-    // Moved in whole, with an upper-case extension: a screenshot, and the first one taken (files are taken
-    // in turn, so any of the files above taken by mistake would have come first).
+    // Moved in whole, with an upper-case extension: a screenshot too.
     const QString outside = writeFile(home() + u"/elsewhere/Screenshot moved.PNG"_s, pngBytes());
     ASSERT_TRUE(QFile::rename(outside, shot(u"Screenshot moved.PNG"_s)));
-    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
-    EXPECT_EQ(app.receivedPaths(), QStringList{shot(u"Screenshot moved.PNG"_s)});
+    ASSERT_TRUE(waitUntil([&] { return app.received().size() == 2; }));
+    EXPECT_EQ(app.receivedPaths(), (QStringList{file.fileName(), shot(u"Screenshot moved.PNG"_s)}));
 }
 
 TEST_F(CorvexAgentTest, StartsTheApplicationWithABookmarkKeyUsedOnce)

@@ -73,7 +73,6 @@ TEST(StderrLoggerTest, ErrorsArePrintedOneLineEachAndOthersOnlyWhenVerbose)
     verbose.logMessage(message(u"Renamed x.png"_s, DDLogFlagInfo));
     verbose.logMessage(message(u"Ends with a newline\n"_s, DDLogFlagWarning));
     EXPECT_EQ(verbosePipe.readAll(), QByteArray("corvex: Renamed x.png\ncorvex: Ends with a newline\n"));
-    EXPECT_EQ(verbose.loggerName(), u"corvex.stderrLogger"_s);
 }
 
 TEST(StderrLoggerTest, LinesOfConcurrentWritersNeverInterleave)

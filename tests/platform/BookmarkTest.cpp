@@ -32,15 +32,11 @@ protected:
     QByteArray mData;
 };
 
-TEST_F(BookmarkTest, UnmovedFileIsFoundWhereItIs)
+TEST_F(BookmarkTest, FindsTheFileWhereItIsAndStaleWhereItWasMoved)
 {
     bool stale = true;
     EXPECT_EQ(Bookmark::resolve(mData, &stale), mFile);
     EXPECT_FALSE(stale);
-}
-
-TEST_F(BookmarkTest, FindsTheMovedFileStale)
-{
     const QString trash = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
     // Each move starts from the recorded place: renamed in its folder (to a hidden name too), in a sibling
     // folder, in the parent folder, in a subfolder of a sibling, in the Trash.
@@ -51,7 +47,7 @@ TEST_F(BookmarkTest, FindsTheMovedFileStale)
         SCOPED_TRACE(destination.toStdString());
         QDir().mkpath(QFileInfo(destination).path());
         ASSERT_TRUE(QFile::rename(mFile, destination));
-        bool stale = false;
+        stale = false;
         EXPECT_EQ(Bookmark::resolve(mData, &stale), destination);
         EXPECT_TRUE(stale);
         ASSERT_TRUE(QFile::rename(destination, mFile));

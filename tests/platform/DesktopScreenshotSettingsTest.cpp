@@ -54,11 +54,9 @@ TEST_F(DesktopScreenshotSettingsTest, GnomeUsesTheTranslatedPicturesAndScreensho
     const auto settings = DesktopScreenshotSettings::detect(mEnv);
     EXPECT_EQ(settings.tool(), Tool::Gnome) << "the desktop wins over a tool's configuration file";
     EXPECT_EQ(settings.location(), home(u"Bilder/Bildschirmfotos"_s));
-    EXPECT_EQ(settings.type(), u"png"_s);
     EXPECT_EQ(settings.name(), u"Bildschirmfoto"_s);
     EXPECT_TRUE(settings.isDedicatedScreenshotFolder(home(u"Bilder/Bildschirmfotos/"_s)));
     EXPECT_FALSE(settings.isDedicatedScreenshotFolder(home(u"Bilder"_s)));
-    EXPECT_EQ(settings.valueForKey(u"location"_s).toString(), settings.location());
 
     // Untranslated: "Screenshot" covers "Screenshot From ..." and "Screenshot from ...".
     mEnv.translate = nullptr;

@@ -19,7 +19,7 @@ namespace {
 
 using corvex::test::readFile;
 
-TEST(Trash, ItemGoesToTheTrashWithItsInfo)
+TEST(Trash, ItemGoesToTheTrashWithItsInfoAndASecondOfTheSameNameBesideIt)
 {
     QTemporaryDir dir;
     const QString file = corvex::test::writeFile(dir.filePath(u"50% done.png"_s), "pixels");
@@ -36,18 +36,13 @@ TEST(Trash, ItemGoesToTheTrashWithItsInfo)
         QByteArray(QByteArray("Path=") + QFile::encodeName(dir.path()) + "/50%25%20done.png\n")))
         << info.constData();
     EXPECT_TRUE(info.contains("DeletionDate="));
-}
 
-TEST(Trash, SameNameTwiceKeepsBoth)
-{
-    QTemporaryDir dir;
-    QString first, second;
-    ASSERT_TRUE(Trash::moveItemToTrash(corvex::test::writeFile(dir.filePath(u"twice.png"_s), "one"), &first));
-    ASSERT_TRUE(
-        Trash::moveItemToTrash(corvex::test::writeFile(dir.filePath(u"twice.png"_s), "two"), &second));
-    EXPECT_NE(first, second);
-    EXPECT_EQ(readFile(first), QByteArray("one"));
-    EXPECT_EQ(readFile(second), QByteArray("two"));
+    // The same name again: both are kept.
+    QString second;
+    ASSERT_TRUE(Trash::moveItemToTrash(corvex::test::writeFile(file, "again"), &second));
+    EXPECT_NE(second, trashed);
+    EXPECT_EQ(readFile(trashed), QByteArray("pixels"));
+    EXPECT_EQ(readFile(second), QByteArray("again"));
 }
 
 TEST(Trash, MissingDataFolderIsCreatedInsteadOfTrashingIntoTheCurrentFolder)
