@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(AppUserDefaultsTest, ScalarGettersConvertNumbersAndStrings)
+TEST_F(AppUserDefaultsTest, ScalarGettersConvertObjectGettersDoNot)
 {
     // A stored value, then what the bool, integer and double getters make of it.
     const struct
@@ -73,10 +73,8 @@ TEST_F(AppUserDefaultsTest, ScalarGettersConvertNumbersAndStrings)
     }
     store(u"real"_s, 2.9);
     EXPECT_FLOAT_EQ(mDefaults.floatForKey(u"real"_s), 2.9f);
-}
 
-TEST_F(AppUserDefaultsTest, ObjectGettersGiveOnlyTheirOwnType)
-{
+    // The object getters give only their own type.
     store(u"string"_s, u"text"_s);
     store(u"empty"_s, QString());
     store(u"number"_s, qint64(5));

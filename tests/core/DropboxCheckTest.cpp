@@ -73,7 +73,7 @@ TEST_F(DropboxCheckTest, ClientVersions)
     }
 }
 
-TEST_F(DropboxCheckTest, FolderLookup)
+TEST_F(DropboxCheckTest, FolderLookupInAnyEncodingAndTheBase64Filter)
 {
     EXPECT_FALSE(DropboxCheck::dropboxFolder()) << "no settings file";
 
@@ -89,11 +89,8 @@ TEST_F(DropboxCheckTest, FolderLookup)
         writeFile(mHome + "/.dropbox/host.db", settings);
         EXPECT_FALSE(DropboxCheck::dropboxFolder()) << settings.constData();
     }
-}
 
-TEST_F(DropboxCheckTest, FolderLookupDetectsTheEncodingAndReadsLongLines)
-{
-    // A path longer than one 256-byte chunk of the decoder.
+    // The encoding is detected; a path longer than one 256-byte chunk of the decoder.
     const QString longFolder = mHome + "/" + QString(300, QLatin1Char('d'));
     const QString text = "hash\n" + QString::fromLatin1(longFolder.toUtf8().toBase64()) + "\n";
     QStringEncoder utf16(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);

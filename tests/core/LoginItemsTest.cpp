@@ -174,10 +174,7 @@ TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
     const QString path = addEntry(u"agent.desktop"_s, u"CorvexAgent"_s, agentProgram(mAgent), 1);
     EXPECT_FALSE(items.agentSwitchedOffByDesktop());
     for (const char *line : {"X-GNOME-Autostart-enabled=false\n", "Hidden=true\n"}) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::Append));
-        file.write(line);
-        file.close();
+        corvex::test::writeFile(path, corvex::test::readFile(path) + line);
         EXPECT_TRUE(items.agentSwitchedOffByDesktop()) << line;
         items.ensureAgentIsInLoginItems(agentURL(), u"2.0.5"_s);
         const QList<LoginItem> after = items.snapshot();
@@ -190,8 +187,6 @@ TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
 
 TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
 {
-    const QString folder = corvex::test::home() + u"/entries"_s;
-    QDir().mkpath(folder);
     for (const QString &program :
          {u"/opt/My Apps/Corvex.app/Contents/MacOS/CorvexAgent"_s,
           u"/tmp/odd \"name\" $HOME `x` back\\slash 100%/prog"_s, u"/plain/path"_s,
@@ -199,7 +194,7 @@ TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
         AutostartEntry entry;
         entry.setName(u" Leading space"_s);
         entry.setProgram(program);
-        const QString path = folder + u"/e.desktop"_s;
+        const QString path = corvex::test::home() + u"/e.desktop"_s;
         ASSERT_TRUE(entry.write(path));
         AutostartEntry read;
         ASSERT_TRUE(read.read(path));

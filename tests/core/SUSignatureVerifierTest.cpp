@@ -10,14 +10,13 @@ namespace {
 
 using corvex::test::home;
 
-TEST(SUSignatureVerifierTest, AcceptsOnlyTheSignedBytesAndTheRightKey)
+TEST(SUSignatureVerifierTest, AcceptsOnlyTheSignedBytesAndTheRightUsableKey)
 {
     const sutest::Key key, otherKey;
     const QByteArray data = "Corvex.app archive bytes";
     const QString signature = key.sign(data);
     const SUSignatureVerifier verifier(key.publicKeyBase64());
     ASSERT_TRUE(verifier.isValid()) << verifier.keyError().toStdString();
-    EXPECT_EQ(verifier.publicKeyBase64(), key.publicKeyBase64());
 
     CorvexError error;
     EXPECT_TRUE(verifier.verifyData(data, signature, &error));
@@ -43,19 +42,17 @@ TEST(SUSignatureVerifierTest, AcceptsOnlyTheSignedBytesAndTheRightKey)
         EXPECT_THAT(refused.localizedDescription().toStdString(), testing::HasSubstr(r.expected));
     }
     EXPECT_FALSE(SUSignatureVerifier(otherKey.publicKeyBase64()).verifyData(data, signature));
-}
 
-TEST(SUSignatureVerifierTest, KeysItCannotUse)
-{
+    // Keys it cannot use.
     const char *bad[] = {"", "  ", "not base64 !", "AAAA",
                          "-----BEGIN PUBLIC KEY-----\nAAAA\n-----END PUBLIC KEY-----\n"};
     for (const char *text : bad) {
-        const SUSignatureVerifier verifier{QString::fromLatin1(text)};
-        EXPECT_FALSE(verifier.isValid()) << text;
-        EXPECT_FALSE(verifier.keyError().isEmpty());
-        CorvexError error;
-        EXPECT_FALSE(verifier.verifyData("x", sutest::Key().sign("x"), &error));
-        EXPECT_TRUE(suErrorIs(error, SUError::NoPublicKeyError));
+        const SUSignatureVerifier unusable{QString::fromLatin1(text)};
+        EXPECT_FALSE(unusable.isValid()) << text;
+        EXPECT_FALSE(unusable.keyError().isEmpty());
+        CorvexError refused;
+        EXPECT_FALSE(unusable.verifyData(data, signature, &refused));
+        EXPECT_TRUE(suErrorIs(refused, SUError::NoPublicKeyError));
     }
 }
 

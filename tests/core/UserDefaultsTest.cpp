@@ -103,7 +103,7 @@ TEST_F(UserDefaultsTest, FactoryDefaultsFillTheRegistrationDomain)
     EXPECT_FALSE(mStore.domainExists(kDomain));
 }
 
-TEST_F(UserDefaultsTest, ValueChangedForEveryEffectiveChangeInThisProcess)
+TEST_F(UserDefaultsTest, ValueChangedForEveryEffectiveChangeOnTheObjectsThread)
 {
     UserDefaults defaults(kDomain, {u"-pinned"_s, u"1"_s}, &mStore);
     AppUserDefaults sameDomain(kDomain, mStore);
@@ -118,11 +118,8 @@ TEST_F(UserDefaultsTest, ValueChangedForEveryEffectiveChangeInThisProcess)
     defaults.removeObjectForKey(u"a"_s);              // falls back on registered false
     defaults.setObject(qint64(1), u"c"_s);            // stored 1 replaces registered 1
     EXPECT_EQ(keysOf(spy), (QStringList{u"a"_s, u"b"_s, u"c"_s, u"a"_s}));
-}
 
-TEST_F(UserDefaultsTest, ValueChangedArrivesOnTheObjectsThreadForWritesFromOtherThreads)
-{
-    UserDefaults defaults(kDomain, {}, &mStore);
+    // A write from another thread is announced on the object's thread.
     QList<bool> onMainThread;
     QObject::connect(&defaults, &UserDefaults::valueChanged, &defaults, [&](const QString &) {
         onMainThread.append(QThread::currentThread() == defaults.thread());

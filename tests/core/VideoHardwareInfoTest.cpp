@@ -83,7 +83,7 @@ TEST(VideoHardwareInfoTest, SelectionReadsTheDisplayControllersIdsUpToAndIncludi
     }
 }
 
-TEST(VideoHardwareInfoTest, NoControllersOrNoDeviceListLeavesIdsAtZero)
+TEST(VideoHardwareInfoTest, NoControllersLeaveIdsAtZeroAndAtMostSixteenAreKept)
 {
     QTemporaryDir dir;
     for (const QString &devices :
@@ -99,16 +99,14 @@ TEST(VideoHardwareInfoTest, NoControllersOrNoDeviceListLeavesIdsAtZero)
         EXPECT_EQ(log.messages(DDLogFlagError).contains(u"No matching IOPCIDevice services!"_s),
                   devices.endsWith(u"absent"_s));
     }
-}
 
-TEST(VideoHardwareInfoTest, AtMostSixteenControllersAreKept)
-{
-    QTemporaryDir dir;
+    // At most sixteen controllers are kept.
     std::vector<Device> devices;
     for (int i = 0; i < 20; ++i)
         devices.push_back(
             {u"0000:%1:00.0"_s.arg(i, 2, 16, QLatin1Char('0')).toLatin1(), "0x030000", "0x10de", "0x1c82"});
-    VideoHardwareInfo info(makeDeviceList(dir, devices));
+    QTemporaryDir many;
+    VideoHardwareInfo info(makeDeviceList(many, devices));
     info.interrogateHardware();
     EXPECT_EQ(info.serviceCount(), 16u);
     EXPECT_TRUE(info.service(15).endsWith(u"0000:0f:00.0"_s));
