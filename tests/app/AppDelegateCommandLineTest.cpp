@@ -59,7 +59,7 @@ protected:
     std::unique_ptr<AppDelegate> mDelegate;
 };
 
-TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactly)
+TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactlyAlsoFromTheBusEachAnsweredBeforeItRuns)
 {
     ActionRecorder recorder(*mDelegate);
     using A = AppDelegate::Action;
@@ -89,11 +89,8 @@ TEST_F(AppDelegateCommandLineTest, QzcvURLsAreDispatchedExactly)
     mDelegate->handlePreferencesEvent();
     mDelegate->handleCheckForUpdatesEvent();
     EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::Preferences, A::CheckForUpdates}));
-}
 
-TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBusBeforeTheCommandRuns)
-{
-    ActionRecorder recorder(*mDelegate);
+    // The same commands arrive on the bus, in turn, each answered before it runs.
     mDelegate->applicationWillFinishLaunching();
     ASSERT_TRUE(AppEventHandler::claimServiceName());
     EXPECT_FALSE(AppEventHandler::isAnotherInstanceRunning()) << "this process holds the name";
@@ -104,12 +101,12 @@ TEST_F(AppDelegateCommandLineTest, TheEventInterfaceAnswersOnTheBusBeforeTheComm
         // The call is made from another thread's connection so that this thread can answer it.
         return QDBusConnection::sessionBus().asyncCall(message);
     };
+    recorder.triggered.clear();
     call(u"About"_s);
     call(u"CheckForUpdates"_s);
     call(u"GetURL"_s, {u"qzcv://feedback"_s});
     call(u"GetURL"_s, {u"mailto:someone"_s});
     call(u"Preferences"_s);
-    using A = AppDelegate::Action;
     // In turn: a "mailto" link dispatched by mistake would stand before Preferences.
     ASSERT_TRUE(waitUntil([&] { return recorder.triggered.size() == 4; }));
     EXPECT_EQ(recorder.triggered, (QList<A>{A::About, A::CheckForUpdates, A::SendFeedback, A::Preferences}));

@@ -63,7 +63,7 @@ protected:
     QString mPath;
 };
 
-TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesAndRemembersTheFolder)
+TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesRemembersTheFolderAndOpensTheFile)
 {
     UserDefaults::standardUserDefaults().setBool(true, u"hideExtension"_s);
     const QString target = folder(u"Target"_s);
@@ -80,13 +80,26 @@ TEST_F(CorvexWindowRenameTest, KeyboardRenameMovesTheFileClosesAndRemembersTheFo
     EXPECT_EQ(defaults.stringForKey(u"lastSaveDirectory"_s), target);
     EXPECT_EQ(defaults.stringForKey(u"lastFileFormatExtension"_s), u"png"_s);
 
+    // With Open With on and no application stored, the renamed file opens in the desktop's default for its
+    // type: here an application that notes the file it was started with.
     defaults.setBool(false, u"hideExtension"_s);
-    const QString second = writeImage(mFolder + u"/Second.png"_s);
-    auto next = openWindow(second);
+    const QString marker = installRecordingOpener(u"org.example.Noter"_s, "image/png;");
+    writeFile(home() + u"/.config/mimeapps.list"_s,
+              "[Default Applications]\nimage/png=org.example.Noter.desktop\n");
+    AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
+    shared.setBool(true, kOpenWithKey);
+    shared.setBool(true, kShowCorvexWindowKey);
+    shared.setObject(QVariant(), kOpenWithBundleIdentifierKey);
+    shared.synchronize();
+    auto next = openWindow(writeImage(mFolder + u"/Second.png"_s));
     typeAndRename(*next, u"Plain.png"_s);
     EXPECT_FALSE(FileAttributes::attributesOfItemAtPath(mFolder + u"/Plain.png"_s)
                      .value(FileAttributes::ExtensionHiddenKey)
                      .toBool());
+    ASSERT_TRUE(waitUntil([&] { return !readLines(marker).isEmpty(); }));
+    EXPECT_EQ(readLines(marker), QStringList{mFolder + u"/Plain.png"_s});
+    shared.setBool(false, kOpenWithKey);
+    shared.synchronize();
 
     // Remembered values that repeat the screenshot settings are removed; the type is compared exactly.
     auto screencapture = AppUserDefaults::userDefaultsWithBundleIdentifier(u"com.apple.screencapture"_s);
@@ -291,25 +304,4 @@ TEST_F(CorvexWindowRenameTest, MoveToTrashTrashesOrPresentsTheError)
     EXPECT_EQ(log.messages(DDLogFlagError).filter(u" *** Move to Trash failed with error "_s).size(), 1);
     sheet->buttons().first()->click();
     EXPECT_TRUE(waitUntil([&] { return !other->window()->isVisible(); }));
-}
-
-TEST_F(CorvexWindowRenameTest, OpenWithNoStoredApplicationUsesTheDesktopDefaultForTheType)
-{
-    // A desktop application that notes the file it was started with, the default for PNG pictures.
-    const QString marker = installRecordingOpener(u"org.example.Noter"_s, "image/png;");
-    writeFile(home() + u"/.config/mimeapps.list"_s,
-              "[Default Applications]\nimage/png=org.example.Noter.desktop\n");
-    AppUserDefaults &shared = AppUserDefaults::sharedCorvexDefaults();
-    shared.setBool(true, kOpenWithKey);
-    shared.setBool(true, kShowCorvexWindowKey);
-    shared.setObject(QVariant(), kOpenWithBundleIdentifierKey);
-    shared.synchronize();
-
-    auto controller = openWindow(mPath);
-    typeAndRename(*controller, u"Opened.png"_s);
-    const QString renamed = mFolder + u"/Opened.png"_s;
-    ASSERT_TRUE(waitUntil([&] { return !readLines(marker).isEmpty(); }));
-    EXPECT_EQ(readLines(marker), QStringList{renamed});
-    shared.setBool(false, kOpenWithKey);
-    shared.synchronize();
 }

@@ -34,7 +34,7 @@ protected:
     void TearDown() override { clearWindowPreferences(); }
 };
 
-TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormat)
+TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormatOrTheTargetOrRememberedOnes)
 {
     const QString shots = folder(u"Shots1"_s);
     const QString path = writeImage(shots + u"/Screenshot 1.png"_s);
@@ -78,20 +78,18 @@ TEST_F(CorvexWindowControllerTest, ProposesTheFilesOwnNameFolderAndFormat)
     EXPECT_EQ(closed.count(), 1);
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(QFileInfo::exists(path));
-}
 
-TEST_F(CorvexWindowControllerTest, TargetPathAndRememberedValuesShapeTheProposal)
-{
-    const QString path = writeImage(folder(u"Shots2"_s) + u"/Shot.png"_s);
+    // A target path and remembered values shape the proposal.
+    const QString shot = writeImage(folder(u"Shots2"_s) + u"/Shot.png"_s);
     const QString elsewhere = folder(u"Elsewhere"_s);
-    ScreenshotInfo info(path, 1);
+    ScreenshotInfo info(shot, 1);
     info.setTargetFilePath(elsewhere + u"/Renamed.png"_s);
     {
-        auto controller = openWindow(info);
-        EXPECT_EQ(controller->window()->windowTitle(), u"Shot.png"_s);
-        EXPECT_EQ(controller->nameTextField()->text(), u"Renamed.png"_s);
-        EXPECT_EQ(controller->whereFolderPath(), elsewhere);
-        EXPECT_TRUE(controller->renameButton()->isEnabled());
+        auto proposed = openWindow(info);
+        EXPECT_EQ(proposed->window()->windowTitle(), u"Shot.png"_s);
+        EXPECT_EQ(proposed->nameTextField()->text(), u"Renamed.png"_s);
+        EXPECT_EQ(proposed->whereFolderPath(), elsewhere);
+        EXPECT_TRUE(proposed->renameButton()->isEnabled());
     }
 
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
@@ -99,22 +97,22 @@ TEST_F(CorvexWindowControllerTest, TargetPathAndRememberedValuesShapeTheProposal
     defaults.setObject(elsewhere, u"lastSaveDirectory"_s);
     defaults.setObject(u"JPG"_s, u"lastFileFormatExtension"_s);
     {
-        auto controller = openWindow(path);
-        EXPECT_EQ(controller->nameTextField()->text(), u"Shot.JPG"_s) << "kept as stored";
-        EXPECT_EQ(controller->selectedFileFormat()->uti(), FileFormat::JPEGType);
-        EXPECT_EQ(controller->whereFolderPath(), elsewhere);
+        auto proposed = openWindow(shot);
+        EXPECT_EQ(proposed->nameTextField()->text(), u"Shot.JPG"_s) << "kept as stored";
+        EXPECT_EQ(proposed->selectedFileFormat()->uti(), FileFormat::JPEGType);
+        EXPECT_EQ(proposed->whereFolderPath(), elsewhere);
     }
     defaults.setObject(QString(elsewhere + u"/gone"_s), u"lastSaveDirectory"_s);
     defaults.setObject(u"xyz"_s, u"lastFileFormatExtension"_s);
     {
-        auto controller = openWindow(path);
-        EXPECT_EQ(controller->nameTextField()->text(), u"Shot.png"_s);
-        EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "a missing folder is ignored";
+        auto proposed = openWindow(shot);
+        EXPECT_EQ(proposed->nameTextField()->text(), u"Shot.png"_s);
+        EXPECT_EQ(proposed->whereFolderPath(), QFileInfo(shot).path()) << "a missing folder is ignored";
     }
     defaults.setBool(false, u"useLastDirectoryAndExtensionValues"_s);
     {
-        auto controller = openWindow(path);
-        EXPECT_EQ(controller->whereFolderPath(), QFileInfo(path).path()) << "remembered values are off";
+        auto proposed = openWindow(shot);
+        EXPECT_EQ(proposed->whereFolderPath(), QFileInfo(shot).path()) << "remembered values are off";
     }
 }
 

@@ -102,7 +102,7 @@ TEST(ImageLoaderTest, AHighDensityScreenshotIsShownAtItsSizeInPoints)
     EXPECT_EQ(full.image.devicePixelRatio(), 2.0);
 }
 
-TEST(ImageLoaderTest, OtherFormatsAreReducedToo)
+TEST(ImageLoaderTest, OtherFormatsAreReducedTooAJPEGTurnedUprightFirst)
 {
     const QImage picture = halves(QSize(640, 480));
     for (const char *format : {"jpg", "bmp", "tif"}) {
@@ -118,22 +118,20 @@ TEST(ImageLoaderTest, OtherFormatsAreReducedToo)
         EXPECT_TRUE(near(result.display.pixel(140, 60), qRgb(0, 0, 255), 12)) << format;
         EXPECT_EQ(ImageLoader::loadFullImage(path).image.size(), QSize(640, 480)) << format;
     }
-}
 
-TEST(ImageLoaderTest, AJPEGIsTurnedUprightBeforeItIsFitted)
-{
+    // A JPEG is turned upright before it is fitted.
     const QString path = home() + u"/pictures/Turned.jpg"_s;
     QDir().mkpath(QFileInfo(path).path());
     QImageWriter writer(path, "jpeg");
     writer.setTransformation(QImageIOHandler::TransformationRotate90);
     ASSERT_TRUE(writer.write(halves(QSize(800, 400))));
-    const ImageLoader::Result result = ImageLoader::load(path, QSize(100, 100));
-    ASSERT_EQ(result.status, ImageLoader::Status::Loaded);
-    EXPECT_EQ(result.pixelSize, QSize(400, 800)) << "upright";
-    EXPECT_EQ(result.display.size(), QSize(50, 100));
+    const ImageLoader::Result turned = ImageLoader::load(path, QSize(100, 100));
+    ASSERT_EQ(turned.status, ImageLoader::Status::Loaded);
+    EXPECT_EQ(turned.pixelSize, QSize(400, 800)) << "upright";
+    EXPECT_EQ(turned.display.size(), QSize(50, 100));
     // Turned a quarter clockwise, the red left half is on top.
-    EXPECT_TRUE(near(result.display.pixel(25, 10), qRgb(255, 0, 0), 16));
-    EXPECT_TRUE(near(result.display.pixel(25, 90), qRgb(0, 0, 255), 16));
+    EXPECT_TRUE(near(turned.display.pixel(25, 10), qRgb(255, 0, 0), 16));
+    EXPECT_TRUE(near(turned.display.pixel(25, 90), qRgb(0, 0, 255), 16));
 }
 
 TEST(ImageLoaderTest, FailuresSayWhetherTheFileCouldBeRead)

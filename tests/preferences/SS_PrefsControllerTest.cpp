@@ -132,7 +132,7 @@ TEST_F(PrefsControllerTest, LoadsPaneBundlesInTheOrderGivenAndSkipsFaultyOnesEac
     EXPECT_EQ(again.size(), 2);
 }
 
-TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneRemembersTheChoiceAndRefusesUnknownPanes)
+TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstOrTheRememberedPaneAndRefusesUnknownOnes)
 {
     PaneFolder folder({u"TestPanes"_s});
     SS_PrefsController controller(folder.path());
@@ -158,11 +158,8 @@ TEST_F(PrefsControllerTest, FirstOpeningShowsTheFirstPaneRemembersTheChoiceAndRe
     controller.destroyPreferencesWindow();
     EXPECT_TRUE(controller.showPane(u"Beta"_s));
     EXPECT_EQ(controller.currentPaneName(), u"Beta"_s);
-}
 
-TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
-{
-    PaneFolder folder({u"TestPanes"_s});
+    // A remembered pane that is gone falls back to the first other.
     struct Case
     {
         QString stored;
@@ -171,10 +168,10 @@ TEST_F(PrefsControllerTest, LastPaneThatIsGoneFallsBackToTheFirstOther)
     for (const Case &c :
          {Case{u"Gone"_s, u"Alpha"_s}, Case{u"Beta"_s, u"Beta"_s}, Case{u"Alpha"_s, u"Alpha"_s}}) {
         UserDefaults::standardUserDefaults().setObject(c.stored, lastPaneKey());
-        SS_PrefsController controller(folder.path());
-        controller.createPreferencesWindowAndDisplay(false);
-        EXPECT_EQ(controller.currentPaneName(), c.shown) << qPrintable(c.stored);
-        EXPECT_FALSE(controller.preferencesWindow()->isVisible());
+        SS_PrefsController again(folder.path());
+        again.createPreferencesWindowAndDisplay(false);
+        EXPECT_EQ(again.currentPaneName(), c.shown) << qPrintable(c.stored);
+        EXPECT_FALSE(again.preferencesWindow()->isVisible());
     }
 }
 
