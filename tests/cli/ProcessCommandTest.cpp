@@ -128,7 +128,7 @@ TEST_F(ProcessCommandTest, ConvertSendsTheSourceToTheTrash)
     EXPECT_EQ(process(result), result);
 }
 
-TEST_F(ProcessCommandTest, AFailedConversionKeepsTheFile)
+TEST_F(ProcessCommandTest, AFailingStepKeepsTheFileAndFailsTheCommand)
 {
     defaults().setBool(true, "autoReformat");
     defaults().setObject("tiff", "autoReformatExtension");
@@ -144,6 +144,13 @@ TEST_F(ProcessCommandTest, AFailedConversionKeepsTheFile)
     EXPECT_TRUE(mErrors.contains("\"webp\" is not the extension of a known image format"))
         << mErrors.toStdString();
     EXPECT_TRUE(QFileInfo::exists(shot));
+
+    // When and with what the agent opens is ProcessorTest's; a failure to open fails the command too.
+    defaults().setBool(false, "autoReformat");
+    defaults().setBool(true, "openWith");
+    defaults().setObject("org.example.NotInstalled", "openWithBundleIdentifier");
+    EXPECT_EQ(process(shot, 1), shot);
+    EXPECT_TRUE(mErrors.contains("open failed")) << mErrors.toStdString();
 }
 
 TEST_F(ProcessCommandTest, MoveIntoTheChosenFolder)

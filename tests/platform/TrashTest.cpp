@@ -26,7 +26,6 @@ TEST(Trash, ItemGoesToTheTrashWithItsInfoAndASecondOfTheSameNameBesideIt)
     QString trashed;
     ASSERT_TRUE(Trash::moveItemToTrash(file, &trashed));
     EXPECT_FALSE(QFileInfo::exists(file));
-    EXPECT_TRUE(QDir::isAbsolutePath(trashed));
     EXPECT_EQ(trashed, qEnvironmentVariable("XDG_DATA_HOME") + u"/Trash/files/50% done.png"_s);
     EXPECT_EQ(readFile(trashed), QByteArray("pixels"));
     const QByteArray info =
