@@ -185,7 +185,7 @@ TEST_F(LoginItemsTest, AnAgentEntrySwitchedOffInTheDesktopIsTheUsersNo)
     }
 }
 
-TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
+TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuotingAndBrokenOnesAreRefused)
 {
     for (const QString &program :
          {u"/opt/My Apps/Corvex.app/Contents/MacOS/CorvexAgent"_s,
@@ -202,10 +202,8 @@ TEST(AutostartEntryTest, CommandLinesRoundTripThroughQuoting)
         EXPECT_EQ(read.name(), u" Leading space"_s);
         EXPECT_TRUE(read.isEnabled());
     }
-}
 
-TEST(AutostartEntryTest, ProgramSkipsEnvironmentAndRejectsBrokenQuoting)
-{
+    // The program skips the environment; broken quoting gives none.
     AutostartEntry entry;
     entry.setExec(u"env LANG=C FOO=bar \"/a b/prog\" --flag %u"_s);
     EXPECT_EQ(entry.program(), u"/a b/prog"_s);

@@ -21,7 +21,7 @@ QStringList split(const QString &version)
     return Comparator::defaultComparator().splitVersionString(version);
 }
 
-TEST(QZSUStandardVersionComparatorTest, CharacterTypes)
+TEST(QZSUStandardVersionComparatorTest, CharacterTypesAndSplitting)
 {
     const Comparator &c = Comparator::defaultComparator();
     EXPECT_EQ(c.typeOfCharacter(u"."_s), Comparator::kPeriodType);
@@ -37,10 +37,8 @@ TEST(QZSUStandardVersionComparatorTest, CharacterTypes)
     // A superscript two is a digit-like symbol but not a decimal digit.
     EXPECT_EQ(c.typeOfCharacter(QString(QChar(0x00B2))), Comparator::kStringType);
     EXPECT_EQ(c.typeOfCharacter(QString()), Comparator::kStringType);
-}
 
-TEST(QZSUStandardVersionComparatorTest, Splitting)
-{
+    // A version splits where the character type changes; every period stands alone.
     using L = QStringList;
     EXPECT_EQ(split(QString()), L());
     EXPECT_EQ(split(u"1.0b3"_s), (L{"1", ".", "0", "b", "3"}));

@@ -93,7 +93,7 @@ TEST_F(UserDefaultBookmarksTest, MovesFollowTableDragArithmetic)
     EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"CAB"_s);
 }
 
-TEST_F(UserDefaultBookmarksTest, InsertAndRemoveSaveAtOnce)
+TEST_F(UserDefaultBookmarksTest, InsertAndRemoveSaveAtOnceAndContainsComparesPaths)
 {
     UserDefaultBookmarks list = listOf(u"AB"_s);
     list.insertURLs({folder(u"X"_s), folder(u"Y"_s)}, 1);
@@ -107,6 +107,16 @@ TEST_F(UserDefaultBookmarksTest, InsertAndRemoveSaveAtOnce)
     list.removeBookmarkItemsAtIndexes({0, 2});
     EXPECT_EQ(namesOf(UserDefaultBookmarks(mKey)), u"XBA"_s);
     EXPECT_EQ(list.bookmarkItemsAtIndexes({0, 2}).at(1)->URL()->fileName(), u"A"_s);
+
+    // Whether the list holds a folder compares file paths exactly.
+    const QUrl b = folder(u"B"_s);
+    EXPECT_TRUE(list.containsURL(b));
+    EXPECT_FALSE(list.containsURL(folder(u"Y"_s)));
+    QUrl network = b;
+    network.setScheme(u"smb"_s);
+    network.setHost(u"server"_s);
+    EXPECT_FALSE(list.containsURL(network));
+    EXPECT_FALSE(list.containsURL(QUrl::fromLocalFile(b.toLocalFile() + QLatin1Char('/'))));
 }
 
 TEST_F(UserDefaultBookmarksTest, StoredDataIsKeptAsItIsAndFollowsMovedFolders)
@@ -131,19 +141,6 @@ TEST_F(UserDefaultBookmarksTest, StoredDataIsKeptAsItIsAndFollowsMovedFolders)
     EXPECT_EQ(UserDefaultBookmarks(mKey).count(), 0);
     UserDefaults::standardUserDefaults().setObject(QVariant(), mKey);
     EXPECT_EQ(UserDefaultBookmarks(mKey).count(), 0);
-}
-
-TEST_F(UserDefaultBookmarksTest, ContainsComparesFilePathsExactly)
-{
-    UserDefaultBookmarks list = listOf(u"AB"_s);
-    const QUrl b = folder(u"B"_s);
-    EXPECT_TRUE(list.containsURL(b));
-    EXPECT_FALSE(list.containsURL(folder(u"C"_s)));
-    QUrl network = b;
-    network.setScheme(u"smb"_s);
-    network.setHost(u"server"_s);
-    EXPECT_FALSE(list.containsURL(network));
-    EXPECT_FALSE(list.containsURL(QUrl::fromLocalFile(b.toLocalFile() + QLatin1Char('/'))));
 }
 
 TEST_F(UserDefaultBookmarksTest, ProgrammingErrorsThrow)
