@@ -171,7 +171,6 @@ TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
 
 TEST_F(DropboxCheckTest, DistributionFolderNames)
 {
-    EXPECT_EQ(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.x86_64-2.4.0"), "2.4.0");
     EXPECT_EQ(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.aarch64-190.4.6383"),
               "190.4.6383");
     EXPECT_TRUE(DropboxCheck::versionFromDistributionFolderName("dropbox-lnx.x86_64").isNull());

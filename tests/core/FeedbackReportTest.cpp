@@ -143,7 +143,7 @@ TEST(FeedbackReportTest, MemoryAndOperatingSystemFromTheirFiles)
     EXPECT_EQ(FeedbackReport::operatingSystemName(dir.filePath("absent")), u"Linux"_s + kernel);
 }
 
-TEST(FeedbackReportTest, MailtoTextIsEscapedOnceAsAWhole)
+TEST(FeedbackReportTest, TheMailtoTextIsEscapedOnceAndGoesWithTheHelpPageToTheDesktop)
 {
     const QString description = u"Corvex version 2.0.5 (ce9f1b3)\rCustom: a = \"~/Shots #1\" 100% é\r"_s;
     EXPECT_EQ(
@@ -151,10 +151,7 @@ TEST(FeedbackReportTest, MailtoTextIsEscapedOnceAsAWhole)
         QByteArray("mailto:help@example.org?subject=Corvex%20Feedback&body=%0D%0D---%0D"
                    "Corvex%20version%202.0.5%20(ce9f1b3)%0DCustom:%20a%20=%20%22~/Shots%20%231%22%20100%25%20"
                    "%C3%A9%0D"));
-}
 
-TEST(FeedbackReportTest, FeedbackMailAndHelpGoToTheDesktop)
-{
     // The support address and page come from the Info.plist of the bundle built beside the tests.
     const Bundle bundle = FeedbackReport::applicationBundle();
     ASSERT_TRUE(bundle.isValid());
