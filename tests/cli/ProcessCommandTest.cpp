@@ -145,10 +145,13 @@ TEST_F(ProcessCommandTest, AFailingStepKeepsTheFileAndFailsTheCommand)
         << mErrors.toStdString();
     EXPECT_TRUE(QFileInfo::exists(shot));
 
-    // When and with what the agent opens is ProcessorTest's; a failure to open fails the command too.
+    // With the window on the application opens the file, not this step; off, a failure to open fails it.
     defaults().setBool(false, "autoReformat");
     defaults().setBool(true, "openWith");
     defaults().setObject("org.example.NotInstalled", "openWithBundleIdentifier");
+    defaults().setBool(true, "showCorvexWindow");
+    EXPECT_EQ(process(shot), shot);
+    defaults().setBool(false, "showCorvexWindow");
     EXPECT_EQ(process(shot, 1), shot);
     EXPECT_TRUE(mErrors.contains("open failed")) << mErrors.toStdString();
 }

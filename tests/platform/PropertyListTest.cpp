@@ -58,7 +58,6 @@ TEST_P(PropertyListFormats, EveryTypeRoundTripsExactly)
         expected.insert(u"old date"_s, old.addMSecs(1000 - old.time().msec()));
         EXPECT_TRUE(PropertyList::equal(expected, back));
     }
-    // Equality is type-exact, except that it takes any integer type for another.
     EXPECT_EQ(map.value(u"integer"_s).metaType().id(), QMetaType::LongLong);
 }
 
