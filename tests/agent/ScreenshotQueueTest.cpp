@@ -47,8 +47,7 @@ TEST_F(ScreenshotQueueTest, TheAgentAppliesTheStepsThenOpensOrHandsOver)
     EXPECT_EQ(namesIn(mFolder), QStringList{u"Shot 01.png"_s});
     EXPECT_TRUE(app.received().isEmpty());
 
-    // With the window on as well, the agent hands the result over (the process test shows it does not open
-    // it).
+    // With the window on, the agent hands the result over (the process test shows it then does not open it).
     setBool("showCorvexWindow", true);
     writeFile(mFolder + u"/Screenshot window.png"_s, pngBytes());
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
