@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "agent/ScreenshotFolderWatcher.h"
-#include "watching/InotifyEvents.h"
+#include "watching/Inotify.h"
 
 #include "logging/Log.h"
 
@@ -9,11 +9,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSocketNotifier>
 #include <cerrno>
 #include <cstring>
-#include <sys/inotify.h>
-#include <unistd.h>
 
 namespace {
 
@@ -36,23 +33,22 @@ ScreenshotFolderWatcher::~ScreenshotFolderWatcher()
 
 bool ScreenshotFolderWatcher::ensureInotify()
 {
-    if (mInotify >= 0)
+    if (mInotify)
         return true;
-    mInotify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (mInotify < 0) {
+    auto inotify = std::make_unique<Inotify>([this] { readEvents(); });
+    if (!inotify->isValid()) {
         DDLogError(QStringLiteral("Could not watch the screenshot folder: inotify is not available.  %1")
-                       .arg(errnoText(errno)));
+                       .arg(errnoText(inotify->error())));
         return false;
     }
-    mNotifier = new QSocketNotifier(mInotify, QSocketNotifier::Read, this);
-    connect(mNotifier, &QSocketNotifier::activated, this, &ScreenshotFolderWatcher::readEvents);
+    mInotify = std::move(inotify);
     return true;
 }
 
 bool ScreenshotFolderWatcher::setFolder(const QString &folder)
 {
     const QString cleaned = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
-    if (cleaned == mFolder && mInotify >= 0)
+    if (cleaned == mFolder && mInotify)
         return true;
     if (!ensureInotify())
         return false;
@@ -66,24 +62,16 @@ bool ScreenshotFolderWatcher::setFolder(const QString &folder)
 void ScreenshotFolderWatcher::stop()
 {
     removeWatches();
-    if (mNotifier) {
-        mNotifier->setEnabled(false);
-        delete mNotifier;
-        mNotifier = nullptr;
-    }
-    if (mInotify >= 0) {
-        ::close(mInotify);
-        mInotify = -1;
-    }
+    mInotify.reset();
 }
 
 void ScreenshotFolderWatcher::removeWatches()
 {
     const bool wasWatching = mFolderWatch >= 0;
-    if (mFolderWatch >= 0)
-        inotify_rm_watch(mInotify, mFolderWatch);
-    if (mAncestorWatch >= 0)
-        inotify_rm_watch(mInotify, mAncestorWatch);
+    if (mInotify) {
+        mInotify->removeWatch(mFolderWatch);
+        mInotify->removeWatch(mAncestorWatch);
+    }
     mFolderWatch = -1;
     mAncestorWatch = -1;
     mAncestor.clear();
@@ -93,12 +81,12 @@ void ScreenshotFolderWatcher::removeWatches()
 
 void ScreenshotFolderWatcher::watchFolderOrAncestor()
 {
-    if (mFolder.isEmpty() || mInotify < 0)
+    if (mFolder.isEmpty() || !mInotify)
         return;
-    const int folderWatch = inotify_add_watch(mInotify, QFile::encodeName(mFolder).constData(), folderMask);
+    const int folderWatch = mInotify->addWatch(mFolder, folderMask);
     if (folderWatch >= 0) {
-        if (mAncestorWatch >= 0 && mAncestorWatch != folderWatch)
-            inotify_rm_watch(mInotify, mAncestorWatch);
+        if (mAncestorWatch != folderWatch)
+            mInotify->removeWatch(mAncestorWatch);
         mAncestorWatch = -1;
         mAncestor.clear();
         const bool changed = mFolderWatch < 0;
@@ -125,9 +113,8 @@ void ScreenshotFolderWatcher::watchFolderOrAncestor()
         ancestor = QFileInfo(ancestor).absolutePath();
     if (ancestor == mAncestor && mAncestorWatch >= 0)
         return;
-    if (mAncestorWatch >= 0)
-        inotify_rm_watch(mInotify, mAncestorWatch);
-    mAncestorWatch = inotify_add_watch(mInotify, QFile::encodeName(ancestor).constData(), ancestorMask);
+    mInotify->removeWatch(mAncestorWatch);
+    mAncestorWatch = mInotify->addWatch(ancestor, ancestorMask);
     mAncestor = mAncestorWatch >= 0 ? ancestor : QString();
     if (mAncestorWatch < 0)
         DDLogError(QStringLiteral("Could not wait for the screenshot folder %1 to appear.  %2")
@@ -144,7 +131,7 @@ void ScreenshotFolderWatcher::readEvents()
 {
     bool rewatch = false;
     bool folderGone = false;
-    InotifyEvents::readAll(mInotify, [&](const inotify_event &event) {
+    mInotify->readAll([&](const inotify_event &event) {
         if (event.mask & IN_Q_OVERFLOW) {
             DDLogWarn(QStringLiteral("Too many changes in the screenshot folder at once: some were missed"));
             return;
@@ -165,7 +152,7 @@ void ScreenshotFolderWatcher::readEvents()
         return;
     if (folderGone && mFolderWatch >= 0) {
         // The watched folder was deleted or moved away (another may already stand in its place).
-        inotify_rm_watch(mInotify, mFolderWatch);
+        mInotify->removeWatch(mFolderWatch);
         mFolderWatch = -1;
         mMissingSince = QDateTime::currentDateTimeUtc();
         DDLogInfo(QStringLiteral("The screenshot folder %1 went away").arg(mFolder));

@@ -5,8 +5,9 @@
 #include <QDateTime>
 #include <QObject>
 #include <QString>
+#include <memory>
 
-class QSocketNotifier;
+class Inotify;
 
 // Tells when a file in the screenshot folder is complete: written and closed, or moved in whole. Built on
 // inotify and the event loop, so it costs nothing while nothing happens (no polling, no timer).
@@ -47,8 +48,7 @@ private:
     void reportFilesSince(const QDateTime &since);
 
     QString mFolder;
-    int mInotify = -1;
-    QSocketNotifier *mNotifier = nullptr;
+    std::unique_ptr<Inotify> mInotify;
     int mFolderWatch = -1;
     int mAncestorWatch = -1;
     QString mAncestor;

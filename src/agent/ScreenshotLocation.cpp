@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "agent/ScreenshotLocation.h"
 #include "foundation/PreferenceKeys.h"
-#include "watching/InotifyEvents.h"
+#include "watching/Inotify.h"
 
 #include "core/AppUserDefaults.h"
 #include "logging/Log.h"
@@ -12,10 +12,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSocketNotifier>
 #include <QStandardPaths>
-#include <sys/inotify.h>
-#include <unistd.h>
 
 namespace {
 
@@ -33,11 +30,7 @@ const QStringList &relevantNames()
 
 ScreenshotLocation::ScreenshotLocation(QObject *parent) : QObject(parent) {}
 
-ScreenshotLocation::~ScreenshotLocation()
-{
-    if (mInotify >= 0)
-        ::close(mInotify);
-}
+ScreenshotLocation::~ScreenshotLocation() = default;
 
 ScreenshotMatcher ScreenshotLocation::readSettings()
 {
@@ -80,16 +73,16 @@ void ScreenshotLocation::reload()
 
 void ScreenshotLocation::watchConfiguration()
 {
-    if (mInotify < 0) {
-        mInotify = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-        if (mInotify < 0) {
+    if (!mInotify) {
+        mInotify = std::make_unique<Inotify>([this] { readEvents(); });
+        if (!mInotify->isValid()) {
             DDLogWarn(QStringLiteral(
                 "Changes of the desktop's screenshot settings are not followed: inotify is not "
                 "available"));
             return;
         }
-        mNotifier = new QSocketNotifier(mInotify, QSocketNotifier::Read, this);
-        connect(mNotifier, &QSocketNotifier::activated, this, &ScreenshotLocation::readEvents);
+    } else if (!mInotify->isValid()) {
+        return;
     }
     const QString configHome = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     const QStringList folders{configHome, configHome + QStringLiteral("/flameshot"),
@@ -98,8 +91,7 @@ void ScreenshotLocation::watchConfiguration()
         IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_CREATE | IN_DELETE | IN_ONLYDIR;
     for (const QString &folder : folders) {
         // Adding a watch again only refreshes it; a missing folder is added once it appears.
-        if (inotify_add_watch(mInotify, QFile::encodeName(folder).constData(), mask) >= 0 &&
-            !mWatchedFolders.contains(folder))
+        if (mInotify->addWatch(folder, mask) >= 0 && !mWatchedFolders.contains(folder))
             mWatchedFolders.append(folder);
     }
 }
@@ -108,7 +100,7 @@ void ScreenshotLocation::readEvents()
 {
     bool relevant = false;
     bool folderAppeared = false;
-    InotifyEvents::readAll(mInotify, [&](const inotify_event &event) {
+    mInotify->readAll([&](const inotify_event &event) {
         if (event.mask & IN_Q_OVERFLOW) {
             relevant = true;
             return;

@@ -6,8 +6,9 @@
 
 #include <QObject>
 #include <QStringList>
+#include <memory>
 
-class QSocketNotifier;
+class Inotify;
 
 // Where new screenshots arrive and how they are named: "location" and "name" of the screenshot service's
 // domain, which fall back to the desktop's own screenshot tool, and whether that folder is a dedicated
@@ -42,7 +43,6 @@ private:
     void readEvents();
 
     ScreenshotMatcher mMatcher;
-    int mInotify = -1;
-    QSocketNotifier *mNotifier = nullptr;
+    std::unique_ptr<Inotify> mInotify;
     QStringList mWatchedFolders;
 };

@@ -1,18 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "watching/UKFNSubscribeFileWatcher.h"
-#include "watching/InotifyEvents.h"
+#include "watching/Inotify.h"
 
 #include "watching/NotificationCenter.h"
 #include "watching/UKFileWatcherDelegate.h"
 
 #include <QFile>
-#include <QSocketNotifier>
 #include <QVariantMap>
 #include <cerrno>
 #include <cstdio>
-#include <sys/inotify.h>
-#include <unistd.h>
 
 namespace {
 
@@ -22,25 +19,16 @@ constexpr quint32 SubscriptionMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_
 } // namespace
 
 UKFNSubscribeFileWatcher::UKFNSubscribeFileWatcher()
+    : mInotify(std::make_unique<Inotify>([this] { readChanges(); }))
 {
-    mQueueFD = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (mQueueFD < 0)
-        return;
-    mNotifier = std::make_unique<QSocketNotifier>(mQueueFD, QSocketNotifier::Read);
-    QObject::connect(mNotifier.get(), &QSocketNotifier::activated, [this] { readChanges(); });
 }
 
 UKFNSubscribeFileWatcher::~UKFNSubscribeFileWatcher()
 {
-    mNotifier.reset();
-    {
-        std::lock_guard lock(mMutex);
-        for (const Subscription &subscription : std::as_const(subscriptions))
-            unsubscribeLocked(subscription);
-        subscriptions.clear();
-    }
-    if (mQueueFD >= 0)
-        close(mQueueFD);
+    std::lock_guard lock(mMutex);
+    for (const Subscription &subscription : std::as_const(subscriptions))
+        unsubscribeLocked(subscription);
+    subscriptions.clear();
 }
 
 UKFNSubscribeFileWatcher *UKFNSubscribeFileWatcher::sharedFileWatcher()
@@ -52,11 +40,9 @@ UKFNSubscribeFileWatcher *UKFNSubscribeFileWatcher::sharedFileWatcher()
 void UKFNSubscribeFileWatcher::addPath(const QString &path)
 {
     std::unique_lock lock(mMutex);
-    const int wd = mQueueFD < 0
-                       ? -1
-                       : inotify_add_watch(mQueueFD, QFile::encodeName(path).constData(), SubscriptionMask);
+    const int wd = mInotify->addWatch(path, SubscriptionMask);
     if (wd < 0) {
-        const long errorNumber = mQueueFD < 0 ? EMFILE : errno;
+        const long errorNumber = errno;
         lock.unlock();
         std::fprintf(stderr, "UKFNSubscribeFileWatcher addPath: %s failed due to error ID=%ld.\n",
                      path.toLocal8Bit().constData(), errorNumber);
@@ -90,8 +76,8 @@ void UKFNSubscribeFileWatcher::unsubscribeLocked(const Subscription &subscriptio
     // Two paths of one folder share its kernel watch: it goes with the last of them.
     const bool shared = std::any_of(subscriptions.cbegin(), subscriptions.cend(),
                                     [&](const Subscription &s) { return s.wd == subscription.wd; });
-    if (!shared && subscription.wd >= 0)
-        inotify_rm_watch(mQueueFD, subscription.wd);
+    if (!shared)
+        mInotify->removeWatch(subscription.wd);
 }
 
 QStringList UKFNSubscribeFileWatcher::subscribedPaths() const
@@ -119,7 +105,7 @@ void UKFNSubscribeFileWatcher::readChanges()
 {
     QList<int> changed;
     QList<int> dropped;
-    InotifyEvents::readAll(mQueueFD, [&](const inotify_event &event) {
+    mInotify->readAll([&](const inotify_event &event) {
         if (event.mask & IN_IGNORED)
             dropped.append(event.wd);
         else if (event.wd >= 0 && !changed.contains(event.wd))

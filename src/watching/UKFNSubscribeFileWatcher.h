@@ -9,7 +9,7 @@
 #include <memory>
 #include <mutex>
 
-class QSocketNotifier;
+class Inotify;
 
 // A file watcher that subscribes to changes of whole folders: whenever something in a watched folder changes
 // (an entry added, removed, renamed, written or given new attributes) or the folder itself changes, it posts
@@ -51,8 +51,7 @@ private:
     void sendDelegateMessage(const QString &path);
     void unsubscribeLocked(const Subscription &subscription);
 
-    int mQueueFD = -1;
-    std::unique_ptr<QSocketNotifier> mNotifier;
+    std::unique_ptr<Inotify> mInotify;
     mutable std::mutex mMutex;
     QList<Subscription> subscriptions;
     UKFileWatcherDelegate *mDelegate = nullptr;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "watching/UKKQueue.h"
 
+#include "watching/Inotify.h"
 #include "watching/UKKQueue_p.h"
 #include "watching/UKMainThreadProxy.h"
 
@@ -51,19 +52,17 @@ UKKQueue::UKKQueue() : d(std::make_shared<UKKQueuePrivate>()) {}
 std::unique_ptr<UKKQueue> UKKQueue::create(CorvexError *error)
 {
     std::unique_ptr<UKKQueue> queue(new UKKQueue);
-    const int queueFD = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    const int wakeFD = queueFD < 0 ? -1 : eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-    if (queueFD < 0 || wakeFD < 0) {
-        const int errorNumber = errno;
-        if (queueFD >= 0)
-            close(queueFD);
+    auto inotify = std::make_unique<Inotify>();
+    const int wakeFD = inotify->isValid() ? eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC) : -1;
+    if (wakeFD < 0) {
+        const int errorNumber = inotify->isValid() ? errno : inotify->error();
         logLine(QStringLiteral("UKKQueue: Couldn't create the kernel event queue (%1)")
                     .arg(QString::fromLocal8Bit(std::strerror(errorNumber))));
         if (error)
             *error = CorvexError(CorvexError::POSIXErrorDomain, errorNumber);
         return nullptr;
     }
-    queue->d->queueFD = queueFD;
+    queue->d->inotify = std::move(inotify);
     queue->d->wakeFD = wakeFD;
     queue->d->q = queue.get();
     // The thread keeps the watcher's state alive while it runs.
@@ -119,7 +118,7 @@ bool UKKQueue::addPathToQueueNotifyingAbout(const QString &path, quint32 fflags,
     // The kernel watch is made under the lock, so that a concurrent removal of the last entry sharing it
     // cannot drop it between its making and its registration.
     std::unique_lock lock(d->mutex);
-    const int wd = inotify_add_watch(d->queueFD, nativePath.constData(), KernelMask);
+    const int wd = d->inotify->addWatch(QFile::decodeName(nativePath), KernelMask);
     if (wd < 0) {
         const int errorNumber = errno;
         lock.unlock();
@@ -166,7 +165,7 @@ void UKKQueue::removePathFromQueue(const QString &path)
         unwatch = d->releaseWatchLocked(*found);
         d->entries.erase(found);
     }
-    if (unwatch >= 0 && inotify_rm_watch(d->queueFD, unwatch) != 0)
+    if (unwatch >= 0 && !d->inotify->removeWatch(unwatch))
         logLine(QStringLiteral("removePathFromQueue: Couldn't close file descriptor (%1)").arg(errno));
 }
 
@@ -180,15 +179,14 @@ void UKKQueue::removeAllPathsFromQueue()
     std::lock_guard lock(d->mutex);
     for (const UKKQueueEntry &entry : std::as_const(d->entries)) {
         const int unwatch = d->releaseWatchLocked(entry);
-        if (unwatch >= 0)
-            inotify_rm_watch(d->queueFD, unwatch);
+        d->inotify->removeWatch(unwatch);
     }
     d->entries.clear();
 }
 
 int UKKQueue::queueFD() const
 {
-    return d->queueFD;
+    return d->inotify ? d->inotify->descriptor() : -1;
 }
 
 QStringList UKKQueue::watchedPaths() const

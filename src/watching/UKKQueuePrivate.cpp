@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "watching/InotifyEvents.h"
+#include "watching/Inotify.h"
 #include "watching/UKKQueue.h"
 #include "watching/UKKQueue_p.h"
 
@@ -85,7 +85,7 @@ int UKKQueuePrivate::releaseWatchLocked(const UKKQueueEntry &entry)
 
 void UKKQueuePrivate::watcherThread()
 {
-    pollfd waits[2] = {{queueFD, POLLIN, 0}, {wakeFD, POLLIN, 0}};
+    pollfd waits[2] = {{inotify->descriptor(), POLLIN, 0}, {wakeFD, POLLIN, 0}};
     alignas(inotify_event) char buffer[64 * 1024];
     while (keepThreadRunning) {
         const int ready = poll(waits, 2, WaitTimeoutMilliseconds);
@@ -97,12 +97,10 @@ void UKKQueuePrivate::watcherThread()
         }
         if (!(waits[0].revents & POLLIN))
             continue;
-        const ssize_t length = read(queueFD, buffer, sizeof buffer);
+        const ssize_t length = read(inotify->descriptor(), buffer, sizeof buffer);
         if (length > 0)
             processEvents(buffer, size_t(length));
     }
-    if (close(queueFD) != 0)
-        std::fprintf(stderr, "release: Couldn't close main kqueue (%d)\n", errno);
     threadFinished = true;
     UKMainThreadProxy::conditionChanged();
 }
@@ -112,7 +110,7 @@ void UKKQueuePrivate::processEvents(const char *buffer, size_t length)
     QList<int> order;
     QHash<int, UKKQueueRawChange> changes;
     QList<int> dropped;
-    InotifyEvents::forEach(buffer, length, [&](const inotify_event &event) {
+    Inotify::forEach(buffer, length, [&](const inotify_event &event) {
         if (event.mask & IN_Q_OVERFLOW) {
             logLine("UKKQueue: the kernel's event queue overflowed; some changes were not reported");
             return;

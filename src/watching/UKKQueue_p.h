@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <thread>
 
+class Inotify;
 class UKKQueue;
 
 // One watched path (an entry of watchedPaths). Several entries may share one kernel watch: the kernel keeps
@@ -79,7 +80,7 @@ public:
     int releaseWatchLocked(const UKKQueueEntry &entry);
 
     UKKQueue *q = nullptr;
-    int queueFD = -1;
+    std::unique_ptr<Inotify> inotify;
     int wakeFD = -1;
 
     mutable std::mutex mutex; // guards everything below
