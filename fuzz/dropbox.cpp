@@ -11,16 +11,14 @@ CORVEX_FUZZ_INITIALIZE
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    static const bool prepared = [] {
+    static const DropboxCheck check = [] {
         QDir().mkpath(fuzz::folder() + QStringLiteral("/.dropbox"));
-        DropboxCheck::setHomeFolder(fuzz::folder());
-        return true;
+        return DropboxCheck(fuzz::folder(), [] { return DropboxClientFacts{}; });
     }();
-    (void)prepared;
     (void)DropboxCheck::decodeBase64(fuzz::bytes(data, size));
     fuzz::writeInput(QStringLiteral(".dropbox/host.db"), data, size);
     fuzz::writeInput(QStringLiteral(".dropbox/info.json"), data, size);
-    (void)DropboxCheck::dropboxFolder();
-    (void)DropboxCheck::accountFolders();
+    (void)check.dropboxFolder();
+    (void)check.accountFolders();
     return 0;
 }

@@ -132,7 +132,7 @@ void AppDelegate::applicationDidFinishLaunching()
     // On the second launch, once: may Corvex check for updates on its own (the agent runs the checks).
     if (UpdateUserDriver::askForPermissionIfNeeded(AppUserDefaults::sharedCorvexDefaults()))
         observeValueForKeyPath(kCheckForUpdatesKey);
-    mDropboxThread = QThread::create([] { DropboxCheck::checkDropbox(); });
+    mDropboxThread = QThread::create([] { DropboxCheck().checkDropbox(); });
     mDropboxThread->start();
 }
 

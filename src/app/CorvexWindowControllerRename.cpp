@@ -241,7 +241,7 @@ void CorvexWindowController::moveToTrash()
     DDLogError(
         QStringLiteral(" *** Move to Trash failed with error %1 ***").arg(error.localizedDescription()));
     startWatchingFile(path);
-    if (qz_isCocoaFileNoSuchFileError(error) && DropboxCheck::screenshotFolderTest())
+    if (qz_isCocoaFileNoSuchFileError(error) && DropboxCheck().screenshotFolderTest())
         error = corvexErrorByAddingDropboxIncompatibilityInformation(error);
     presentError(error);
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/DropboxCheck.h"
 
-#include "core/QZSUStandardVersionComparator.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 #include "logging/Log.h"
 #include "platform/Bundle.h"
 #include "platform/RunningApplications.h"
@@ -13,7 +13,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
-#include <QMutex>
 #include <QRegularExpression>
 #include <QStringConverter>
 #include <QStringDecoder>
@@ -21,19 +20,6 @@
 #include <openssl/evp.h>
 
 namespace {
-
-struct Seams
-{
-    QMutex mutex;
-    DropboxCheck::ClientFactsProvider clientFactsProvider;
-    QString homeFolder;
-};
-
-Seams &seams()
-{
-    static Seams instance;
-    return instance;
-}
 
 QString withoutPrefix(const QString &version)
 {
@@ -60,6 +46,13 @@ QString processName(qint64 pid)
 
 } // namespace
 
+DropboxCheck::DropboxCheck() : DropboxCheck(QDir::homePath(), {}) {}
+
+DropboxCheck::DropboxCheck(QString homeFolder, ClientFactsSource clientFacts)
+    : mHomeFolder(std::move(homeFolder)), mClientFacts(std::move(clientFacts))
+{
+}
+
 QString DropboxCheck::incompatibilityWarning()
 {
     return QStringLiteral(
@@ -68,7 +61,7 @@ QString DropboxCheck::incompatibilityWarning()
         "it is turned off.\n");
 }
 
-bool DropboxCheck::screenshotFolderTest()
+bool DropboxCheck::screenshotFolderTest() const
 {
     if (!runningClientTest())
         return false;
@@ -82,7 +75,7 @@ bool DropboxCheck::screenshotFolderTest()
     return false;
 }
 
-QStringList DropboxCheck::accountFolders()
+QStringList DropboxCheck::accountFolders() const
 {
     const QString path = homeFolder() + QStringLiteral("/.dropbox/info.json");
     QFile file(path);
@@ -109,13 +102,13 @@ QStringList DropboxCheck::accountFolders()
     return folders;
 }
 
-void DropboxCheck::checkDropbox()
+void DropboxCheck::checkDropbox() const
 {
     if (screenshotFolderTest())
         DDLogWarn(incompatibilityWarning());
 }
 
-bool DropboxCheck::runningClientTest()
+bool DropboxCheck::runningClientTest() const
 {
     const DropboxClientFacts facts = clientFacts();
     if (!facts.running)
@@ -131,7 +124,7 @@ bool DropboxCheck::runningClientTest()
     return true;
 }
 
-std::optional<QString> DropboxCheck::dropboxFolder()
+std::optional<QString> DropboxCheck::dropboxFolder() const
 {
     QFile file(homeFolder() + QStringLiteral("/.dropbox/host.db"));
     if (!file.open(QIODevice::ReadOnly))
@@ -202,7 +195,7 @@ QString DropboxCheck::versionFromDistributionFolderName(const QString &folderNam
     return match.hasMatch() ? match.captured(1) : QString();
 }
 
-DropboxClientFacts DropboxCheck::systemClientFacts()
+DropboxClientFacts DropboxCheck::systemClientFacts(const QString &homeFolder)
 {
     const QList<RunningApplication> bundled =
         RunningApplications::runningApplicationsWithBundleIdentifier(DropboxBundleIdentifier);
@@ -211,7 +204,7 @@ DropboxClientFacts DropboxCheck::systemClientFacts()
         return DropboxClientFacts{true, bundle.bundleVersion(), bundle.shortVersionString()};
     }
 
-    const QString distribution = QDir::cleanPath(homeFolder() + QStringLiteral("/.dropbox-dist"));
+    const QString distribution = QDir::cleanPath(homeFolder + QStringLiteral("/.dropbox-dist"));
     const QString distributionPrefix = distribution + QLatin1Char('/');
     for (const qint64 pid : RunningApplications::processIds()) {
         const QString executable = RunningApplications::executablePathOfProcess(pid);
@@ -234,44 +227,7 @@ DropboxClientFacts DropboxCheck::systemClientFacts()
     return DropboxClientFacts{};
 }
 
-void DropboxCheck::setClientFactsProvider(ClientFactsProvider provider)
+DropboxClientFacts DropboxCheck::clientFacts() const
 {
-    QMutexLocker locker(&seams().mutex);
-    seams().clientFactsProvider = std::move(provider);
-}
-
-void DropboxCheck::resetClientFactsProvider()
-{
-    setClientFactsProvider(nullptr);
-}
-
-void DropboxCheck::setHomeFolder(const QString &homeFolder)
-{
-    QMutexLocker locker(&seams().mutex);
-    seams().homeFolder = homeFolder;
-}
-
-void DropboxCheck::resetHomeFolder()
-{
-    setHomeFolder(QString());
-}
-
-DropboxClientFacts DropboxCheck::clientFacts()
-{
-    ClientFactsProvider provider;
-    {
-        QMutexLocker locker(&seams().mutex);
-        provider = seams().clientFactsProvider;
-    }
-    return provider ? provider() : systemClientFacts();
-}
-
-QString DropboxCheck::homeFolder()
-{
-    {
-        QMutexLocker locker(&seams().mutex);
-        if (!seams().homeFolder.isEmpty())
-            return seams().homeFolder;
-    }
-    return QDir::homePath();
+    return mClientFacts ? mClientFacts() : systemClientFacts(mHomeFolder);
 }

@@ -46,7 +46,9 @@ qint64 nextAutoRenameCount()
 
 } // namespace
 
-Processor::Processor() = default;
+Processor::Processor() : Processor(DropboxCheck()) {}
+
+Processor::Processor(DropboxCheck dropboxCheck) : mDropboxCheck(std::move(dropboxCheck)) {}
 
 Processor &Processor::sharedProcessor()
 {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/DropboxCheck.h"
+
 #include <QList>
 #include <QSizeF>
 #include <QString>
@@ -19,6 +21,10 @@ class Processor
 public:
     // The one instance, created on first use (safe when first called from two threads at once).
     static Processor &sharedProcessor();
+
+    // A processor that asks the Dropbox check given whether a vanished screenshot may have been taken away
+    // by Dropbox.
+    explicit Processor(DropboxCheck dropboxCheck);
 
     // Automatic processing runs in the agent; in the application this does nothing.
     void processScreenshotInfo(const ScreenshotInfo &info);
@@ -41,8 +47,8 @@ public:
     // media box; 0 by 0 when the file cannot be read.
     QSizeF imageDimensionsOfURL(const QUrl &url, bool isPDF);
 
-    // Moves the file when the two formats are the same row of the format table; otherwise converts it into the
-    // destination format and moves the source to the Trash (whether or not the conversion succeeded).
+    // Moves the file when the two formats are the same row of the format table; otherwise converts it into
+    // the destination format and moves the source to the Trash (whether or not the conversion succeeded).
     bool renameItemAtURL(const QUrl &sourceURL, const FileFormat *sourceFormat, const QUrl &destinationURL,
                          const FileFormat *destinationFormat, CorvexError *error = nullptr);
 
@@ -51,5 +57,9 @@ private:
     Processor(const Processor &) = delete;
     Processor &operator=(const Processor &) = delete;
 
+    // The no-such-file error, explained when Dropbox's screenshot sharing might have taken the file away.
+    CorvexError decoratedForDropbox(const CorvexError &error) const;
+
+    DropboxCheck mDropboxCheck;
     QList<QString> mRecentRenames;
 };

@@ -19,15 +19,6 @@
 
 namespace {
 
-// The no-such-file error, with the Dropbox explanation when Dropbox's screenshot sharing might have taken the
-// file away.
-CorvexError decoratedForDropbox(const CorvexError &error)
-{
-    if (qz_isCocoaFileNoSuchFileError(error) && DropboxCheck::screenshotFolderTest())
-        return corvexErrorByAddingDropboxIncompatibilityInformation(error);
-    return error;
-}
-
 std::unique_ptr<ImageIOSource> pdfImageSource(const QString &path)
 {
     QString reason;
@@ -38,6 +29,13 @@ std::unique_ptr<ImageIOSource> pdfImageSource(const QString &path)
 }
 
 } // namespace
+
+CorvexError Processor::decoratedForDropbox(const CorvexError &error) const
+{
+    if (qz_isCocoaFileNoSuchFileError(error) && mDropboxCheck.screenshotFolderTest())
+        return corvexErrorByAddingDropboxIncompatibilityInformation(error);
+    return error;
+}
 
 QSizeF Processor::imageDimensionsOfURL(const QUrl &url, bool isPDF)
 {
