@@ -128,7 +128,7 @@ add_custom_target(release_archive
   COMMAND ${CMAKE_COMMAND} -E chdir ${archive_stage}${CORVEX_APPLICATIONS_DIR}
           ${CMAKE_COMMAND} -E tar cJf ${CORVEX_RELEASE_ARCHIVE} Corvex.app
   COMMAND ${CMAKE_COMMAND} -E rm -rf ${archive_stage}
-  DEPENDS Corvex CorvexAgent corvex corvex_pdf corvex_bundle_resources corvex_translations
+  DEPENDS Corvex CorvexAgent corvex corvex_commands corvex_pdf corvex_bundle_resources corvex_translations
   COMMENT "Packing ${CORVEX_RELEASE_ARCHIVE}" VERBATIM)
 
 include(cmake/Packaging.cmake)

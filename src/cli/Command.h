@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstdio>
 #include <functional>
 
 // The commands of `corvex`. Each command's source file registers it with a static CommandRegistration:
@@ -17,7 +18,8 @@ namespace cli {
 
 using CommandFunction = std::function<int(const QStringList &arguments)>;
 
-struct Command {
+struct Command
+{
     QString name;
     QString usage;   // the arguments, e.g. "read [DOMAIN [KEY]]"
     QString summary; // one line
@@ -25,12 +27,16 @@ struct Command {
     CommandFunction run;
 };
 
-struct CommandRegistration {
+struct CommandRegistration
+{
     CommandRegistration(const char *name, const char *usage, const char *summary, CommandFunction run,
                         const char *help = "");
 };
 
 const QList<Command> &commands();
+
+// Prints "usage: corvex COMMAND …" with every command's usage and summary.
+void printUsage(std::FILE *stream);
 
 // Output helpers: write UTF-8 text to stdout/stderr. fail() prints "corvex: <message>" and returns 1.
 void out(const QString &text);

@@ -3,8 +3,8 @@
 //
 // corvex process FILE: applies the automatic steps the shared preferences switch on, as the agent does, and
 // prints where the file ended up.
-#include "core/AutomaticSteps.h"
 #include "cli/Command.h"
+#include "core/AutomaticSteps.h"
 #include "core/ScreenshotInfo.h"
 
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 //
 // corvex version-compare A B: prints -1 when A is older than B, 1 when it is newer, 0 otherwise.
 #include "cli/Command.h"
-#include "core/QZSUStandardVersionComparator.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 
 namespace {
 

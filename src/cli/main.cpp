@@ -1,134 +1,80 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// corvex: the command-line tool over the Corvex core.
+// corvex: the command-line tool over the Corvex core. Printing its version and comparing two versions need
+// nothing but Qt Core and start at once; every other command is in the commands module, loaded for it from
+// the PlugIns folder of the bundle the program lies in (Contents/ of Corvex.app) or, for the program of the
+// build tree, of the bundle built beside it.
 #include "cli/Command.h"
-#include "cli/StderrLogger.h"
-#include "core/ImageIOSource.h"
 #include "foundation/Version.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <cstdio>
 #include <cstring>
-#include <memory>
-
-namespace cli {
-
-namespace {
-QList<Command> &registry()
-{
-    static QList<Command> list;
-    return list;
-}
-
-void printUsage(FILE *stream)
-{
-    QString text = QStringLiteral("usage: corvex COMMAND [ARGUMENTS...] | --version\n\nCommands:\n");
-    for (const Command &command : commands())
-        text += QStringLiteral("  %1 %2\n      %3\n").arg(command.name, command.usage, command.summary);
-    text += QStringLiteral("\nRun 'corvex COMMAND --help' for a command's help.\n");
-    std::fputs(text.toUtf8().constData(), stream);
-}
-} // namespace
-
-CommandRegistration::CommandRegistration(const char *name, const char *usage, const char *summary,
-                                         CommandFunction run, const char *help)
-{
-    registry().append(Command{QString::fromUtf8(name), QString::fromUtf8(usage), QString::fromUtf8(summary),
-                              QString::fromUtf8(help), std::move(run)});
-    std::sort(registry().begin(), registry().end(),
-              [](const Command &a, const Command &b) { return a.name < b.name; });
-}
-
-const QList<Command> &commands()
-{
-    return registry();
-}
-
-void out(const QString &text)
-{
-    std::fputs(text.toUtf8().constData(), stdout);
-    std::fflush(stdout);
-}
-
-void err(const QString &text)
-{
-    std::fputs(text.toUtf8().constData(), stderr);
-    std::fflush(stderr);
-}
-
-int fail(const QString &message)
-{
-    err(QStringLiteral("corvex: %1\n").arg(message));
-    return 1;
-}
-
-} // namespace cli
+#include <dlfcn.h>
 
 namespace {
 
-// Whether the command line needs a GUI application object: rendering and writing PDF pages does (fonts, the
-// paint engines). Converting bitmaps and the commands that do no image work start faster without it: no
-// platform plugin, no font set-up.
-bool needsGuiApplication(int argc, char **argv)
+constexpr const char *CommandsModuleName = "libcorvex_commands.so";
+
+bool asksForHelp(int argc, char **argv)
 {
-    if (argc < 2)
-        return true;
-    if (std::strcmp(argv[1], "version-compare") == 0)
-        return false;
-    if (std::strcmp(argv[1], "rename") != 0 || argc != 4)
-        return true;
-    const QString source = QFile::decodeName(argv[2]), destination = QFile::decodeName(argv[3]);
-    for (const QString &path : {source, destination})
-        if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0)
+    for (int i = 2; i < argc; ++i)
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0)
             return true;
-    // A PDF under a bitmap's name is still rendered as a PDF.
-    return ImageIOSource::kindOfFile(source) == ImageIOSource::Kind::PDF;
+    return false;
+}
+
+// The commands module's path, or an empty string when there is none.
+QString commandsModulePath()
+{
+    QDir dir = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).absoluteDir();
+    for (int level = 0; level < 6; ++level) {
+        for (const QString &folder : {dir.filePath(QStringLiteral("PlugIns")),
+                                      dir.filePath(QStringLiteral("Corvex.app/Contents/PlugIns"))}) {
+            const QString path = folder + QLatin1Char('/') + QLatin1String(CommandsModuleName);
+            if (QFileInfo::exists(path))
+                return path;
+        }
+        if (!dir.cdUp())
+            break;
+    }
+    return {};
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    std::unique_ptr<QCoreApplication> app;
-    if (needsGuiApplication(argc, argv)) {
-        // The offscreen platform needs no display.
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        app = std::make_unique<QGuiApplication>(argc, argv);
-    } else {
-        app = std::make_unique<QCoreApplication>(argc, argv);
-    }
-    QCoreApplication::setApplicationName(QStringLiteral("corvex"));
-    cli::installStderrLogger();
-
-    QStringList arguments = QCoreApplication::arguments().mid(1);
-    if (arguments.isEmpty() || arguments.first() == QLatin1String("--help") ||
-        arguments.first() == QLatin1String("-h") || arguments.first() == QLatin1String("help")) {
-        cli::printUsage(arguments.isEmpty() ? stderr : stdout);
-        return arguments.isEmpty() ? 2 : 0;
-    }
-    if (arguments.first() == QLatin1String("--version") || arguments.first() == QLatin1String("-V")) {
-        cli::out(QStringLiteral("corvex " CORVEX_MARKETING_VERSION " (" CORVEX_BUNDLE_VERSION
-                                ", revision " CORVEX_SOURCE_REVISION ")\n"));
+    if (argc == 2 && (std::strcmp(argv[1], "--version") == 0 || std::strcmp(argv[1], "-V") == 0)) {
+        std::fputs("corvex " CORVEX_MARKETING_VERSION " (" CORVEX_BUNDLE_VERSION
+                   ", revision " CORVEX_SOURCE_REVISION ")\n",
+                   stdout);
         return 0;
     }
-    const QString name = arguments.takeFirst();
-    for (const cli::Command &command : cli::commands()) {
-        if (command.name != name)
-            continue;
-        if (arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h"))) {
-            cli::out(QStringLiteral("usage: corvex %1 %2\n%3\n")
-                         .arg(command.name, command.usage, command.summary));
-            if (!command.help.isEmpty())
-                cli::out(QStringLiteral("\n%1\n").arg(command.help));
-            return 0;
-        }
-        const int code = command.run(arguments);
-        cli::flushLogs();
-        return code;
+    if (argc >= 2 && std::strcmp(argv[1], "version-compare") == 0 && !asksForHelp(argc, argv)) {
+        const QCoreApplication app(argc, argv);
+        for (const cli::Command &command : cli::commands())
+            if (command.name == QLatin1String("version-compare"))
+                return command.run(QCoreApplication::arguments().mid(2));
     }
-    return cli::fail(QStringLiteral("unknown command '%1' (try 'corvex --help')").arg(name));
+
+    // Found before any application object exists: the module makes the one its command needs.
+    const QString path = commandsModulePath();
+    void *module =
+        path.isEmpty() ? nullptr : dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+    using Entry = int (*)(int, char **);
+    const auto entry = module ? reinterpret_cast<Entry>(dlsym(module, "corvex_commands_main")) : nullptr;
+    if (!entry) {
+        std::fprintf(stderr,
+                     path.isEmpty()
+                         ? "corvex: the commands are not installed: there is no %s in the PlugIns folder of "
+                           "Corvex.app\n"
+                         : "corvex: the commands are not installed properly: %s\n",
+                     path.isEmpty() ? CommandsModuleName : dlerror());
+        return 1;
+    }
+    return entry(argc, argv);
 }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/BookmarkItem.h"
 
-#include "platform/Bookmark.h"
 #include "core/BookmarkException.h"
+#include "platform/Bookmark.h"
 
 BookmarkItem::BookmarkItem(const QByteArray &bookmarkData) : mBookmarkData(bookmarkData) {}
 

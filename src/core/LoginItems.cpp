@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/LoginItems.h"
 
-#include "core/QZSUStandardVersionComparator.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 #include "logging/Log.h"
 #include "platform/AutostartEntry.h"
 #include "platform/Bundle.h"

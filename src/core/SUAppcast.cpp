@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/SUAppcast.h"
 
-#include "core/QZSUStandardVersionComparator.h"
 #include "core/SUErrors.h"
 #include "foundation/CorvexError.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 
 #include <QCoreApplication>
 #include <QXmlStreamReader>

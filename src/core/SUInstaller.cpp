@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/SUInstaller.h"
 
-#include "core/QZSUStandardVersionComparator.h"
 #include "core/SUErrors.h"
 #include "foundation/CorvexError.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 #include "platform/Bundle.h"
 #include "platform/Trash.h"
 

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ScreenshotInfo.h"
 
+#include "foundation/Notifications.h"
+#include "logging/Log.h"
 #include "platform/Bookmark.h"
 #include "platform/FileAttributes.h"
-#include "logging/Log.h"
-#include "foundation/Notifications.h"
 #include "platform/PropertyList.h"
 
 namespace {

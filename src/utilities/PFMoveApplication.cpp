@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "utilities/PFMoveApplication.h"
 
-#include "core/QZSUStandardVersionComparator.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 #include "platform/Bundle.h"
 #include "utilities/PFMoveApplicationEnvironment.h"
 #include "utilities/PFMoveApplicationLaunchers.h"
