@@ -25,19 +25,17 @@ protected:
     {
         mHome = home() + u"/dropbox-%1"_s.arg(++sCount);
         QDir().mkpath(mHome);
-        DropboxCheck::setHomeFolder(mHome);
-    }
-    void TearDown() override
-    {
-        DropboxCheck::resetClientFactsProvider();
-        DropboxCheck::resetHomeFolder();
     }
 
-    static void setClient(bool running, const QString &bundleVersion, const QString &shortVersion)
+    void setClient(bool running, const QString &bundleVersion, const QString &shortVersion)
     {
-        DropboxCheck::setClientFactsProvider([=] {
-            return DropboxClientFacts{running, bundleVersion, shortVersion};
-        });
+        mClient = DropboxClientFacts{running, bundleVersion, shortVersion};
+    }
+
+    // The check of this test's home, told about the client set last.
+    DropboxCheck check() const
+    {
+        return DropboxCheck(mHome, [client = mClient] { return client; });
     }
 
     // A settings file whose second line names the folder, as the client writes it.
@@ -47,6 +45,7 @@ protected:
     }
 
     QString mHome;
+    DropboxClientFacts mClient;
     static inline int sCount = 0;
 };
 
@@ -69,16 +68,16 @@ TEST_F(DropboxCheckTest, ClientVersions)
                  {false, "3.0", "3.0", false}};
     for (const auto &c : cases) {
         setClient(c.running, QString::fromLatin1(c.bundleVersion), QString::fromLatin1(c.shortVersion));
-        EXPECT_EQ(DropboxCheck::runningClientTest(), c.newEnough) << c.bundleVersion << " " << c.shortVersion;
+        EXPECT_EQ(check().runningClientTest(), c.newEnough) << c.bundleVersion << " " << c.shortVersion;
     }
 }
 
 TEST_F(DropboxCheckTest, FolderLookupInAnyEncodingAndTheBase64Filter)
 {
-    EXPECT_FALSE(DropboxCheck::dropboxFolder()) << "no settings file";
+    EXPECT_FALSE(check().dropboxFolder()) << "no settings file";
 
     writeHostDb(mHome + "/Dröpbox (Personal)");
-    EXPECT_EQ(DropboxCheck::dropboxFolder(), mHome + "/Dröpbox (Personal)");
+    EXPECT_EQ(check().dropboxFolder(), mHome + "/Dröpbox (Personal)");
 
     // One line; nothing; not base64; an empty second line; not UTF-8; not an absolute path.
     for (const QByteArray &settings :
@@ -87,7 +86,7 @@ TEST_F(DropboxCheckTest, FolderLookupInAnyEncodingAndTheBase64Filter)
                            "abc\n" + QByteArray("/tmp/\xff\xfe").toBase64() + "\n",
                            "abc\n" + QByteArray("Dropbox").toBase64() + "\n"}) {
         writeFile(mHome + "/.dropbox/host.db", settings);
-        EXPECT_FALSE(DropboxCheck::dropboxFolder()) << settings.constData();
+        EXPECT_FALSE(check().dropboxFolder()) << settings.constData();
     }
 
     // The encoding is detected; a path longer than one 256-byte chunk of the decoder.
@@ -95,7 +94,7 @@ TEST_F(DropboxCheckTest, FolderLookupInAnyEncodingAndTheBase64Filter)
     const QString text = "hash\n" + QString::fromLatin1(longFolder.toUtf8().toBase64()) + "\n";
     QStringEncoder utf16(QStringConverter::Utf16LE, QStringConverter::Flag::WriteBom);
     writeFile(mHome + "/.dropbox/host.db", utf16.encode(text));
-    EXPECT_EQ(DropboxCheck::dropboxFolder(), longFolder);
+    EXPECT_EQ(check().dropboxFolder(), longFolder);
 
     // The filter decodes a line of up to 1024 characters whole; a longer one loses its tail, and a partial
     // result is refused rather than taken for a path.
@@ -116,17 +115,17 @@ TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
     QDir().mkpath(folder);
     writeHostDb(folder);
     setClient(true, "2.4.0", "2.4.0");
-    EXPECT_FALSE(DropboxCheck::screenshotFolderTest()) << "no Screenshots folder";
-    DropboxCheck::checkDropbox();
+    EXPECT_FALSE(check().screenshotFolderTest()) << "no Screenshots folder";
+    check().checkDropbox();
     EXPECT_TRUE(capture.messages().isEmpty());
 
     writeFile(folder + "/Screenshots", "a file, not a folder");
-    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+    EXPECT_FALSE(check().screenshotFolderTest());
 
     QFile::remove(folder + "/Screenshots");
     QDir().mkpath(folder + "/Screenshots");
-    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
-    DropboxCheck::checkDropbox();
+    EXPECT_TRUE(check().screenshotFolderTest());
+    check().checkDropbox();
     const QString warning =
         "The Dropbox feature \"Share screenshots using Dropbox\" is incompatible with Corvex "
         "and might be turned on.\n\nPlease check the preferences in the Dropbox app and "
@@ -135,16 +134,16 @@ TEST_F(DropboxCheckTest, FolderTestNeedsAScreenshotsDirectoryAndANewClient)
     EXPECT_EQ(capture.messages().size(), 1);
 
     setClient(true, "2.3.9", "2.3.9");
-    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+    EXPECT_FALSE(check().screenshotFolderTest());
 
     // Without the settings file, the folder named in info.json alone is found.
     setClient(true, "2.4.0", "2.4.0");
     QFile::remove(mHome + "/.dropbox/host.db");
-    EXPECT_FALSE(DropboxCheck::screenshotFolderTest());
+    EXPECT_FALSE(check().screenshotFolderTest());
     const QString work = mHome + "/Dropbox (Work)";
     QDir().mkpath(work + "/Screenshots");
     writeFile(mHome + "/.dropbox/info.json", R"({"business": {"path": ")" + work.toUtf8() + R"("}})");
-    EXPECT_TRUE(DropboxCheck::screenshotFolderTest());
+    EXPECT_TRUE(check().screenshotFolderTest());
 }
 
 TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
@@ -164,7 +163,7 @@ TEST_F(DropboxCheckTest, AccountFoldersFromInfoJson)
     };
     for (const auto &c : cases) {
         writeFile(mHome + "/.dropbox/info.json", c.json);
-        EXPECT_EQ(DropboxCheck::accountFolders(), c.folders) << c.json.constData();
+        EXPECT_EQ(check().accountFolders(), c.folders) << c.json.constData();
         EXPECT_EQ(capture.takeMessages().size(), c.warned ? 1 : 0) << c.json.constData();
     }
 }
@@ -197,14 +196,14 @@ protected:
 // own).
 TEST_F(DropboxSystemClientTest, TheRunningClientsVersion)
 {
-    EXPECT_FALSE(DropboxCheck::systemClientFacts().running);
-    // No provider set: the client test uses the system's facts.
-    const auto expectClient = [](const QString &version, bool newEnough) {
-        const DropboxClientFacts facts = DropboxCheck::systemClientFacts();
+    EXPECT_FALSE(DropboxCheck::systemClientFacts(mHome).running);
+    // A check made without a source of facts asks the system.
+    const auto expectClient = [this](const QString &version, bool newEnough) {
+        const DropboxClientFacts facts = DropboxCheck::systemClientFacts(mHome);
         EXPECT_TRUE(facts.running);
         EXPECT_EQ(facts.bundleVersion, version);
         EXPECT_EQ(facts.shortVersionString, version);
-        EXPECT_EQ(DropboxCheck::runningClientTest(), newEnough);
+        EXPECT_EQ(DropboxCheck(mHome, {}).runningClientTest(), newEnough);
     };
 
     // From the name of the distribution folder it runs from.

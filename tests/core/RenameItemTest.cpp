@@ -17,6 +17,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -37,12 +38,6 @@ using pngchunks::blocks;
 class RenameItemTest : public ::testing::Test
 {
 protected:
-    void TearDown() override
-    {
-        DropboxCheck::resetClientFactsProvider();
-        DropboxCheck::resetHomeFolder();
-    }
-
     QString path(const QString &name) const { return mDir.filePath(name); }
     static QUrl url(const QString &file) { return QUrl::fromLocalFile(file); }
 
@@ -58,11 +53,11 @@ protected:
 
     bool rename(const QString &from, const QString &to, CorvexError *error = nullptr)
     {
-        return Processor::sharedProcessor().renameItemAtURL(url(from), format(QFileInfo(from).suffix()),
-                                                            url(to), format(QFileInfo(to).suffix()), error);
+        return mProcessor->renameItemAtURL(url(from), format(QFileInfo(from).suffix()), url(to),
+                                           format(QFileInfo(to).suffix()), error);
     }
 
-    // Makes the Dropbox check say that screenshot sharing might be on.
+    // Renames from here on with a processor whose Dropbox check says that screenshot sharing might be on.
     void pretendDropboxSharesScreenshots()
     {
         const QString home = path(u"dropbox-home"_s);
@@ -70,12 +65,15 @@ protected:
         QDir().mkpath(folder + u"/Screenshots"_s);
         corvex::test::writeFile(home + u"/.dropbox/host.db"_s,
                                 "0123abcd\n" + folder.toUtf8().toBase64() + "\n");
-        DropboxCheck::setHomeFolder(home);
-        DropboxCheck::setClientFactsProvider([] { return DropboxClientFacts{true, u"2.4.0"_s, u"2.4.0"_s}; });
-        ASSERT_TRUE(DropboxCheck::screenshotFolderTest());
+        const DropboxCheck dropbox(home, [] { return DropboxClientFacts{true, u"2.4.0"_s, u"2.4.0"_s}; });
+        ASSERT_TRUE(dropbox.screenshotFolderTest());
+        mOwnProcessor = std::make_unique<Processor>(dropbox);
+        mProcessor = mOwnProcessor.get();
     }
 
     QTemporaryDir mDir;
+    std::unique_ptr<Processor> mOwnProcessor;
+    Processor *mProcessor = &Processor::sharedProcessor();
 };
 
 TEST_F(RenameItemTest, OnlyTheSameRowMovesWithoutTrashAndNeverOntoAFile)
