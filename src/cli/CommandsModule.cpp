@@ -22,9 +22,11 @@ namespace {
 bool needsGuiApplication(int argc, char **argv)
 {
     if (argc < 2)
-        return true;
-    if (std::strcmp(argv[1], "version-compare") == 0)
         return false;
+    for (const char *command :
+         {"version-compare", "defaults", "notifications", "watch", "--help", "-h", "help"})
+        if (std::strcmp(argv[1], command) == 0)
+            return false;
     if (std::strcmp(argv[1], "rename") != 0 || argc != 4)
         return true;
     const QString source = QFile::decodeName(argv[2]), destination = QFile::decodeName(argv[3]);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/QZSUStandardVersionComparator.h"
+#include "foundation/QZSUStandardVersionComparator.h"
 
 #include <gtest/gtest.h>
 #include <limits>
