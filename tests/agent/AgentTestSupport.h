@@ -24,16 +24,6 @@
 #include <memory>
 #include <ostream>
 
-// Readable strings in assertion messages.
-inline void PrintTo(const QString &text, std::ostream *stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-inline void PrintTo(const QStringList &list, std::ostream *stream)
-{
-    *stream << '[' << list.join(QStringLiteral(", ")).toStdString() << ']';
-}
-
 namespace corvex::test::agent {
 
 inline QString agentExecutable()

@@ -24,15 +24,6 @@ using namespace Qt::StringLiterals;
 
 using namespace corvex::test;
 
-inline void PrintTo(const QString &text, std::ostream *stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-inline void PrintTo(const QStringList &list, std::ostream *stream)
-{
-    *stream << '[' << list.join(u", "_s).toStdString() << ']';
-}
-
 namespace {
 
 class AgentLoginItemsTest : public testing::Test

@@ -80,10 +80,10 @@ TEST(WelcomeWindowControllerTest, ShowsTheBundledDocumentWhoseLinksOpenInTheBrow
     const QString unreadable = dir.filePath("Unreadable.rtfd");
     QDir().mkpath(unreadable + "/index.html"); // a folder where the page should be
     for (const QString &path : {dir.filePath("Missing.rtfd"), empty, unreadable}) {
-        WelcomeWindowController unreadable(path);
-        unreadable.window();
-        EXPECT_FALSE(unreadable.documentLoaded()) << qPrintable(path);
-        EXPECT_EQ(unreadable.welcomeTextView()->toPlainText(), u"error reading rtfd"_s);
+        WelcomeWindowController failing(path);
+        failing.window();
+        EXPECT_FALSE(failing.documentLoaded()) << qPrintable(path);
+        EXPECT_EQ(failing.welcomeTextView()->toPlainText(), u"error reading rtfd"_s);
     }
 }
 

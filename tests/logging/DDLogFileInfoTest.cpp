@@ -5,8 +5,10 @@
 #include "platform/ExtendedAttributes.h"
 #include "platform/ExtendedAttributes_p.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -143,6 +145,12 @@ TEST_F(DDLogFileInfoTest, RenamingMovesTheFileAndItsFlag)
 TEST_F(DDLogFileInfoTest, ComparisonPutsTheLaterFileFirst)
 {
     const QString older = corvex::test::writeFile(path(u"log-00000A.txt"_s), "a");
+    // Creation times follow the kernel's coarse clock: the second file is made once a new one is born later.
+    const QDateTime born = QFileInfo(older).birthTime();
+    ASSERT_TRUE(corvex::test::waitUntil([&] {
+        QFile::remove(path(u"probe"_s));
+        return QFileInfo(corvex::test::writeFile(path(u"probe"_s), "")).birthTime() > born;
+    }));
     const QString newer = corvex::test::writeFile(path(u"log-00000B.txt"_s), "b");
     DDLogFileInfo a(older);
     DDLogFileInfo b(newer);

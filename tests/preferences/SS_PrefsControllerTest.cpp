@@ -5,7 +5,6 @@
 // shown first, titles, the frame on a switch, keyboard switching and closing, and the alert when nothing
 // loads.
 #include "preferences/SS_PrefsController.h"
-#include "../logging/StderrCapture.h"
 #include "TestSupport.h"
 #include "core/UserDefaults.h"
 #include "preferences/PreferencePaneBundle.h"
@@ -74,22 +73,22 @@ TEST_F(PrefsControllerTest, LoadsPaneBundlesInTheOrderGivenAndSkipsFaultyOnesEac
     const QString empty = folder.path() + u"/Empty.preferencePane"_s;
     QDir().mkpath(empty);
 
-    StderrCapture capture;
+    testing::internal::CaptureStderr();
     SS_PrefsController controller(folder.path());
-    capture.restore();
+    const QString quiet = QString::fromStdString(testing::internal::GetCapturedStderr());
     QStringList loaded = controller.loadedPanes();
     loaded.sort();
     EXPECT_EQ(loaded, (QStringList{u"Alpha"_s, u"Beta"_s}));
     EXPECT_EQ(controller.panesOrder(), (QStringList{u"Alpha"_s, u"Beta"_s}));
     // Without debug the refusals are silent.
-    EXPECT_FALSE(capture.text().contains(u"PREFERENCES DEBUG"_s));
+    EXPECT_FALSE(quiet.contains(u"PREFERENCES DEBUG"_s));
     // The toolbar order keeps only loaded panes and, with debug, reports the rest.
     controller.setDebug(true);
-    StderrCapture debug;
+    testing::internal::CaptureStderr();
     controller.setPanesOrder({u"Beta"_s, u"Gamma"_s, u"Alpha"_s});
-    debug.restore();
+    const QString debug = QString::fromStdString(testing::internal::GetCapturedStderr());
     EXPECT_EQ(controller.panesOrder(), (QStringList{u"Beta"_s, u"Alpha"_s}));
-    EXPECT_TRUE(debug.text().contains(QStringLiteral(
+    EXPECT_TRUE(debug.contains(QStringLiteral(
         "[--- PREFERENCES DEBUG MESSAGE ---]\rDid not add preference pane \"Gamma\" to the toolbar "
         "ordering array, because that pane does not exist.\r\r")));
 

@@ -13,6 +13,16 @@
 #include <QThread>
 #include <cmath>
 
+void PrintTo(const QString &text, std::ostream *stream)
+{
+    *stream << '"' << text.toStdString() << '"';
+}
+
+void PrintTo(const QStringList &list, std::ostream *stream)
+{
+    *stream << '[' << list.join(QStringLiteral(", ")).toStdString() << ']';
+}
+
 namespace corvex::test {
 
 QString home()

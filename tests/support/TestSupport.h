@@ -7,8 +7,13 @@
 #include <QStringList>
 #include <chrono>
 #include <functional>
+#include <ostream>
 
 class QImage;
+
+// Strings and string lists as text in assertion messages.
+void PrintTo(const QString &text, std::ostream *stream);
+void PrintTo(const QStringList &list, std::ostream *stream);
 
 // Every test process runs in a home of its own (HOME and the XDG folders below a fresh temporary folder),
 // on a private D-Bus session bus and on Qt's offscreen platform. See TestMain.cpp.

@@ -275,7 +275,7 @@ TEST_F(PFMoveApplicationTest, RunningCopyInTheTargetIsSwitchedToUnlessThisOneIsN
 TEST_F(PFMoveApplicationTest, FailuresLeaveTheOldCopyAndSayWhy)
 {
     // Each case starts afresh, the move to ~/Applications agreed to and the Trash working as given.
-    const auto arrange = [this](bool trashWorks) {
+    const auto arrange = [this](bool trashWorks) -> QString {
         SetUp();
         putAppIntoHomeApplications();
         answer.move = true;

@@ -12,11 +12,6 @@
 
 using namespace Qt::StringLiterals;
 
-void PrintTo(const QString &text, std::ostream *stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 class SymlinksAndAliasesTest : public ::testing::Test

@@ -16,11 +16,6 @@ using namespace Qt::StringLiterals;
 using corvex::test::waitUntil;
 using corvex::test::writeFile;
 
-void PrintTo(const QString &text, std::ostream *stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
-
 namespace {
 
 class Delegate : public UKFileWatcherDelegate

@@ -24,10 +24,6 @@ using corvex::test::waitUntil;
 using corvex::test::writeFile;
 
 // Readable failure messages.
-void PrintTo(const QString &text, std::ostream *stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
