@@ -34,7 +34,7 @@ QString commandsModulePath()
     for (int level = 0; level < 6; ++level) {
         for (const QString &folder : {dir.filePath(QStringLiteral("PlugIns")),
                                       dir.filePath(QStringLiteral("Corvex.app/Contents/PlugIns"))}) {
-            const QString path = folder + QLatin1Char('/') + QLatin1String(CommandsModuleName);
+            QString path = folder + QLatin1Char('/') + QLatin1String(CommandsModuleName);
             if (QFileInfo::exists(path))
                 return path;
         }
