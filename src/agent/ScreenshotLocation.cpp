@@ -75,15 +75,13 @@ void ScreenshotLocation::watchConfiguration()
 {
     if (!mInotify) {
         mInotify = std::make_unique<Inotify>([this] { readEvents(); });
-        if (!mInotify->isValid()) {
+        if (!mInotify->isValid())
             DDLogWarn(QStringLiteral(
                 "Changes of the desktop's screenshot settings are not followed: inotify is not "
                 "available"));
-            return;
-        }
-    } else if (!mInotify->isValid()) {
-        return;
     }
+    if (!mInotify->isValid())
+        return;
     const QString configHome = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     const QStringList folders{configHome, configHome + QStringLiteral("/flameshot"),
                               PreferenceStore::defaultDirectory()};
