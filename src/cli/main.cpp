@@ -6,11 +6,11 @@
 // the PlugIns folder of the bundle the program lies in (Contents/ of Corvex.app) or, for the program of the
 // build tree, of the bundle built beside it.
 #include "cli/Command.h"
+#include "foundation/BundlePlugIns.h"
 #include "foundation/Version.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
@@ -25,23 +25,6 @@ bool asksForHelp(int argc, char **argv)
         if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0)
             return true;
     return false;
-}
-
-// The commands module's path, or an empty string when there is none.
-QString commandsModulePath()
-{
-    QDir dir = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).absoluteDir();
-    for (int level = 0; level < 6; ++level) {
-        for (const QString &folder : {dir.filePath(QStringLiteral("PlugIns")),
-                                      dir.filePath(QStringLiteral("Corvex.app/Contents/PlugIns"))}) {
-            QString path = folder + QLatin1Char('/') + QLatin1String(CommandsModuleName);
-            if (QFileInfo::exists(path))
-                return path;
-        }
-        if (!dir.cdUp())
-            break;
-    }
-    return {};
 }
 
 } // namespace
@@ -62,7 +45,7 @@ int main(int argc, char **argv)
     }
 
     // Found before any application object exists: the module makes the one its command needs.
-    const QString path = commandsModulePath();
+    const QString path = bundlePlugInPath(QLatin1String(CommandsModuleName));
     void *module =
         path.isEmpty() ? nullptr : dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
     using Entry = int (*)(int, char **);

@@ -3,10 +3,9 @@
 #include "core/ImageIOPDF.h"
 
 #include "core/PDFReaderModule.h"
+#include "foundation/BundlePlugIns.h"
 #include "logging/Log.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QIODevice>
 #include <QLibrary>
 #include <QPageSize>
@@ -32,41 +31,31 @@ struct Reader
     QString problem; // why there is none
 };
 
-// The reader module, loaded once, on first use: from the PlugIns folder of the bundle the program lies in
-// (Contents/ of Corvex.app, for the application, the agent and `corvex` alike) or, for a program of the build
-// tree, of the bundle built beside it. It is never unloaded.
+// The reader module, loaded once, on first use, from the PlugIns folder of the bundle. It is never unloaded.
 const Reader &reader()
 {
     static const Reader loaded = [] {
         Reader result;
-        QDir dir = QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).absoluteDir();
-        for (int level = 0; level < 6; ++level) {
-            for (const QString &folder : {dir.filePath(QStringLiteral("PlugIns")),
-                                          dir.filePath(QStringLiteral("Corvex.app/Contents/PlugIns"))}) {
-                const QString path = folder + QLatin1Char('/') + QLatin1String(PDFReaderModule::FileName);
-                if (!QFileInfo::exists(path))
-                    continue;
-                QLibrary library(path);
-                const auto entry =
-                    reinterpret_cast<PDFReaderModuleEntry>(library.resolve(PDFReaderModule::EntryName));
-                const PDFReaderModule *module = entry ? entry() : nullptr;
-                if (module && module->version == PDFReaderModule::Version) {
-                    module->setMessageHandler(logPopplerMessage);
-                    result.module = module;
-                    return result;
-                }
-                result.problem =
-                    QStringLiteral("PDF support is not installed properly: %1 %2")
-                        .arg(path, module ? QStringLiteral("is of another version") : library.errorString());
-                return result;
-            }
-            if (!dir.cdUp())
-                break;
+        const QString path = bundlePlugInPath(QLatin1String(PDFReaderModule::FileName));
+        if (path.isEmpty()) {
+            result.problem =
+                QStringLiteral("PDF support is not installed: there is no %1 in the PlugIns folder of "
+                               "Corvex.app")
+                    .arg(QLatin1String(PDFReaderModule::FileName));
+            return result;
+        }
+        QLibrary library(path);
+        const auto entry =
+            reinterpret_cast<PDFReaderModuleEntry>(library.resolve(PDFReaderModule::EntryName));
+        const PDFReaderModule *module = entry ? entry() : nullptr;
+        if (module && module->version == PDFReaderModule::Version) {
+            module->setMessageHandler(logPopplerMessage);
+            result.module = module;
+            return result;
         }
         result.problem =
-            QStringLiteral("PDF support is not installed: there is no %1 in the PlugIns folder of "
-                           "Corvex.app")
-                .arg(QLatin1String(PDFReaderModule::FileName));
+            QStringLiteral("PDF support is not installed properly: %1 %2")
+                .arg(path, module ? QStringLiteral("is of another version") : library.errorString());
         return result;
     }();
     return loaded;
