@@ -4,8 +4,9 @@
 #
 # Start-up of `corvex` for a command that touches no PDF, side by side with a bare QCoreApplication that
 # prints one line (bench/reference/bare_core_app.cpp, compiled here): median wall time and peak memory of
-# RUNS whole processes each, and the ratios. Then a command of the commands module (which brings the core),
-# and the first PDF read, which also loads the PDF module.
+# RUNS whole processes each, and the ratios: version comparison and a preference read, both built into
+# `corvex`. Then a command of the commands module (which brings the core) that reads a PDF, and so also loads
+# the PDF module.
 #
 #   bench/startup-bench.sh [BUILD_DIR] [RUNS]      (defaults: build, 10)
 set -euo pipefail
@@ -56,7 +57,7 @@ printf '%-34s %8s %9s\n' "" "ms" "peak KiB"
 printf '%-34s %8s %9s\n' "bare QCoreApplication (reference)" "$bare_t" "$bare_m"
 printf '%-34s %8s %9s   %s x time, %s x memory\n' "corvex version-compare" "$cli_t" "$cli_m" \
   "$(python3 -c "print(round($cli_t / max($bare_t, 0.001), 2))")" "$(python3 -c "print(round($cli_m / $bare_m, 2))")"
-printf '%-34s %8s %9s   %s x time, %s x memory (loads the commands)\n' "corvex defaults read" "$defaults_t" \
+printf '%-34s %8s %9s   %s x time, %s x memory\n' "corvex defaults read" "$defaults_t" \
   "$defaults_m" "$(python3 -c "print(round($defaults_t / max($bare_t, 0.001), 2))")" \
   "$(python3 -c "print(round($defaults_m / $bare_m, 2))")"
 printf '%-34s %8s %9s   (loads the commands and the PDF module)\n' "corvex name page.pdf (its size)" "$pdf_t" \

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// corvex: the command-line tool over the Corvex core. Printing its version and comparing two versions need
-// nothing but Qt Core and start at once; every other command is in the commands module, loaded for it from
-// the PlugIns folder of the bundle the program lies in (Contents/ of Corvex.app) or, for the program of the
-// build tree, of the bundle built beside it.
+// corvex: the command-line tool over the Corvex core. Its version, comparing two versions and the preference
+// domains need nothing of the core and start at once: they are built in. Every other command is in the
+// commands module, loaded for it from the PlugIns folder of the bundle the program lies in (Contents/ of
+// Corvex.app) or, for the program of the build tree, of the bundle built beside it.
 #include "cli/Command.h"
 #include "foundation/BundlePlugIns.h"
+#include "foundation/Diagnostics.h"
 #include "foundation/Version.h"
 
 #include <QCoreApplication>
@@ -27,6 +28,24 @@ bool asksForHelp(int argc, char **argv)
     return false;
 }
 
+// The built-in command of that name, or null.
+const cli::Command *builtInCommand(const char *name)
+{
+    for (const cli::Command &command : cli::commands())
+        if (command.name == QLatin1String(name))
+            return &command;
+    return nullptr;
+}
+
+// The platform services' messages, as the commands module's logger writes them: errors as "corvex: <text>",
+// the others only when CORVEX_VERBOSE is set.
+void printDiagnostic(Diagnostics::Level level, bool, const char *, const char *, int, const QString &message)
+{
+    static const bool verbose = !qEnvironmentVariableIsEmpty("CORVEX_VERBOSE");
+    if (level == Diagnostics::Level::Error || verbose)
+        cli::err(QStringLiteral("corvex: %1\n").arg(message));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -37,11 +56,11 @@ int main(int argc, char **argv)
                    stdout);
         return 0;
     }
-    if (argc >= 2 && std::strcmp(argv[1], "version-compare") == 0 && !asksForHelp(argc, argv)) {
+    if (const cli::Command *command = argc >= 2 ? builtInCommand(argv[1]) : nullptr;
+        command && !asksForHelp(argc, argv)) {
         const QCoreApplication app(argc, argv);
-        for (const cli::Command &command : cli::commands())
-            if (command.name == QLatin1String("version-compare"))
-                return command.run(QCoreApplication::arguments().mid(2));
+        Diagnostics::setReceiver(printDiagnostic);
+        return command->run(QCoreApplication::arguments().mid(2));
     }
 
     // Found before any application object exists: the module makes the one its command needs.
