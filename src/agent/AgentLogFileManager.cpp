@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "agent/AgentLogFileManager.h"
 
+#include "foundation/Notifications.h"
 #include "logging/DDLogFileInfo.h"
 #include "platform/DistributedNotificationCenter.h"
-#include "foundation/Notifications.h"
 
 #include <QDir>
 #include <QFile>
@@ -70,13 +70,13 @@ bool AgentLogFileManager::makeCurrentLogFile(const QString &path)
         return false;
     }
     ::close(fd);
-    DDLogFileInfo(path).recordCreationDate();
+    DDLogFileInfo(path, extendedAttributes()).recordCreationDate();
     return true;
 }
 
 bool AgentLogFileManager::moveArchivedFileAside(const QString &logFilePath)
 {
-    DDLogFileInfo info(logFilePath);
+    DDLogFileInfo info(logFilePath, extendedAttributes());
     const QString folder = QFileInfo(logFilePath).absolutePath();
     for (int attempt = 0; attempt < 100; ++attempt) {
         const QString name = QStringLiteral("log-") + generateShortUUID() + QStringLiteral(".txt");
@@ -91,7 +91,7 @@ bool AgentLogFileManager::moveArchivedFileAside(const QString &logFilePath)
 QString AgentLogFileManager::createNewLogFile()
 {
     const QString path = currentLogFilePath();
-    if (QFileInfo::exists(path) && DDLogFileInfo(path).isArchived())
+    if (QFileInfo::exists(path) && DDLogFileInfo(path, extendedAttributes()).isArchived())
         moveArchivedFileAside(path);
     makeCurrentLogFile(path);
     deleteOldLogFiles();

@@ -64,7 +64,7 @@ void ScreenshotQueue::process(const QString &path)
     if (!file.isFile() || file.size() == 0)
         return; // not written yet: its writer will close it again
     mTaken.insert(*identity);
-    if (CreatedFiles::wasCreated(path))
+    if (CreatedFiles().wasCreated(path))
         return;
     ++mTakenCount;
 

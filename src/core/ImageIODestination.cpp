@@ -101,7 +101,7 @@ std::unique_ptr<ImageIODestination> ImageIODestination::createWithURL(const QUrl
         return nullptr;
     }
     // Marked before anything is written, so that whoever notices the finished file knows who made it.
-    CreatedFiles::markCreated(file->fileName(), replacedPath);
+    CreatedFiles().markCreated(file->fileName(), replacedPath);
     return std::unique_ptr<ImageIODestination>(new ImageIODestination(uti, std::move(file), replacedPath));
 }
 

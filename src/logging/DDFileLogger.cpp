@@ -27,11 +27,13 @@ namespace {
 constexpr qsizetype kGatherLimit = 64 * 1024;
 } // namespace
 
-DDFileLogger::DDFileLogger() : DDFileLogger(std::make_shared<DDLogFileManagerDefault>()) {}
+DDFileLogger::DDFileLogger() : DDFileLogger(nullptr) {}
 
-DDFileLogger::DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager)
-    : DDAbstractLogger(std::make_shared<DDLogFileFormatterDefault>()),
-      mLogFileManager(logFileManager ? logFileManager : std::make_shared<DDLogFileManagerDefault>())
+DDFileLogger::DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager,
+                           const ExtendedAttributes &attributes)
+    : DDAbstractLogger(std::make_shared<DDLogFileFormatterDefault>()), mExtendedAttributes(attributes),
+      mLogFileManager(logFileManager ? logFileManager
+                                     : std::make_shared<DDLogFileManagerDefault>(QString(), attributes))
 {
 }
 
@@ -127,7 +129,8 @@ std::shared_ptr<DDLogFileInfo> DDFileLogger::currentLogFileInfoOnQueue()
         }
     }
     if (!mCurrentLogFileInfo)
-        mCurrentLogFileInfo = DDLogFileInfo::logFileWithPath(mLogFileManager->createNewLogFile());
+        mCurrentLogFileInfo =
+            DDLogFileInfo::logFileWithPath(mLogFileManager->createNewLogFile(), mExtendedAttributes);
     return mCurrentLogFileInfo;
 }
 

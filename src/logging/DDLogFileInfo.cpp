@@ -48,12 +48,16 @@ int compareLaterFirst(qint64 mine, qint64 theirs)
 
 } // namespace
 
-std::shared_ptr<DDLogFileInfo> DDLogFileInfo::logFileWithPath(const QString &filePath)
+std::shared_ptr<DDLogFileInfo> DDLogFileInfo::logFileWithPath(const QString &filePath,
+                                                              const ExtendedAttributes &attributes)
 {
-    return std::make_shared<DDLogFileInfo>(filePath);
+    return std::make_shared<DDLogFileInfo>(filePath, attributes);
 }
 
-DDLogFileInfo::DDLogFileInfo(const QString &filePath) : mFilePath(filePath) {}
+DDLogFileInfo::DDLogFileInfo(const QString &filePath, const ExtendedAttributes &attributes)
+    : mFilePath(filePath), mExtendedAttributes(&attributes)
+{
+}
 
 QString DDLogFileInfo::fileName() const
 {
@@ -81,7 +85,7 @@ const DDLogFileInfo::Attributes &DDLogFileInfo::attributes() const
             // known.
             bool ok = false;
             const qint64 recorded =
-                ExtendedAttributes::value(mFilePath, CreationDateAttributeName).toLongLong(&ok);
+                mExtendedAttributes->value(mFilePath, CreationDateAttributeName).toLongLong(&ok);
             if (ok)
                 result.creationDate = QDateTime::fromMSecsSinceEpoch(recorded);
             else
@@ -165,7 +169,7 @@ void DDLogFileInfo::renameFile(const QString &newFileName)
     } else {
         const QString oldFlag = flagFilePathForAttribute(ArchivedAttributeName);
         if (QFile::exists(oldFlag)) {
-            DDLogFileInfo renamed(newPath);
+            DDLogFileInfo renamed(newPath, *mExtendedAttributes);
             QFile::rename(oldFlag, renamed.flagFilePathForAttribute(ArchivedAttributeName));
         }
     }
@@ -176,7 +180,7 @@ void DDLogFileInfo::renameFile(const QString &newFileName)
 
 bool DDLogFileInfo::hasExtendedAttributeWithName(const QString &attrName) const
 {
-    if (ExtendedAttributes::size(mFilePath, attrName) >= 0)
+    if (mExtendedAttributes->size(mFilePath, attrName) >= 0)
         return true;
     const QByteArray flag = QFile::encodeName(flagFilePathForAttribute(attrName));
     return ::access(flag.constData(), F_OK) == 0;
@@ -185,7 +189,7 @@ bool DDLogFileInfo::hasExtendedAttributeWithName(const QString &attrName) const
 void DDLogFileInfo::addExtendedAttributeWithName(const QString &attrName)
 {
     int errorCode = 0;
-    const int result = ExtendedAttributes::set(mFilePath, attrName, QByteArray(""), &errorCode);
+    const int result = mExtendedAttributes->set(mFilePath, attrName, QByteArray(""), &errorCode);
     if (result == 0)
         return;
     if (ExtendedAttributes::isUnsupportedError(errorCode)) {
@@ -204,7 +208,7 @@ void DDLogFileInfo::addExtendedAttributeWithName(const QString &attrName)
 void DDLogFileInfo::removeExtendedAttributeWithName(const QString &attrName)
 {
     int errorCode = 0;
-    const int result = ExtendedAttributes::remove(mFilePath, attrName, &errorCode);
+    const int result = mExtendedAttributes->remove(mFilePath, attrName, &errorCode);
     if (result != 0 && errorCode != ENODATA && !ExtendedAttributes::isUnsupportedError(errorCode))
         systemLog(QStringLiteral("DDLogFileInfo: removexattr(%1, %2): error = %3")
                       .arg(attrName, fileName())
@@ -221,8 +225,8 @@ void DDLogFileInfo::recordCreationDate()
     const QByteArray path = QFile::encodeName(mFilePath);
     if (::statx(AT_FDCWD, path.constData(), 0, STATX_BTIME, &status) != 0 || (status.stx_mask & STATX_BTIME))
         return;
-    ExtendedAttributes::set(mFilePath, CreationDateAttributeName,
-                            QByteArray::number(QDateTime::currentMSecsSinceEpoch()));
+    mExtendedAttributes->set(mFilePath, CreationDateAttributeName,
+                             QByteArray::number(QDateTime::currentMSecsSinceEpoch()));
     reset();
 }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ExtendedAttributes.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QVariantMap>
@@ -11,7 +13,8 @@
 // One log file on disk. Its attributes are read once, on first use, and kept until reset(). A file is
 // archived (finished, never written again) when it carries the extended attribute "vofungudip.log.archived";
 // where the file system takes no user attributes, an empty flag file beside it (".<name>.archived") means the
-// same. Not safe for use from two threads at once.
+// same. The extended attributes are those of the store given (the file system's unless told otherwise), which
+// must outlive the object. Not safe for use from two threads at once.
 class DDLogFileInfo
 {
 public:
@@ -19,8 +22,11 @@ public:
     // Where the file system keeps no creation dates, the creation time is kept in this attribute.
     static inline const QString CreationDateAttributeName = QStringLiteral("vofungudip.log.created");
 
-    static std::shared_ptr<DDLogFileInfo> logFileWithPath(const QString &filePath);
-    explicit DDLogFileInfo(const QString &filePath);
+    static std::shared_ptr<DDLogFileInfo>
+    logFileWithPath(const QString &filePath,
+                    const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem());
+    explicit DDLogFileInfo(const QString &filePath,
+                           const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem());
 
     const QString &filePath() const { return mFilePath; }
     // The last path component of filePath().
@@ -78,5 +84,6 @@ private:
     const Attributes &attributes() const;
 
     QString mFilePath;
+    const ExtendedAttributes *mExtendedAttributes;
     mutable std::optional<Attributes> mAttributes;
 };

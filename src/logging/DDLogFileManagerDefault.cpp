@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDLogFileManagerDefault.h"
 
+#include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogFileInfo.h"
 #include "logging/SystemLog_p.h"
-#include "foundation/DispatchQueue.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -43,9 +43,11 @@ int makeDirectories(const QString &path)
 
 } // namespace
 
-DDLogFileManagerDefault::DDLogFileManagerDefault() = default;
+DDLogFileManagerDefault::DDLogFileManagerDefault() : DDLogFileManagerDefault(QString()) {}
 
-DDLogFileManagerDefault::DDLogFileManagerDefault(const QString &logsDirectory) : mLogsDirectory(logsDirectory)
+DDLogFileManagerDefault::DDLogFileManagerDefault(const QString &logsDirectory,
+                                                 const ExtendedAttributes &attributes)
+    : mLogsDirectory(logsDirectory), mExtendedAttributes(attributes)
 {
 }
 
@@ -143,7 +145,7 @@ QList<std::shared_ptr<DDLogFileInfo>> DDLogFileManagerDefault::unsortedLogFileIn
 {
     QList<std::shared_ptr<DDLogFileInfo>> infos;
     for (const QString &path : unsortedLogFilePaths())
-        infos.append(DDLogFileInfo::logFileWithPath(path));
+        infos.append(DDLogFileInfo::logFileWithPath(path, mExtendedAttributes));
     return infos;
 }
 
@@ -191,7 +193,7 @@ QString DDLogFileManagerDefault::createNewLogFile()
         const int fd = ::open(encoded.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0) {
             ::close(fd);
-            DDLogFileInfo(path).recordCreationDate();
+            DDLogFileInfo(path, mExtendedAttributes).recordCreationDate();
             created = true;
             break;
         }

@@ -3,20 +3,27 @@
 #pragma once
 
 #include "logging/DDLogFileManager.h"
+#include "platform/ExtendedAttributes.h"
 
 #include <atomic>
 
 // The standard log file manager: files named "log-XXXXXX.txt" (six upper-case hexadecimal characters) in
 // $XDG_DATA_HOME/<process name>/Logs, keeping the file in use and five archived files unless told otherwise.
-// Make it with std::make_shared so that changes of the number kept can clear away files later.
+// The files' extended attributes are those of the store given (the file system's unless told otherwise),
+// which must outlive the manager. Make it with std::make_shared so that changes of the number kept can clear
+// away files later.
 class DDLogFileManagerDefault : public DDLogFileManager,
                                 public std::enable_shared_from_this<DDLogFileManagerDefault>
 {
 public:
     // Files in the standard folder.
     DDLogFileManagerDefault();
-    // Files in the given folder.
-    explicit DDLogFileManagerDefault(const QString &logsDirectory);
+    // Files in the given folder (an empty path stands for the standard one).
+    explicit DDLogFileManagerDefault(const QString &logsDirectory,
+                                     const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem());
+
+    // The store of the files' extended attributes.
+    const ExtendedAttributes &extendedAttributes() const { return mExtendedAttributes; }
 
     quint64 maximumNumberOfLogFiles() const override;
     // Clears away files beyond the new number (asynchronously, on the logging queue) when it changes.
@@ -57,5 +64,6 @@ private:
     QStringList logFilePathsIn(const QString &directory) const;
 
     QString mLogsDirectory;
+    const ExtendedAttributes &mExtendedAttributes;
     std::atomic<quint64> mMaximumNumberOfLogFiles{5};
 };

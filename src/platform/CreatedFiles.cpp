@@ -74,11 +74,10 @@ QString CreatedFiles::registryPath()
     return folder + QStringLiteral("/corvex/created-files");
 }
 
-void CreatedFiles::markCreated(const QString &path, const QString &finalPath)
+void CreatedFiles::markCreated(const QString &path, const QString &finalPath) const
 {
     int errorCode = 0;
-    if (ExtendedAttributes::set(path, ExtendedAttributes::CreatedByCorvex, QByteArray("1"), &errorCode) ==
-            0 ||
+    if (mAttributes.set(path, ExtendedAttributes::CreatedByCorvex, QByteArray("1"), &errorCode) == 0 ||
         !ExtendedAttributes::isUnsupportedError(errorCode))
         return;
     const QByteArray identity = identityOf(path);
@@ -95,10 +94,10 @@ void CreatedFiles::markCreated(const QString &path, const QString &finalPath)
     });
 }
 
-bool CreatedFiles::wasCreated(const QString &path)
+bool CreatedFiles::wasCreated(const QString &path) const
 {
     int errorCode = 0;
-    if (ExtendedAttributes::size(path, ExtendedAttributes::CreatedByCorvex, &errorCode) >= 0)
+    if (mAttributes.size(path, ExtendedAttributes::CreatedByCorvex, &errorCode) >= 0)
         return true;
     if (!QFileInfo::exists(registryPath()))
         return false;

@@ -1,21 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ExtendedAttributes.h"
-#include "platform/ExtendedAttributes_p.h"
 
 #include <QFile>
-#include <atomic>
 #include <cerrno>
 #include <sys/xattr.h>
 
 namespace {
-
-std::atomic<bool> gUserAttributesRefused{false};
-
-bool refused(const QByteArray &platformName)
-{
-    return gUserAttributesRefused.load(std::memory_order_relaxed) && platformName.startsWith("user.");
-}
 
 template <class Result> Result finish(Result result, int *errorCode)
 {
@@ -26,9 +17,11 @@ template <class Result> Result finish(Result result, int *errorCode)
 
 } // namespace
 
-void extended_attributes_private::setUserAttributesRefused(bool refusedNow)
+const ExtendedAttributes &ExtendedAttributes::fileSystem()
 {
-    gUserAttributesRefused.store(refusedNow);
+    // Kept for the life of the process: loggers still write while it exits.
+    static const ExtendedAttributes *const files = new ExtendedAttributes;
+    return *files;
 }
 
 QByteArray ExtendedAttributes::platformName(const QString &name)
@@ -41,23 +34,19 @@ QByteArray ExtendedAttributes::platformName(const QString &name)
     return "user." + utf8;
 }
 
-long ExtendedAttributes::size(const QString &path, const QString &name, int *errorCode)
+long ExtendedAttributes::size(const QString &path, const QString &name, int *errorCode) const
 {
     const QByteArray attribute = platformName(name);
-    if (refused(attribute)) {
-        errno = ENOTSUP;
-        return finish(-1L, errorCode);
-    }
     const QByteArray file = QFile::encodeName(path);
     return finish(long(::getxattr(file.constData(), attribute.constData(), nullptr, 0)), errorCode);
 }
 
-QByteArray ExtendedAttributes::value(const QString &path, const QString &name, int *errorCode)
+QByteArray ExtendedAttributes::value(const QString &path, const QString &name, int *errorCode) const
 {
     const QByteArray attribute = platformName(name);
     const QByteArray file = QFile::encodeName(path);
     for (int attempt = 0; attempt < 4; ++attempt) {
-        const long length = size(path, name, errorCode);
+        const long length = ExtendedAttributes::size(path, name, errorCode);
         if (length < 0)
             return QByteArray();
         QByteArray buffer(qsizetype(length), Qt::Uninitialized);
@@ -77,26 +66,19 @@ QByteArray ExtendedAttributes::value(const QString &path, const QString &name, i
     return QByteArray();
 }
 
-int ExtendedAttributes::set(const QString &path, const QString &name, const QByteArray &value, int *errorCode)
+int ExtendedAttributes::set(const QString &path, const QString &name, const QByteArray &value,
+                            int *errorCode) const
 {
     const QByteArray attribute = platformName(name);
-    if (refused(attribute)) {
-        errno = ENOTSUP;
-        return finish(-1, errorCode);
-    }
     const QByteArray file = QFile::encodeName(path);
     return finish(
         ::setxattr(file.constData(), attribute.constData(), value.constData(), size_t(value.size()), 0),
         errorCode);
 }
 
-int ExtendedAttributes::remove(const QString &path, const QString &name, int *errorCode)
+int ExtendedAttributes::remove(const QString &path, const QString &name, int *errorCode) const
 {
     const QByteArray attribute = platformName(name);
-    if (refused(attribute)) {
-        errno = ENOTSUP;
-        return finish(-1, errorCode);
-    }
     const QByteArray file = QFile::encodeName(path);
     return finish(::removexattr(file.constData(), attribute.constData()), errorCode);
 }

@@ -6,10 +6,10 @@
 // once and pausing the steps.
 #include "agent/ScreenshotQueue.h"
 #include "AgentTestSupport.h"
+#include "RefusingAttributes.h"
 #include "agent/ApplicationHandOff.h"
 #include "core/AppUserDefaults.h"
 #include "platform/CreatedFiles.h"
-#include "platform/ExtendedAttributes_p.h"
 
 #include <QThread>
 #include <gtest/gtest.h>
@@ -109,18 +109,17 @@ TEST_F(ScreenshotQueueTest, TakesEachFileOnceAndSkipsFilesCorvexMade)
 
     // Files another Corvex process made, on a file system with extended attributes and on one without.
     const QString made = writeFile(mFolder + u"/Screenshot made.png"_s, pngBytes());
-    CreatedFiles::markCreated(made);
+    CreatedFiles().markCreated(made);
     queue.enqueue(made);
     queue.waitUntilIdle();
     EXPECT_EQ(queue.takenCount(), 1);
     ASSERT_TRUE(waitUntil([&] { return app.received().size() == 1; }));
     EXPECT_EQ(app.receivedPaths(), QStringList{empty});
-    extended_attributes_private::setUserAttributesRefused(true);
+    const RefusingAttributes refusing;
     const QString madeWithout = writeFile(mFolder + u"/Screenshot made without.png"_s, pngBytes());
-    CreatedFiles::markCreated(madeWithout);
+    CreatedFiles(refusing).markCreated(madeWithout);
     queue.enqueue(madeWithout);
     queue.waitUntilIdle();
-    extended_attributes_private::setUserAttributesRefused(false);
     EXPECT_EQ(queue.takenCount(), 1);
 
     // Deleted and replaced by a new file of the same name: a new screenshot.

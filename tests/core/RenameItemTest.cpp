@@ -130,7 +130,8 @@ TEST_F(RenameItemTest, EveryPairOfFormatsConvertsAndTheSourceGoesToTheTrash)
             else
                 EXPECT_EQ(corvex::test::psnr(written->image(), image), 99.0);
             int errorCode = 0;
-            if (ExtendedAttributes::size(destination, ExtendedAttributes::CreatedByCorvex, &errorCode) < 0) {
+            if (ExtendedAttributes::fileSystem().size(destination, ExtendedAttributes::CreatedByCorvex,
+                                                      &errorCode) < 0) {
                 EXPECT_TRUE(ExtendedAttributes::isUnsupportedError(errorCode))
                     << "the conversion is marked as Corvex's";
             }

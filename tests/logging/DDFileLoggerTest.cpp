@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDFileLogger.h"
 #include "RecordingLogger.h"
+#include "RefusingAttributes.h"
 #include "TestSupport.h"
 #include "foundation/DispatchQueue.h"
 #include "logging/DDLog.h"
@@ -10,8 +11,6 @@
 #include "logging/DDLogMessage.h"
 #include "logging/DDLog_p.h"
 #include "logging/Log.h"
-#include "platform/ExtendedAttributes.h"
-#include "platform/ExtendedAttributes_p.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,7 +41,6 @@ protected:
     {
         DDLog::removeAllLoggers();
         DDLog::flushLog();
-        extended_attributes_private::setUserAttributesRefused(false);
     }
 
     // A file logger over this test's folder, added to the dispatcher; without a formatter it writes bare
@@ -179,8 +177,10 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
 
 TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
 {
-    extended_attributes_private::setUserAttributesRefused(true);
-    auto logger = addFileLogger();
+    const RefusingAttributes refusing;
+    auto logger = std::make_shared<DDFileLogger>(
+        std::make_shared<DDLogFileManagerDefault>(mDirectory, refusing), refusing);
+    DDLog::addLogger(logger);
     DDLogInfo(u"one"_s);
     logger->rollLogFile();
     DDLog::flushLog();
@@ -191,8 +191,7 @@ TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
     DDLog::flushLog();
     logger.reset();
 
-    // A restart honours the flag file: the archived file is not written again.
-    extended_attributes_private::setUserAttributesRefused(false);
+    // A restart on attributes taken honours the flag file: the archived file is not written again.
     auto restarted = addFileLogger();
     EXPECT_NE(QFileInfo(write(*restarted, {u"two"_s})).fileName(), names.first());
     EXPECT_EQ(texts(mDirectory + QLatin1Char('/') + names.first()), QStringList{u"one"_s});

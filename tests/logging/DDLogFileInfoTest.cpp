@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDLogFileInfo.h"
+#include "RefusingAttributes.h"
 #include "TestSupport.h"
-#include "platform/ExtendedAttributes.h"
-#include "platform/ExtendedAttributes_p.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -25,11 +24,10 @@ protected:
                      QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
         QDir().mkpath(mDirectory);
     }
-    void TearDown() override { extended_attributes_private::setUserAttributesRefused(false); }
-
     QString path(const QString &name) const { return mDirectory + QLatin1Char('/') + name; }
 
     QString mDirectory;
+    const RefusingAttributes mRefusing;
 };
 
 } // namespace
@@ -70,12 +68,13 @@ TEST_F(DDLogFileInfoTest, ArchivedFlagIsAnEmptyUserAttribute)
     EXPECT_FALSE(info.isArchived());
     info.setIsArchived(true);
     EXPECT_TRUE(info.isArchived());
-    EXPECT_EQ(ExtendedAttributes::size(file, u"user.vofungudip.log.archived"_s), 0);
-    EXPECT_EQ(ExtendedAttributes::value(file, u"vofungudip.log.archived"_s), QByteArray(""));
+    const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem();
+    EXPECT_EQ(attributes.size(file, u"user.vofungudip.log.archived"_s), 0);
+    EXPECT_EQ(attributes.value(file, u"vofungudip.log.archived"_s), QByteArray(""));
     EXPECT_FALSE(QFile::exists(path(u".log-000001.txt.archived"_s)));
     info.setIsArchived(false);
     EXPECT_FALSE(info.isArchived());
-    EXPECT_LT(ExtendedAttributes::size(file, u"vofungudip.log.archived"_s), 0);
+    EXPECT_LT(attributes.size(file, u"vofungudip.log.archived"_s), 0);
 
     // Removing a missing attribute is not an error; a file that is not there is, told to the system log.
     DDLogFileInfo missing(path(u"log-000003.txt"_s));
@@ -92,20 +91,19 @@ TEST_F(DDLogFileInfoTest, FlagFileStandsInWhereTheFileSystemRefusesAttributes)
 {
     const QString file = corvex::test::writeFile(path(u"log-000002.txt"_s), "x");
     const QString flag = path(u".log-000002.txt.archived"_s);
-    DDLogFileInfo info(file);
-    EXPECT_EQ(info.flagFilePathForAttribute(DDLogFileInfo::ArchivedAttributeName), flag);
+    DDLogFileInfo refused(file, mRefusing);
+    EXPECT_EQ(refused.flagFilePathForAttribute(DDLogFileInfo::ArchivedAttributeName), flag);
 
-    extended_attributes_private::setUserAttributesRefused(true);
     testing::internal::CaptureStderr();
-    info.setIsArchived(true);
+    refused.setIsArchived(true);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_TRUE(QFile::exists(flag));
-    EXPECT_TRUE(info.isArchived());
+    EXPECT_TRUE(refused.isArchived());
 
     // Readers honour either form.
-    extended_attributes_private::setUserAttributesRefused(false);
-    EXPECT_LT(ExtendedAttributes::size(file, DDLogFileInfo::ArchivedAttributeName), 0);
-    EXPECT_TRUE(DDLogFileInfo(file).isArchived());
+    DDLogFileInfo info(file);
+    EXPECT_LT(ExtendedAttributes::fileSystem().size(file, DDLogFileInfo::ArchivedAttributeName), 0);
+    EXPECT_TRUE(info.isArchived());
 
     // Clearing the flag removes both forms.
     info.addExtendedAttributeWithName(DDLogFileInfo::ArchivedAttributeName);
@@ -117,10 +115,8 @@ TEST_F(DDLogFileInfoTest, FlagFileStandsInWhereTheFileSystemRefusesAttributes)
 TEST_F(DDLogFileInfoTest, RenamingMovesTheFileAndItsFlag)
 {
     const QString file = corvex::test::writeFile(path(u"log-000004.txt"_s), "abc");
-    DDLogFileInfo info(file);
-    extended_attributes_private::setUserAttributesRefused(true);
+    DDLogFileInfo info(file, mRefusing);
     info.setIsArchived(true);
-    extended_attributes_private::setUserAttributesRefused(false);
     EXPECT_EQ(info.fileSize(), 3u);
 
     info.renameFile(u"log-000004.txt"_s); // same name: nothing happens
