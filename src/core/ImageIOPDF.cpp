@@ -83,14 +83,16 @@ void logFailure(ImageIOPDF::PageStatus status, const QString &path)
         DDLogError(QStringLiteral("Could not get first page of PDF %1").arg(path));
 }
 
-QImage render(const QString &path, qint64 maximumBytes, QString *reason, bool logging)
+QImage render(const QString &path, qint64 maximumBytes, QString *reason, bool logging,
+              ImageIOPDF::Route route = ImageIOPDF::Route::Decoded, ImageIOPDF::Route *taken = nullptr)
 {
     const Reader &pdf = reader();
     QString why;
     PDFReaderModule::Status status = PDFReaderModule::Status::NotOpened;
+    ImageIOPDF::Route used = ImageIOPDF::Route::Drawn;
     QImage image;
     if (pdf.module) {
-        image = pdf.module->renderFirstPage(path, maximumBytes, &status, &why);
+        image = pdf.module->renderFirstPage(path, maximumBytes, route, &used, &status, &why);
     } else {
         why = pdf.problem;
         if (logging)
@@ -100,6 +102,8 @@ QImage render(const QString &path, qint64 maximumBytes, QString *reason, bool lo
         logFailure(pageStatus(status), path);
     if (image.isNull() && reason)
         *reason = why;
+    if (taken)
+        *taken = used;
     return image;
 }
 
@@ -135,6 +139,12 @@ QImage ImageIOPDF::renderFirstPage(const QString &path, qint64 maximumBytes, QSt
 QImage ImageIOPDF::renderFirstPageQuietly(const QString &path, qint64 maximumBytes, QString *reason)
 {
     return render(path, maximumBytes, reason, false);
+}
+
+QImage ImageIOPDF::renderFirstPageBy(Route route, const QString &path, qint64 maximumBytes, Route *taken,
+                                     QString *reason)
+{
+    return render(path, maximumBytes, reason, false, route, taken);
 }
 
 bool ImageIOPDF::write(const QImage &image, QIODevice *device, QString *reason)

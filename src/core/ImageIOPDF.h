@@ -2,14 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/PDFReaderModule.h"
+
 #include <QImage>
 #include <QSizeF>
 #include <QString>
 
 class QIODevice;
 
-// PDF reading (page 1 only, through poppler's QPainter renderer) and writing (one page the size of the image
-// in points, the image embedded losslessly).
+// PDF reading (page 1 only, through poppler's QPainter renderer or, for a page that is one image lying pixel
+// for pixel on it, that image decoded straight into the page) and writing (one page the size of the image in
+// points, the image embedded losslessly).
 class ImageIOPDF
 {
 public:
@@ -33,6 +36,15 @@ public:
 
     // Page 1 rendered as above, without any log line.
     static QImage renderFirstPageQuietly(const QString &path, qint64 maximumBytes, QString *reason = nullptr);
+
+    // How a page is rendered: its one image decoded straight into the page when the page shows nothing else
+    // and the image lies pixel for pixel on it, or drawn by poppler's renderer; both give the same pixels.
+    using Route = PDFReaderModule::Route;
+
+    // Page 1 rendered quietly as above, decoded where the page allows it when route is Decoded, always drawn
+    // when it is Drawn; *taken says which it was.
+    static QImage renderFirstPageBy(Route route, const QString &path, qint64 maximumBytes, Route *taken,
+                                    QString *reason = nullptr);
 
     // Writes a one-page PDF whose page is the image's size in points (pixels × 72 / its resolution), the
     // image filling the page, its pixels stored losslessly.

@@ -11,11 +11,17 @@
 // PDFReaderModule::EntryName, hands out this table.
 struct PDFReaderModule
 {
-    static constexpr int Version = 1;
+    static constexpr int Version = 2;
     static constexpr const char *EntryName = "corvex_pdf_reader_module";
     static constexpr const char *FileName = "libcorvex_pdf.so";
 
     enum class Status { Ok, NotOpened, NoFirstPage };
+
+    // The two ways a page is rendered. Decoded: the page shows nothing but one image lying pixel for pixel on
+    // its grid, and that image is decoded row by row straight into the page, so that only the page is ever
+    // held whole. Drawn: poppler's QPainter renderer draws the page (holding a decoded image whole as well).
+    // Where both are possible they give the same pixels.
+    enum class Route { Decoded, Drawn };
 
     int version;
     // Where poppler's own complaints about a document go ("Error (123): Illegal character").
@@ -25,8 +31,10 @@ struct PDFReaderModule
     QSizeF (*firstPageSize)(const QString &path, Status *status);
     // Page 1's whole media box at one pixel per point, unrotated, unpainted parts transparent; a null image,
     // with the reason, when the document or page is missing or the page would need more than maximumBytes of
-    // pixels.
-    QImage (*renderFirstPage)(const QString &path, qint64 maximumBytes, Status *status, QString *reason);
+    // pixels. Decoded where the page allows it when route is Decoded, always drawn when it is Drawn; *taken
+    // says which it was.
+    QImage (*renderFirstPage)(const QString &path, qint64 maximumBytes, Route route, Route *taken,
+                              Status *status, QString *reason);
 };
 
 extern "C" {

@@ -9,6 +9,7 @@
 #include "core/ImageIOPDF.h"
 #include "core/ImageIOSource.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -33,6 +34,30 @@ QImage gradient(int width = 300, int height = 200)
     image.setDotsPerMeterX(2835);
     image.setDotsPerMeterY(2835);
     return image;
+}
+
+// A PDF file of the objects, numbered from 1; the first is the catalog.
+QString writePDF(const QString &path, const QList<QByteArray> &objects)
+{
+    QByteArray pdf = "%PDF-1.4\n";
+    QList<qsizetype> offsets;
+    for (qsizetype i = 0; i < objects.size(); ++i) {
+        offsets.append(pdf.size());
+        pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
+    }
+    const qsizetype xref = pdf.size();
+    pdf += "xref\n0 " + QByteArray::number(objects.size() + 1) + "\n0000000000 65535 f \n";
+    for (const qsizetype offset : offsets)
+        pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
+    pdf += "trailer <</Size " + QByteArray::number(objects.size() + 1) + " /Root 1 0 R>>\nstartxref\n" +
+           QByteArray::number(xref) + "\n%%EOF\n";
+    return corvex::test::writeFile(path, pdf);
+}
+
+QByteArray pdfStream(const QByteArray &dictionary, const QByteArray &data)
+{
+    return "<<" + dictionary + " /Length " + QByteArray::number(data.size()) + ">> stream\n" + data +
+           "\nendstream";
 }
 
 class ImageIOTest : public ::testing::Test
@@ -282,25 +307,12 @@ TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnByPageOnesWholeMediaBoxUnrotated)
         const QByteArray content = "q 1 0 0 rg " + QByteArray::number(400 + media.split(' ').at(0).toInt()) +
                                    " " + QByteArray::number(600 + media.split(' ').at(1).toInt()) +
                                    " 100 100 re f Q";
-        const QByteArray objects[] = {
-            "<</Type /Catalog /Pages 2 0 R>>",
-            "<</Type /Pages /Kids [3 0 R 5 0 R] /Count 2>>",
-            "<</Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [" + media + "] " + extra + ">>",
-            "<</Length " + QByteArray::number(content.size()) + ">> stream\n" + content + "\nendstream",
-            "<</Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [0 0 300 400]>>",
-        };
-        QByteArray pdf = "%PDF-1.4\n";
-        QList<qsizetype> offsets;
-        for (int i = 0; i < 5; ++i) {
-            offsets.append(pdf.size());
-            pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
-        }
-        const qsizetype xref = pdf.size();
-        pdf += "xref\n0 6\n0000000000 65535 f \n";
-        for (const qsizetype offset : offsets)
-            pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
-        pdf += "trailer <</Size 6 /Root 1 0 R>>\nstartxref\n" + QByteArray::number(xref) + "\n%%EOF\n";
-        return corvex::test::writeFile(path(u"box.pdf"_s), pdf);
+        return writePDF(
+            path(u"box.pdf"_s),
+            {"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R 5 0 R] /Count 2>>",
+             "<</Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [" + media + "] " + extra + ">>",
+             pdfStream("", content),
+             "<</Type /Page /Parent 2 0 R /Contents 4 0 R /MediaBox [0 0 300 400]>>"});
     };
     const struct
     {
@@ -325,6 +337,80 @@ TEST_F(ImageIOTest, APDFIsMeasuredAndDrawnByPageOnesWholeMediaBoxUnrotated)
         EXPECT_EQ(pixels, QSize(612, 792));
         QFile::remove(file);
     }
+}
+
+TEST_F(ImageIOTest, APageThatIsOneImageOnItsPixelsIsDecodedToTheSamePixelsAsDrawn)
+{
+    // 40 by 30 samples of many colours and every alpha value, as RGB, grey, JPEGs and a soft mask.
+    QImage picture(40, 30, QImage::Format_ARGB32);
+    QByteArray rgb, grey, alpha, rgbJPEG, greyJPEG;
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 40; ++x) {
+            picture.setPixel(x, y, qRgba(x * 6, y * 8, (x * y) % 256, (x + 40 * y) % 256));
+            rgb.append(char(x * 6)).append(char(y * 8)).append(char(x * y));
+            grey += char(x * 6 + y);
+            alpha += char((x + 40 * y) % 256);
+        }
+    QBuffer rgbBuffer(&rgbJPEG), greyBuffer(&greyJPEG);
+    ASSERT_TRUE(picture.convertToFormat(QImage::Format_RGB32).save(&rgbBuffer, "JPEG"));
+    ASSERT_TRUE(picture.convertToFormat(QImage::Format_Grayscale8).save(&greyBuffer, "JPEG"));
+    const QByteArray sampled = "/Type /XObject /Subtype /Image /Width 40 /Height 30 /BitsPerComponent 8 ";
+    const QByteArray rgbFlate = sampled + "/ColorSpace /DeviceRGB /Filter /FlateDecode",
+                     flateRGB = qCompress(rgb).mid(4);
+    // At 7, 11 from the top left corner of a 60 by 50 point page.
+    const QByteArray placed = "q 40 0 0 30 7 9 cm /Im Do Q";
+    using Route = ImageIOPDF::Route;
+    const struct
+    {
+        const char *name;
+        QByteArray image, samples, content, page;
+        Route route;
+    } cases[] = {
+        {"RGB", rgbFlate, flateRGB, placed, "", Route::Decoded},
+        {"grey", sampled + "/ColorSpace /DeviceGray /Filter /FlateDecode", qCompress(grey).mid(4), placed, "",
+         Route::Decoded},
+        {"RGB JPEG", sampled + "/ColorSpace /DeviceRGB /Filter /DCTDecode", rgbJPEG, placed, "",
+         Route::Decoded},
+        {"grey JPEG", sampled + "/ColorSpace /DeviceGray /Filter /DCTDecode", greyJPEG, placed, "",
+         Route::Decoded},
+        {"inverted", rgbFlate + " /Decode [1 0 1 0 1 0]", flateRGB, placed, "", Route::Decoded},
+        {"soft mask", rgbFlate + " /SMask 6 0 R", flateRGB, placed, "", Route::Decoded},
+        {"scaled", rgbFlate, flateRGB, "q 20 0 0 15 7 9 cm /Im Do Q", "", Route::Drawn},
+        {"flipped", rgbFlate, flateRGB, "q 40 0 0 -30 7 39 cm /Im Do Q", "", Route::Drawn},
+        {"between pixels", rgbFlate, flateRGB, "q 40 0 0 30 7.5 9 cm /Im Do Q", "", Route::Drawn},
+        {"partly off", rgbFlate, flateRGB, "q 40 0 0 30 30 9 cm /Im Do Q", "", Route::Drawn},
+        {"translucent", rgbFlate, flateRGB, "/Half gs " + placed, "", Route::Drawn},
+        {"clipped", rgbFlate, flateRGB, "10 10 20 20 re W n " + placed, "", Route::Drawn},
+        {"drawn over", rgbFlate, flateRGB, placed + " 0 0 1 rg 0 0 9 9 re f", "", Route::Drawn},
+        {"rotated page", rgbFlate, flateRGB, placed, "/Rotate 90", Route::Drawn},
+    };
+    const auto expectSamePixels = [](const QString &file, Route route) {
+        Route taken = Route::Drawn, reference = Route::Decoded;
+        const QImage page = ImageIOPDF::renderFirstPageBy(Route::Decoded, file, 1 << 24, &taken);
+        const QImage drawn = ImageIOPDF::renderFirstPageBy(Route::Drawn, file, 1 << 24, &reference);
+        EXPECT_EQ(taken, route);
+        EXPECT_EQ(reference, Route::Drawn);
+        EXPECT_FALSE(drawn.isNull());
+        EXPECT_TRUE(page == drawn);
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        expectSamePixels(
+            writePDF(path(u"%1.pdf"_s.arg(QLatin1String(c.name))),
+                     {"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                      "<</Type /Page /Parent 2 0 R /MediaBox [0 0 60 50] /Contents 4 0 R " + c.page +
+                          " /Resources <</XObject <</Im 5 0 R>> /ExtGState <</Half <</ca 0.5>>>>>>>>",
+                      pdfStream("", c.content), pdfStream(c.image, c.samples),
+                      pdfStream(sampled + "/ColorSpace /DeviceGray", alpha)}),
+            c.route);
+    }
+    // The pages Corvex writes, with transparency and without.
+    picture.setDotsPerMeterX(2835);
+    picture.setDotsPerMeterY(2835);
+    expectSamePixels(write(u"alpha.pdf"_s, FileFormat::PDFType, picture), Route::Decoded);
+    expectSamePixels(
+        write(u"opaque.pdf"_s, FileFormat::PDFType, picture.convertToFormat(QImage::Format_RGB32)),
+        Route::Decoded);
 }
 
 TEST_F(ImageIOTest, TheReadersOwnComplaintsGoToTheLog)

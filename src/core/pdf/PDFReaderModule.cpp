@@ -2,28 +2,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The PDF reader module: page 1 of a document, measured by its media box with poppler's core and drawn
-// through poppler's QPainter renderer.
+// through poppler's QPainter renderer, or, when it is nothing but one image lying pixel for pixel on the
+// page, that image decoded straight into the page with the same conversions the renderer makes.
 #include "core/PDFReaderModule.h"
 
 // poppler's core headers want its object model first.
 #include <Object.h>
 
 #include <Array.h>
+#include <Dict.h>
 #include <Error.h>
+#include <GfxState.h>
 #include <GlobalParams.h>
 #include <PDFDoc.h>
 #include <Page.h>
+#include <Parser.h>
 #include <QFile>
 #include <QPainter>
 #include <Stream.h>
 #include <XRef.h>
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <poppler-qt6.h>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -111,14 +122,21 @@ FirstPage openFirstPage(const QString &path)
     return first;
 }
 
+// Whether the renderer is shown page 1 as it lies in the file: no crop box of its own, no rotation.
+bool showsTheMediaBoxAsItLies(Page *page)
+{
+    const PDFRectangle *media = page->getMediaBox(), *crop = page->getCropBox();
+    return page->getRotate() == 0 && media->x1 == crop->x1 && media->y1 == crop->y1 &&
+           media->x2 == crop->x2 && media->y2 == crop->y2;
+}
+
 // The document for the renderer, which draws a page's crop box turned by its /Rotate: when page 1 has a
 // crop box of its own or a rotation, a copy in memory whose page 1 shows its whole media box as it lies.
 std::unique_ptr<Poppler::Document> documentShowingTheMediaBox(const QString &path, FirstPage &first)
 {
-    const PDFRectangle *media = first.page->getMediaBox(), *crop = first.page->getCropBox();
-    if (first.page->getRotate() == 0 && media->x1 == crop->x1 && media->y1 == crop->y1 &&
-        media->x2 == crop->x2 && media->y2 == crop->y2)
+    if (showsTheMediaBoxAsItLies(first.page))
         return Poppler::Document::load(path);
+    const PDFRectangle *media = first.page->getMediaBox();
     XRef *xref = first.document->getXRef();
     const Ref ref = first.page->getRef();
     Object dictionary = xref->fetch(ref);
@@ -137,6 +155,272 @@ std::unique_ptr<Poppler::Document> documentShowingTheMediaBox(const QString &pat
     return Poppler::Document::loadFromData(bytes);
 }
 
+// Page 1 drawn by poppler's QPainter renderer; first is let go of once the renderer has its document.
+QImage drawnPage(const QString &path, FirstPage &first, const QSize &size)
+{
+    const std::unique_ptr<Poppler::Document> document = documentShowingTheMediaBox(path, first);
+    first = FirstPage(); // the core's copy is no longer needed
+    const std::unique_ptr<Poppler::Page> page =
+        document && !document->isLocked() ? document->page(0) : nullptr;
+    if (!page)
+        return {};
+    // The QPainter renderer draws an image placed at 1:1 pixel for pixel; the Splash renderer smooths it.
+    // Shapes are not antialiased, which would blend the page's outermost pixels of a full-page image with
+    // the transparent paper; text still is.
+    document->setRenderBackend(Poppler::Document::QPainterBackend);
+    document->setPaperColor(Qt::transparent);
+    document->setRenderHint(Poppler::Document::Antialiasing, false);
+    document->setRenderHint(Poppler::Document::TextAntialiasing, true);
+    // Drawn into premultiplied pixels, the raster engine's own format: about a fifth quicker than the
+    // straight-alpha image the renderer would make itself.
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    if (!page->renderToPainter(&painter, 72.0, 72.0, 0, 0, size.width(), size.height()))
+        return {};
+    return image;
+}
+
+// The entry of a dictionary when there is one (null otherwise, also when the dictionary is none).
+Object entry(const Object &dictionary, const char *key)
+{
+    return dictionary.isDict() ? dictionary.dictLookup(key) : Object(objNull);
+}
+
+bool isOneOf(std::string_view key, std::initializer_list<std::string_view> keys)
+{
+    return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+// Whether each entry of the dictionary is one of the keys, or one that accepted(key, value) allows.
+template <typename Accepted>
+bool hasOnly(const Dict *dict, std::initializer_list<std::string_view> keys, Accepted accepted)
+{
+    for (int i = 0; i < dict->getLength(); ++i)
+        if (!isOneOf(dict->getKey(i), keys) && !accepted(std::string_view(dict->getKey(i)), dict->getVal(i)))
+            return false;
+    return true;
+}
+
+// Graphics state parameters that leave an image's pixels as they are: line settings, full opacity, the
+// normal blend mode and no soft mask.
+bool leavesImagesAlone(const Object &parameters)
+{
+    return parameters.isDict() &&
+           hasOnly(parameters.getDict(), {"Type", "SA", "SM", "AIS", "LW", "LC", "LJ", "ML", "D", "RI", "FL"},
+                   [](std::string_view key, const Object &value) {
+                       if (key == "ca" || key == "CA")
+                           return value.isNum() && value.getNum() == 1;
+                       if (key == "SMask")
+                           return value.isName("None");
+                       return key == "BM" && (value.isName("Normal") || value.isName("Compatible"));
+                   });
+}
+
+// An image (or the soft mask of one) of 8-bit device grey or RGB samples, compressed with Flate or as a
+// JPEG or not at all, without a colour key or stencil mask, nor anything else that would change how it is
+// drawn.
+bool isPlainImage(const Object &image, bool isMask)
+{
+    if (!image.isStream())
+        return false;
+    const Dict *dict = image.streamGetDict();
+    Object filter = dict->lookup("Filter");
+    if (filter.isArray() && filter.arrayGetLength() == 1)
+        filter = filter.arrayGet(0);
+    const Object bits = dict->lookup("BitsPerComponent"), space = dict->lookup("ColorSpace");
+    return dict->lookup("Subtype").isName("Image") && bits.isInt() && bits.getInt() == 8 &&
+           (space.isName("DeviceGray") || (!isMask && space.isName("DeviceRGB"))) &&
+           (filter.isNull() || filter.isName("FlateDecode") || filter.isName("DCTDecode")) &&
+           hasOnly(dict,
+                   {"Type", "Subtype", "Width", "Height", "BitsPerComponent", "ColorSpace", "Filter",
+                    "DecodeParms", "Length", "Name", "Metadata", "StructParent", "ID"},
+                   [isMask](std::string_view key, const Object &value) {
+                       if (key == "Interpolate")
+                           return value.isBool() && !value.getBool();
+                       return !isMask && (key == "Decode" || key == "Intent" || key == "SMask");
+                   });
+}
+
+// The one image a page shows, lying pixel for pixel on the page's grid.
+struct PlacedImage
+{
+    Object image, mask; // the image's stream and its soft mask's (none: null)
+    QRect area;         // on the page, in pixels from the top left corner
+};
+
+// The image page 1 shows when it shows nothing else, drawn upright at one pixel per image sample onto
+// whole pixels of the page and within it. The content may set colours, line settings and graphics states
+// that leave images alone, and move and scale by cm, around one image drawn by Do; anything else (another
+// drawing, text, clipping, a soft mask, transparency, annotations...) and the page is drawn by the renderer.
+// state starts as the renderer's does for the page: its transformation is followed as the renderer's is.
+std::optional<PlacedImage> imageLyingOnThePixels(FirstPage &first, const QSize &size, GfxState &state)
+{
+    Page *page = first.page;
+    XRef *xref = first.document->getXRef();
+    Dict *resources = page->getResourceDict();
+    const Object annotations = page->getAnnotsObject();
+    if (!showsTheMediaBoxAsItLies(page) || QSizeF(size) != first.mediaSize() || !resources ||
+        page->getGroup() ||
+        !(annotations.isNull() || (annotations.isArray() && annotations.arrayGetLength() == 0)) ||
+        !entry(xref->getCatalog(), "OutputIntents").isNull())
+        return std::nullopt;
+    // Device colours stand for themselves, without a default colour space in their place.
+    const Object spaces = resources->lookup("ColorSpace");
+    if (!entry(spaces, "DefaultGray").isNull() || !entry(spaces, "DefaultRGB").isNull() ||
+        !entry(spaces, "DefaultCMYK").isNull())
+        return std::nullopt;
+    Object contents = page->getContents();
+    if (!contents.isStream() && !contents.isArray())
+        return std::nullopt;
+
+    std::optional<PlacedImage> placed;
+    std::vector<std::array<double, 6>> saved;
+    std::vector<Object> operands;
+    Parser parser(xref, &contents, false);
+    for (Object token = parser.getObj(); !token.isEOF(); token = parser.getObj()) {
+        if (!token.isCmd()) {
+            if (token.isError() || operands.size() == 8)
+                return std::nullopt;
+            operands.push_back(std::move(token));
+            continue;
+        }
+        const std::string_view op = token.getCmd();
+        const bool oneName = operands.size() == 1 && operands[0].isName();
+        if (op == "q" && operands.empty()) {
+            const double *m = state.getCTM();
+            saved.push_back({m[0], m[1], m[2], m[3], m[4], m[5]});
+        } else if (op == "Q" && operands.empty() && !saved.empty()) {
+            const std::array<double, 6> m = saved.back();
+            state.setCTM(m[0], m[1], m[2], m[3], m[4], m[5]);
+            saved.pop_back();
+        } else if (op == "cm" && operands.size() == 6 &&
+                   std::all_of(operands.begin(), operands.end(), [](const Object &o) { return o.isNum(); })) {
+            state.concatCTM(operands[0].getNum(), operands[1].getNum(), operands[2].getNum(),
+                            operands[3].getNum(), operands[4].getNum(), operands[5].getNum());
+        } else if (op == "gs" && oneName) {
+            if (!leavesImagesAlone(entry(resources->lookup("ExtGState"), operands[0].getName())))
+                return std::nullopt;
+        } else if (op == "Do" && oneName && !placed) {
+            Object image = entry(resources->lookup("XObject"), operands[0].getName());
+            if (!isPlainImage(image, false))
+                return std::nullopt;
+            const Dict *dict = image.streamGetDict();
+            const Object width = dict->lookup("Width"), height = dict->lookup("Height");
+            Object mask = dict->lookup("SMask");
+            const auto sameSize = [&](const Object &other) {
+                const Dict *of = other.streamGetDict();
+                const Object w = of->lookup("Width"), h = of->lookup("Height");
+                return w.isInt() && h.isInt() && w.getInt() == width.getInt() &&
+                       h.getInt() == height.getInt();
+            };
+            if (!width.isInt() || !height.isInt() || width.getInt() < 1 || height.getInt() < 1 ||
+                (!mask.isNull() && !(isPlainImage(mask, true) && sameSize(mask))))
+                return std::nullopt;
+            // The image's unit square, its first row at the top, onto whole pixels of the page.
+            const double *m = state.getCTM();
+            const double left = m[4], top = m[5] + m[3];
+            if (m[0] != width.getInt() || m[1] != 0 || m[2] != 0 || m[3] != -height.getInt() || left < 0 ||
+                top < 0 || left != std::floor(left) || top != std::floor(top) || left + m[0] > size.width() ||
+                top - m[3] > size.height())
+                return std::nullopt;
+            placed = PlacedImage{std::move(image), std::move(mask),
+                                 QRect(int(left), int(top), width.getInt(), height.getInt())};
+        } else if (!isOneOf(op, {"cs", "CS", "sc", "scn", "SC", "SCN", "g", "G", "rg", "RG", "k", "K", "w",
+                                 "J", "j", "M", "d", "ri", "i"})) {
+            return std::nullopt;
+        }
+        operands.clear();
+    }
+    return placed;
+}
+
+// Reads an image's rows, with the colour map the renderer makes for it.
+struct ImageRows
+{
+    std::unique_ptr<GfxImageColorMap> colors;
+    std::unique_ptr<ImageStream> rows;
+
+    ImageRows(const Object &image, GfxState &state)
+    {
+        const Dict *dict = image.streamGetDict();
+        Object space = dict->lookup("ColorSpace"), decode = dict->lookup("Decode");
+        GfxColorSpace *colorSpace = GfxColorSpace::parse(nullptr, &space, nullptr, &state);
+        if (!colorSpace)
+            return;
+        colors = std::make_unique<GfxImageColorMap>(8, &decode, colorSpace);
+        if (!colors->isOk())
+            return;
+        rows = std::make_unique<ImageStream>(image.getStream(), dict->lookup("Width").getInt(),
+                                             colors->getNumPixelComps(), colors->getBits());
+        rows->reset();
+    }
+    ~ImageRows()
+    {
+        if (rows)
+            rows->close();
+    }
+    ImageRows(const ImageRows &) = delete;
+    ImageRows &operator=(const ImageRows &) = delete;
+};
+
+// Decodes the image row by row into its place on the page, as the renderer makes it: the colour map's RGB
+// row, opaque or with the soft mask's grey row as alpha, which drawn onto the transparent page comes out as
+// Qt's own premultiplication of it. False when the image cannot be read.
+bool decodeInto(QImage &page, const PlacedImage &placed, GfxState &state)
+{
+    ImageRows image(placed.image, state);
+    std::optional<ImageRows> mask;
+    if (!placed.mask.isNull())
+        mask.emplace(placed.mask, state);
+    if (!image.rows || (mask && !mask->rows))
+        return false;
+    const int width = placed.area.width();
+    QImage straight(mask ? width : 0, 1, QImage::Format_ARGB32);
+    std::vector<unsigned char> alpha(mask ? width : 0);
+    for (int y = 0; y < placed.area.height(); ++y) {
+        unsigned char *samples = image.rows->getLine();
+        unsigned char *maskSamples = mask ? mask->rows->getLine() : nullptr;
+        if (!samples || (mask && !maskSamples))
+            return false;
+        auto *row =
+            reinterpret_cast<unsigned int *>(page.scanLine(placed.area.top() + y)) + placed.area.left();
+        if (!mask) {
+            image.colors->getRGBLine(samples, row, width);
+            for (int x = 0; x < width; ++x)
+                row[x] |= 0xff000000;
+            continue;
+        }
+        straight.reinterpretAsFormat(QImage::Format_ARGB32);
+        auto *pixels = reinterpret_cast<unsigned int *>(straight.bits());
+        image.colors->getRGBLine(samples, pixels, width);
+        mask->colors->getGrayLine(maskSamples, alpha.data(), width);
+        for (int x = 0; x < width; ++x)
+            pixels[x] |= unsigned(alpha[x]) << 24;
+        straight.convertTo(QImage::Format_ARGB32_Premultiplied);
+        std::memcpy(row, straight.constBits(), size_t(width) * 4);
+    }
+    return true;
+}
+
+// Page 1 with its one image decoded straight into it; a null image when the page is not one image lying
+// pixel for pixel on it, or the image cannot be read.
+QImage decodedPage(FirstPage &first, const QSize &size)
+{
+    // The renderer's starting state for the page at one pixel per point, y downwards.
+    GfxState state(72.0, 72.0, first.page->getMediaBox(), 0, true);
+    const std::optional<PlacedImage> placed = imageLyingOnThePixels(first, size, state);
+    if (!placed)
+        return {};
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::transparent);
+    return decodeInto(image, *placed, state) ? image : QImage();
+}
+
 QSizeF firstPageSize(const QString &path, PDFReaderModule::Status *status)
 {
     const std::lock_guard lock(gPopplerMutex);
@@ -145,12 +429,13 @@ QSizeF firstPageSize(const QString &path, PDFReaderModule::Status *status)
     return first.page ? first.mediaSize() : QSizeF(0, 0);
 }
 
-QImage renderFirstPage(const QString &path, qint64 maximumBytes, PDFReaderModule::Status *status,
-                       QString *reason)
+QImage renderFirstPage(const QString &path, qint64 maximumBytes, PDFReaderModule::Route route,
+                       PDFReaderModule::Route *taken, PDFReaderModule::Status *status, QString *reason)
 {
     const std::lock_guard lock(gPopplerMutex);
     FirstPage first = openFirstPage(path);
     *status = first.status;
+    *taken = PDFReaderModule::Route::Drawn;
     if (!first.page) {
         *reason = first.document ? QStringLiteral("the document has no pages")
                                  : QStringLiteral("the document could not be opened");
@@ -164,30 +449,14 @@ QImage renderFirstPage(const QString &path, qint64 maximumBytes, PDFReaderModule
                       .arg(points.height());
         return {};
     }
-    const std::unique_ptr<Poppler::Document> document = documentShowingTheMediaBox(path, first);
-    first = FirstPage(); // the core's copy is no longer needed
-    const std::unique_ptr<Poppler::Page> page =
-        document && !document->isLocked() ? document->page(0) : nullptr;
     QImage image;
-    if (page) {
-        // The QPainter renderer draws an image placed at 1:1 pixel for pixel; the Splash renderer smooths
-        // it. Shapes are not antialiased, which would blend the page's outermost pixels of a full-page image
-        // with the transparent paper; text still is.
-        document->setRenderBackend(Poppler::Document::QPainterBackend);
-        document->setPaperColor(Qt::transparent);
-        document->setRenderHint(Poppler::Document::Antialiasing, false);
-        document->setRenderHint(Poppler::Document::TextAntialiasing, true);
-        // Drawn into premultiplied pixels, the raster engine's own format: about a fifth quicker than the
-        // straight-alpha image the renderer would make itself.
-        const QSize size = points.toSize();
-        image = QImage(size, QImage::Format_ARGB32_Premultiplied);
-        if (!image.isNull()) {
-            image.fill(Qt::transparent);
-            QPainter painter(&image);
-            if (!page->renderToPainter(&painter, 72.0, 72.0, 0, 0, size.width(), size.height()))
-                image = QImage();
-        }
+    if (route == PDFReaderModule::Route::Decoded) {
+        image = decodedPage(first, points.toSize());
+        if (!image.isNull())
+            *taken = PDFReaderModule::Route::Decoded;
     }
+    if (image.isNull())
+        image = drawnPage(path, first, points.toSize());
     if (image.isNull()) {
         *reason = QStringLiteral("the page could not be rendered");
         return image;
