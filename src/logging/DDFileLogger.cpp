@@ -5,6 +5,7 @@
 #include "foundation/DispatchQueue.h"
 #include "foundation/WriteAll.h"
 #include "logging/DDLog.h"
+#include "logging/DDLogDelivery.h"
 #include "logging/DDLogFileFormatterDefault.h"
 #include "logging/DDLogFileInfo.h"
 #include "logging/DDLogFileManagerDefault.h"
@@ -174,7 +175,7 @@ void DDFileLogger::logMessage(const DDLogMessage &logMessage)
         mPendingBytes.append('\n');
     // Gather lines only in a delivery that more deliveries follow: the last of them writes them all.
     if (mPendingBytes.size() >= kGatherLimit || (quint32(logMessage.logFlag()) & DDLogFlagError) ||
-        !ddlog_private::isDelivering() || !ddlog_private::moreDeliveriesFollow())
+        !DDLogDelivery::isDelivering() || !ddlog_private::moreDeliveriesFollow())
         writeOut();
     maybeRollLogFileDueToSize();
 }

@@ -5,6 +5,7 @@
 
 #include "foundation/Diagnostics.h"
 #include "logging/DDLogMessage.h"
+#include "logging/DDLogger.h"
 #include "logging/Log.h"
 
 #include <QCoreApplication>
@@ -23,38 +24,12 @@ unsigned hostProcessorCount()
     return count > 0 ? unsigned(count) : 1u;
 }
 
-thread_local bool tDelivering = false;
-
-// Hands the message to one logger, marking the thread as delivering meanwhile.
-void handTo(DDLogger *logger, const DDLogMessage &logMessage)
-{
-    tDelivering = true;
-    logger->logMessage(logMessage);
-    tDelivering = false;
-}
-
 // Hands one message to every logger, then frees its place in the queue.
 void deliver(const DDLogMessage &logMessage)
 {
     DispatcherState &s = state();
     s.messagesWaiting.fetch_sub(1, std::memory_order_relaxed);
-    if (s.processorCount.load(std::memory_order_relaxed) >= 2) {
-        // In parallel: every logger on its own queue, and wait for all. The last one runs here through a
-        // synchronous call, which saves a thread switch and changes nothing else.
-        for (auto it = s.loggers.begin(); it != s.loggers.end(); ++it) {
-            DDLogger *logger = it->logger.get();
-            if (std::next(it) == s.loggers.end())
-                it->loggerQueue->sync([logger, &logMessage] { handTo(logger, logMessage); });
-            else
-                s.loggingGroup.async(*it->loggerQueue, [logger, &logMessage] { handTo(logger, logMessage); });
-        }
-        s.loggingGroup.wait();
-    } else {
-        for (const LoggerNode &node : s.loggers) {
-            DDLogger *logger = node.logger.get();
-            node.loggerQueue->sync([logger, &logMessage] { handTo(logger, logMessage); });
-        }
-    }
+    s.delivery.deliver(logMessage);
     // Give the message's place back. While producers wait for places, every place is taken, so at least 999
     // more deliveries follow: places are then given back 64 at a time, which wakes a waiting producer once
     // for 64 messages instead of once for each.
@@ -97,7 +72,7 @@ void receiveDiagnostic(Diagnostics::Level level, bool synchronous, const char *f
 
 } // namespace
 
-DispatcherState::DispatcherState() : processorCount(hostProcessorCount())
+DispatcherState::DispatcherState() : delivery(hostProcessorCount())
 {
     std::atexit(flushAtExit);
 }
@@ -123,21 +98,6 @@ void observeApplicationTermination()
                      [] { DDLog::applicationWillTerminate(); });
 }
 
-unsigned processorCount()
-{
-    return state().processorCount.load();
-}
-
-void setProcessorCount(unsigned count)
-{
-    state().processorCount.store(count > 0 ? count : 1u);
-}
-
-bool isDelivering()
-{
-    return tDelivering;
-}
-
 long messagesWaiting()
 {
     return state().messagesWaiting.load(std::memory_order_relaxed);
@@ -155,7 +115,7 @@ bool isOnLoggingQueues()
     const DispatchQueue *current = DispatchQueue::current();
     if (!current)
         return false;
-    if (current == &s.loggingQueue || tDelivering)
+    if (current == &s.loggingQueue || DDLogDelivery::isDelivering())
         return true;
     std::lock_guard lock(s.loggerQueuesMutex);
     return s.loggerQueues.contains(current);
@@ -182,14 +142,12 @@ void DDLog::addLogger(const std::shared_ptr<DDLogger> &logger)
     observeApplicationTermination();
     Diagnostics::setReceiver(receiveDiagnostic);
     state().loggingQueue.async([logger] {
-        std::shared_ptr<DispatchQueue> queue = logger->loggerQueue();
-        if (!queue)
-            queue = std::make_shared<DispatchQueue>(logger->loggerName());
+        DispatcherState &s = state();
+        const std::shared_ptr<DispatchQueue> queue = s.delivery.add(logger);
         {
-            std::lock_guard lock(state().loggerQueuesMutex);
-            state().loggerQueues.append(queue.get());
+            std::lock_guard lock(s.loggerQueuesMutex);
+            s.loggerQueues.append(queue.get());
         }
-        state().loggers.push_front(LoggerNode{logger, std::move(queue)});
         logger->didAddLogger();
     });
 }
@@ -200,27 +158,20 @@ void DDLog::removeLogger(const std::shared_ptr<DDLogger> &logger)
         return;
     state().loggingQueue.async([logger] {
         logger->willRemoveLogger();
-        DispatcherState &s = state();
-        auto previous = s.loggers.before_begin();
-        for (auto it = s.loggers.begin(); it != s.loggers.end(); previous = it++) {
-            if (it->logger == logger) {
-                forgetQueue(it->loggerQueue.get());
-                s.loggers.erase_after(previous);
-                break;
-            }
-        }
+        if (const std::shared_ptr<DispatchQueue> queue = state().delivery.remove(logger))
+            forgetQueue(queue.get());
     });
 }
 
 void DDLog::removeAllLoggers()
 {
     state().loggingQueue.async([] {
-        DispatcherState &s = state();
-        for (const LoggerNode &node : s.loggers) {
+        DDLogDelivery &delivery = state().delivery;
+        for (const DDLogDelivery::Node &node : delivery.loggers()) {
             node.logger->willRemoveLogger();
             forgetQueue(node.loggerQueue.get());
         }
-        s.loggers.clear();
+        delivery.removeAll();
     });
 }
 

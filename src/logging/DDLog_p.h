@@ -2,27 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "foundation/DispatchGroup.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/DispatchSemaphore.h"
 #include "logging/DDLog.h"
-#include "logging/DDLogger.h"
+#include "logging/DDLogDelivery.h"
 
 #include <QPointer>
 #include <atomic>
-#include <forward_list>
 #include <mutex>
 
 class QCoreApplication;
 
 namespace ddlog_private {
-
-// One added logger and the queue its messages run on.
-struct LoggerNode
-{
-    std::shared_ptr<DDLogger> logger;
-    std::shared_ptr<DispatchQueue> loggerQueue;
-};
 
 // The dispatcher's class-level state, made once on first use and kept until the process ends.
 struct DispatcherState
@@ -30,11 +21,9 @@ struct DispatcherState
     DispatcherState();
 
     DispatchQueue loggingQueue{QStringLiteral("cocoa.vofungudip")};
-    DispatchGroup loggingGroup;
     DispatchSemaphore queueSizeSemaphore{1000};
-    std::forward_list<LoggerNode> loggers; // touched only on the logging queue
-    long unreleasedPlaces = 0;             // delivered messages whose places are not yet given back; ditto
-    std::atomic<unsigned> processorCount{1};
+    DDLogDelivery delivery;               // with the host's processor count; used only on the logging queue
+    long unreleasedPlaces = 0;            // delivered messages whose places are not yet given back; ditto
     std::atomic<long> messagesWaiting{0}; // queued, not yet taken up for delivery
     std::atomic<long> flushesWaiting{0};  // flushLog calls that have not yet passed the queue
     // Held while a counter above goes up and its work joins the logging queue, so that the queue's order and
@@ -55,13 +44,6 @@ DispatcherState &state();
 
 // Observes the application's about-to-quit signal once an application object exists.
 void observeApplicationTermination();
-
-// The host's processor count (at least 1). Deliveries fan out in parallel from 2 on; tests may override it.
-unsigned processorCount();
-void setProcessorCount(unsigned count);
-
-// True while the calling thread hands a message to a logger for the dispatcher.
-bool isDelivering();
 
 // The number of messages queued on the logging queue and not yet taken up for delivery.
 long messagesWaiting();

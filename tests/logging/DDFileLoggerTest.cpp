@@ -260,8 +260,6 @@ TEST_F(DDFileLoggerTest, SettingsAppliedFromOutsideCheckTheRulesAtOnce)
 
 TEST_F(DDFileLoggerTest, AnErrorIsInTheFileWhenItsStatementReturnsWhileLinesAreGathered)
 {
-    const unsigned processors = ddlog_private::processorCount();
-    ddlog_private::setProcessorCount(1); // loggers in turn, the one added last first
     auto logger = addFileLogger();
     // A second logger that stops every delivery at "hold", so that deliveries still follow the error.
     std::binary_semaphore holdGate(0);
@@ -291,7 +289,6 @@ TEST_F(DDFileLoggerTest, AnErrorIsInTheFileWhenItsStatementReturnsWhileLinesAreG
     later.join();
     DDLog::flushLog();
     EXPECT_EQ(texts(path).last(), u"after"_s);
-    ddlog_private::setProcessorCount(processors);
 }
 
 TEST_F(DDFileLoggerTest, GatheredLinesAreWrittenWhenTheLoggerIsRemoved)

@@ -3,6 +3,7 @@
 #include "RecordingLogger.h"
 #include "TestSupport.h"
 #include "foundation/Diagnostics.h"
+#include "logging/DDLogDelivery.h"
 #include "logging/DDLog_p.h"
 #include "logging/Log.h"
 
@@ -21,15 +22,11 @@ namespace {
 class DDLogTest : public ::testing::Test
 {
 protected:
-    void SetUp() override { mProcessors = ddlog_private::processorCount(); }
     void TearDown() override
     {
         DDLog::removeAllLoggers();
         DDLog::flushLog();
-        ddlog_private::setProcessorCount(mProcessors);
     }
-
-    unsigned mProcessors = 1;
 };
 
 using corvex::test::waitUntil;
@@ -104,27 +101,23 @@ TEST_F(DDLogTest, ErrorsCarryTheStatementsDetailsAndArriveBeforeItReturns)
 
 TEST_F(DDLogTest, FlushLogWaitsForEveryLoggerToProcessEarlierMessages)
 {
-    for (unsigned processors : {1u, 2u}) {
-        ddlog_private::setProcessorCount(processors);
-        auto slow = std::make_shared<RecordingLogger>(u"slow"_s);
-        slow->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(200us); };
-        auto fast = std::make_shared<RecordingLogger>(u"fast"_s);
-        DDLog::addLogger(slow);
-        DDLog::addLogger(fast);
-        for (int i = 0; i < 300; ++i)
-            DDLogInfo(QString::number(i));
-        DDLog::flushLog();
-        EXPECT_EQ(slow->count(), 300) << processors;
-        EXPECT_EQ(fast->count(), 300) << processors;
-        EXPECT_EQ(slow->texts().last(), u"299"_s);
-        DDLog::removeAllLoggers();
-        DDLog::flushLog();
-    }
+    auto slow = std::make_shared<RecordingLogger>(u"slow"_s);
+    slow->hook = [](const DDLogMessage &) { std::this_thread::sleep_for(200us); };
+    auto fast = std::make_shared<RecordingLogger>(u"fast"_s);
+    DDLog::addLogger(slow);
+    DDLog::addLogger(fast);
+    for (int i = 0; i < 300; ++i)
+        DDLogInfo(QString::number(i));
+    DDLog::flushLog();
+    EXPECT_EQ(slow->count(), 300);
+    EXPECT_EQ(fast->count(), 300);
+    EXPECT_EQ(slow->texts().last(), u"299"_s);
 }
 
-TEST_F(DDLogTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
+TEST(DDLogDeliveryTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
 {
-    ddlog_private::setProcessorCount(1);
+    DDLogDelivery delivery(1);
+    const DDLogMessage message(u"text"_s, 7, DDLogFlagInfo, 0, __FILE__, "f", 1);
     std::mutex mutex;
     QStringList order;
     QList<std::shared_ptr<RecordingLogger>> loggers;
@@ -135,20 +128,20 @@ TEST_F(DDLogTest, LatestAddedLoggerIsServedFirstOnOneProcessor)
             order.append(QString::fromLatin1(name));
         };
         loggers.append(logger);
-        DDLog::addLogger(logger);
+        delivery.add(logger);
     }
-    DDLogInfo(u"one"_s);
-    DDLogInfo(u"two"_s);
-    DDLog::flushLog();
+    delivery.deliver(message);
+    delivery.deliver(message);
     EXPECT_EQ(order, (QStringList{u"third"_s, u"second"_s, u"first"_s, u"third"_s, u"second"_s, u"first"_s}));
     // Each ran on a queue of its own, labelled with its name.
     for (const std::shared_ptr<RecordingLogger> &logger : loggers)
         EXPECT_EQ(logger->queueLabels(), QStringList(2, logger->loggerName()));
 }
 
-TEST_F(DDLogTest, LoggersWorkInParallelOnSeveralProcessors)
+TEST(DDLogDeliveryTest, LoggersWorkInParallelOnSeveralProcessors)
 {
-    ddlog_private::setProcessorCount(2);
+    DDLogDelivery delivery(2);
+    const DDLogMessage message(u"text"_s, 7, DDLogFlagInfo, 0, __FILE__, "f", 1);
     // Each logger waits until the other has started on the same message: only parallel delivery lets both on.
     std::mutex mutex;
     std::condition_variable changed;
@@ -165,14 +158,15 @@ TEST_F(DDLogTest, LoggersWorkInParallelOnSeveralProcessors)
     auto b = std::make_shared<RecordingLogger>(u"b"_s);
     a->hook = meet;
     b->hook = meet;
-    DDLog::addLogger(a);
-    DDLog::addLogger(b);
-    for (int i = 0; i < 5; ++i)
-        DDLogInfo(u"together"_s);
-    DDLog::flushLog();
+    delivery.add(a);
+    delivery.add(b);
+    for (int i = 1; i <= 5; ++i) {
+        delivery.deliver(message);
+        // Back only once both are done.
+        EXPECT_EQ(a->count(), i);
+        EXPECT_EQ(b->count(), i);
+    }
     EXPECT_TRUE(bothMet);
-    EXPECT_EQ(a->count(), 5);
-    EXPECT_EQ(b->count(), 5);
 }
 
 TEST_F(DDLogTest, AProducerBlocksWhileAThousandMessagesWait)
