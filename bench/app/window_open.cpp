@@ -7,6 +7,9 @@
 // percentile and the worst of the runs, plus the time the main thread was busy for the longest stretch and
 // the process's peak resident memory. For reference, the same file is then loaded with a plain QImage.
 //
+// The slowest main-thread events are named by kind, with the median and the worst over the runs of each run's
+// slowest of that kind; CORVEX_BENCH_TRACE_MS=N also lists, run by run, every event that took N ms or more.
+//
 //   bench_app_window_open [RUNS] [WIDTH HEIGHT]     (needs a session bus and a display, or
 //   QT_QPA_PLATFORM=offscreen)
 
@@ -100,13 +103,32 @@ public:
         QElapsedTimer timer;
         timer.start();
         const bool result = QApplication::notify(receiver, event);
-        double &slowest = slowestByKind[kind];
-        slowest = std::max(slowest, double(timer.nsecsElapsed()) / 1e6);
+        const double milliseconds = double(timer.nsecsElapsed()) / 1e6;
+        double &slowest = slowestThisRun[kind];
+        slowest = std::max(slowest, milliseconds);
+        if (traceAbove > 0 && milliseconds >= traceAbove)
+            std::printf("  %9.3f s  %6.1f ms  %s\n", double(timer.msecsSinceReference()) / 1e3, milliseconds,
+                        qPrintable(kind));
         return result;
     }
 
     bool recording = false;
-    std::map<QString, double> slowestByKind;
+    // Events that took at least this long are listed as they end (CORVEX_BENCH_TRACE_MS), with the monotonic
+    // clock at their start, so that a profile of the same run can be cut to them.
+    double traceAbove = qEnvironmentVariable("CORVEX_BENCH_TRACE_MS").toDouble();
+    std::map<QString, double> slowestThisRun;
+    // For each kind of event, the slowest of each run (runs without that kind count 0).
+    std::map<QString, std::vector<double>> slowestByRun;
+
+    void endRun(int runsBefore)
+    {
+        for (const auto &[kind, milliseconds] : slowestThisRun) {
+            std::vector<double> &runs = slowestByRun[kind];
+            runs.resize(size_t(runsBefore), 0.0);
+            runs.push_back(milliseconds);
+        }
+        slowestThisRun.clear();
+    }
 };
 
 } // namespace
@@ -170,6 +192,8 @@ int main(int argc, char *argv[])
         stall = 0;
         lastTick = 0;
         const size_t before = pictured.size();
+        if (application.traceAbove > 0)
+            std::printf("run %d\n", run + 1);
         ticker.start();
         clock.start();
         center.postNotificationName(CorvexScreenshotMatchedNotification,
@@ -177,6 +201,7 @@ int main(int argc, char *argv[])
         while (pictured.size() == before && clock.elapsed() < 20000)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
         ticker.stop();
+        application.endRun(run);
         longestStall.push_back(stall);
         controller.reset();
         QCoreApplication::processEvents();
@@ -191,17 +216,19 @@ int main(int argc, char *argv[])
                 percentile(pictured, 0.5), percentile(pictured, 0.9), percentile(pictured, 1.0));
     std::printf("painting the picture:   median %7.1f ms   p90 %7.1f ms   max %7.1f ms\n",
                 percentile(painted, 0.5), percentile(painted, 0.9), percentile(painted, 1.0));
-    std::printf("longest main-thread stall: median %7.1f ms   max %7.1f ms\n", percentile(longestStall, 0.5),
-                percentile(longestStall, 1.0));
+    std::printf("longest main-thread stall: median %7.1f ms   max %7.1f ms   first window %7.1f ms\n",
+                percentile(longestStall, 0.5), percentile(longestStall, 1.0), longestStall.front());
     application.recording = false;
     std::vector<std::pair<double, QString>> slowest;
-    for (const auto &[kind, milliseconds] : application.slowestByKind)
-        slowest.emplace_back(milliseconds, kind);
+    for (auto &[kind, byRun] : application.slowestByRun) {
+        byRun.resize(size_t(runs), 0.0);
+        slowest.emplace_back(percentile(byRun, 1.0), kind);
+    }
     std::sort(slowest.rbegin(), slowest.rend());
-    std::printf("slowest main-thread events (worst of the runs):");
-    for (size_t i = 0; i < std::min<size_t>(4, slowest.size()); ++i)
-        std::printf("%s %s %.1f ms", i ? "," : "", qPrintable(slowest[i].second), slowest[i].first);
-    std::printf("\n");
+    std::printf("slowest main-thread events, median and worst of the runs' slowest:\n");
+    for (size_t i = 0; i < std::min<size_t>(5, slowest.size()); ++i)
+        std::printf("  %-48s median %6.1f ms   max %6.1f ms\n", qPrintable(slowest[i].second),
+                    percentile(application.slowestByRun[slowest[i].second], 0.5), slowest[i].first);
     std::printf("picture shown: %dx%d pixels in a %dx%d view\n", shownSize.width(), shownSize.height(),
                 viewSize.width(), viewSize.height());
     std::printf("resident memory: %.0f MB before the windows, peak %.0f MB while they opened\n",

@@ -24,7 +24,9 @@
 #include "logging/Log.h"
 
 #include <QAction>
+#include <QBackingStore>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -36,6 +38,8 @@
 #include <QPageSize>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
@@ -54,6 +58,59 @@ QPageLayout defaultPrintInfo()
     return QPageLayout(QPageSize(letter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait,
                        QMarginsF(18, 30, 18, 30), QPageLayout::Point);
 }
+
+// Readies a window that is being shown for its first paint, so that the paint holds the main thread up
+// briefly. Showing a window posts a repaint of each of its widgets, and the window system's first expose of
+// the window can be handled before them: the window would then be painted whole twice, the second time after
+// waiting for the display server to take in the first. The posted layouts and repaints are handled at once
+// instead, so that they are part of the first paint. And the window's backing store is new memory: painting
+// it whole faults its pages in one by one, which costs tens of milliseconds for a large window on some
+// machines. The store is given the window's size now and the kernel brings its pages in with one call.
+class FirstPaintPreparation final : public QObject
+{
+public:
+    explicit FirstPaintPreparation(QWidget *window) : QObject(window), mWindow(window)
+    {
+        window->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::ShowToParent && watched == mWindow) {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateLater);
+            populateBackingStore();
+        }
+        return false;
+    }
+
+private:
+    void populateBackingStore()
+    {
+#ifdef MADV_POPULATE_WRITE
+        QBackingStore *store = mWindow->backingStore();
+        if (!store)
+            return;
+        if (store->size() != mWindow->size())
+            store->resize(mWindow->size());
+        // With a scale factor the store's image is made at the beginning of a paint (here, of nothing).
+        store->beginPaint(QRegion());
+        const QPaintDevice *device = store->paintDevice();
+        if (device && device->devType() == QInternal::Image) {
+            const auto *image = static_cast<const QImage *>(device);
+            const auto pageSize = quintptr(sysconf(_SC_PAGESIZE));
+            const auto start = quintptr(image->constBits()) & ~(pageSize - 1);
+            const auto end = quintptr(image->constBits()) + quintptr(image->sizeInBytes());
+            // Only a hint: a kernel that cannot do it leaves the pages to be faulted in as they are painted.
+            madvise(reinterpret_cast<void *>(start), end - start, MADV_POPULATE_WRITE);
+        }
+        store->endPaint();
+#endif
+    }
+
+    QWidget *mWindow;
+};
 
 } // namespace
 
@@ -116,6 +173,7 @@ void CorvexWindowController::buildWindow()
     window->setObjectName(windowNibName());
     window->setAttribute(Qt::WA_DeleteOnClose, false);
     window->setProperty(ControllerProperty, QVariant::fromValue<QObject *>(this));
+    new FirstPaintPreparation(window);
 
     mImageView = new ImageView(window);
     mImageView->setObjectName(QStringLiteral("mImageView"));
