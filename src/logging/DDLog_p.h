@@ -21,8 +21,8 @@ struct DispatcherState
     DispatcherState();
 
     DispatchQueue loggingQueue{QStringLiteral("cocoa.vofungudip")};
+    DDLogDelivery delivery; // with the host's processor count; used only on the logging queue
     DispatchSemaphore queueSizeSemaphore{1000};
-    DDLogDelivery delivery;               // with the host's processor count; used only on the logging queue
     long unreleasedPlaces = 0;            // delivered messages whose places are not yet given back; ditto
     std::atomic<long> messagesWaiting{0}; // queued, not yet taken up for delivery
     std::atomic<long> flushesWaiting{0};  // flushLog calls that have not yet passed the queue
