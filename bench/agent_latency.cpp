@@ -9,8 +9,8 @@
 // Run it through bench/agent_bench.sh, which gives it a home and a session bus of its own.
 //
 //   bench_agent_latency [--shots N] [--idle SECONDS]
-#include "platform/DistributedNotificationCenter.h"
 #include "foundation/Notifications.h"
+#include "platform/DistributedNotificationCenter.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -49,7 +49,8 @@ int main(int argc, char **argv)
         const auto *p = reinterpret_cast<const QRgb *>(a.constScanLine(y));
         const auto *q = reinterpret_cast<const QRgb *>(b.constScanLine(y));
         for (int x = 0; x < a.width(); ++x) {
-            const int dr = qRed(p[x]) - qRed(q[x]), dg = qGreen(p[x]) - qGreen(q[x]), db = qBlue(p[x]) - qBlue(q[x]);
+            const int dr = qRed(p[x]) - qRed(q[x]), dg = qGreen(p[x]) - qGreen(q[x]),
+                      db = qBlue(p[x]) - qBlue(q[x]);
             sum += double(dr * dr + dg * dg + db * db);
         }
     }

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "agent/AppLogRelay.h"
 
+#include "foundation/Notifications.h"
 #include "logging/DDLog.h"
 #include "logging/DDLogMessage.h"
 #include "platform/DistributedNotificationCenter.h"
-#include "foundation/Notifications.h"
 
 #include <QDateTime>
 

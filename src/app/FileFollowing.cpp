@@ -16,8 +16,12 @@ FileFollowing::FileFollowing(QObject *parent) : QObject(parent)
         return [this, signal](const NotificationCenter::Notification &notification) {
             const QString path = notification.userInfo.value(UKFileWatcherPathKey).toString();
             QMetaObject::invokeMethod(
-                this, [this, signal, path] { Q_EMIT(this->*signal)
-                                             (path); }, Qt::QueuedConnection);
+                this,
+                [this, signal, path] {
+                    Q_EMIT(this->*signal)
+                    (path);
+                },
+                Qt::QueuedConnection);
         };
     };
     mDeleteObserver = center.addObserver(UKKQueueFileDeletedNotification, nullptr, this,

@@ -85,7 +85,8 @@ QString CorvexError::localizedDescription() const
         return given;
     const QString reason = localizedFailureReason();
     if (!reason.isEmpty())
-        return QCoreApplication::translate("CorvexError", "The operation couldn’t be completed. %1").arg(reason);
+        return QCoreApplication::translate("CorvexError", "The operation couldn’t be completed. %1")
+            .arg(reason);
     if (mDomain == CocoaErrorDomain) {
         const QString path = filePath();
         const QString name = path.isEmpty() ? QString() : QFileInfo(path).fileName();
@@ -99,7 +100,8 @@ QString CorvexError::localizedDescription() const
                              .arg(name);
         case FileReadNoPermissionError:
             return QCoreApplication::translate(
-                       "CorvexError", "The file “%1” couldn’t be opened because you don’t have permission to view it.")
+                       "CorvexError",
+                       "The file “%1” couldn’t be opened because you don’t have permission to view it.")
                 .arg(name);
         case FileWriteNoPermissionError:
             return QCoreApplication::translate(
@@ -108,7 +110,8 @@ QString CorvexError::localizedDescription() const
                 .arg(name);
         case FileWriteFileExistsError:
             return QCoreApplication::translate(
-                       "CorvexError", "The file “%1” couldn’t be saved because a file with the same name already exists.")
+                       "CorvexError",
+                       "The file “%1” couldn’t be saved because a file with the same name already exists.")
                 .arg(name);
         case FileWriteOutOfSpaceError:
             return QCoreApplication::translate(

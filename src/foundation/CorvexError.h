@@ -18,7 +18,8 @@ public:
     // User-information keys.
     static inline const QString LocalizedDescriptionKey = QStringLiteral("NSLocalizedDescription");
     static inline const QString LocalizedFailureReasonErrorKey = QStringLiteral("NSLocalizedFailureReason");
-    static inline const QString LocalizedRecoverySuggestionErrorKey = QStringLiteral("NSLocalizedRecoverySuggestion");
+    static inline const QString LocalizedRecoverySuggestionErrorKey =
+        QStringLiteral("NSLocalizedRecoverySuggestion");
     static inline const QString URLErrorKey = QStringLiteral("NSURL");
     static inline const QString FilePathErrorKey = QStringLiteral("NSFilePath");
     static inline const QString UnderlyingPOSIXErrorKey = QStringLiteral("NSPOSIXErrorCode");

@@ -26,7 +26,7 @@ void report(Level level, bool synchronous, const char *file, const char *functio
 
 } // namespace Diagnostics
 
-#define CorvexReportError(message)                                                                             \
+#define CorvexReportError(message)                                                                           \
     ::Diagnostics::report(::Diagnostics::Level::Error, true, __FILE__, Q_FUNC_INFO, __LINE__, (message))
-#define CorvexReportWarning(message)                                                                           \
+#define CorvexReportWarning(message)                                                                         \
     ::Diagnostics::report(::Diagnostics::Level::Warning, false, __FILE__, Q_FUNC_INFO, __LINE__, (message))

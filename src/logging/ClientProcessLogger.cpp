@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/ClientProcessLogger.h"
 
+#include "foundation/Notifications.h"
 #include "logging/DDLogMessage.h"
 #include "platform/DistributedNotificationCenter.h"
-#include "foundation/Notifications.h"
 
 std::shared_ptr<ClientProcessLogger> ClientProcessLogger::sharedInstance()
 {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logging/DDAbstractLogger.h"
 
-#include "logging/DDLog.h"
 #include "foundation/DispatchQueue.h"
+#include "logging/DDLog.h"
 
 DDAbstractLogger::DDAbstractLogger() = default;
 

@@ -13,11 +13,11 @@
 #define CORVEX_LOG_CONTEXT 1
 #define CORVEX_LOG_LEVEL 7u
 
-#define CORVEX_LOG_MAYBE(sync, flag, message)                                                                    \
-    do {                                                                                                         \
-        if (CORVEX_LOG_LEVEL & (flag))                                                                           \
-            ::DDLog::log((sync), CORVEX_LOG_LEVEL, (flag), CORVEX_LOG_CONTEXT, __FILE__, Q_FUNC_INFO, __LINE__,  \
-                         (message));                                                                             \
+#define CORVEX_LOG_MAYBE(sync, flag, message)                                                                \
+    do {                                                                                                     \
+        if (CORVEX_LOG_LEVEL & (flag))                                                                       \
+            ::DDLog::log((sync), CORVEX_LOG_LEVEL, (flag), CORVEX_LOG_CONTEXT, __FILE__, Q_FUNC_INFO,        \
+                         __LINE__, (message));                                                               \
     } while (0)
 
 #define DDLogError(message) CORVEX_LOG_MAYBE(true, DDLogFlagError, message)

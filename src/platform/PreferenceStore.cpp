@@ -162,7 +162,7 @@ bool PreferenceStore::synchronizeLocked(PreferenceDomainCache &cache, const QStr
             cache.pending.clear();
         } else {
             CorvexReportError(QStringLiteral("Preferences: cannot save the domain %1 to %2: %3")
-                           .arg(domain, cache.file.path(), writeError.localizedDescription()));
+                                  .arg(domain, cache.file.path(), writeError.localizedDescription()));
             if (error)
                 *error = writeError;
             ok = false;
