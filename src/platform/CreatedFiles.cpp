@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr qint64 KeptMilliseconds = 60 * 60 * 1000;
+constexpr qint64 KeptMilliseconds = qint64(60) * 60 * 1000;
 
 // "device inode birth-time" of the file, the birth time in nanoseconds (0 where the file system has none).
 QByteArray identityOf(const QString &path)

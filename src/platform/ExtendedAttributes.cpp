@@ -26,7 +26,7 @@ const ExtendedAttributes &ExtendedAttributes::fileSystem()
 
 QByteArray ExtendedAttributes::platformName(const QString &name)
 {
-    const QByteArray utf8 = name.toUtf8();
+    QByteArray utf8 = name.toUtf8();
     for (const char *space : {"user.", "trusted.", "security.", "system."}) {
         if (utf8.startsWith(space))
             return utf8;
