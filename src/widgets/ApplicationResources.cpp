@@ -19,7 +19,11 @@ void installApplicationResources(QApplication &application, const QString &resou
         if (translator->load(QLocale(), name, QStringLiteral("_"), folder))
             QApplication::installTranslator(translator);
     }
-    QApplication::setWindowIcon(QIcon::fromTheme(
-        QStringLiteral("com.ostrel.Corvex"),
-        QIcon(resources + QStringLiteral("/icons/hicolor/scalable/apps/com.ostrel.Corvex.svg"))));
+    // The bundle's own bitmaps, read when a window first needs them: no icon-theme search and no SVG plugin
+    // on the way to the first window. The large sizes are left out: window managers show small ones.
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128})
+        icon.addFile(resources + QStringLiteral("/icons/hicolor/%1x%1/apps/com.ostrel.Corvex.png").arg(size),
+                     QSize(size, size));
+    QApplication::setWindowIcon(icon);
 }
