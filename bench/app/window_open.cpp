@@ -18,6 +18,7 @@
 #include "core/ScreenshotInfo.h"
 #include "foundation/Notifications.h"
 #include "platform/DistributedNotificationCenter.h"
+#include "widgets/ApplicationResources.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -136,6 +137,9 @@ public:
 int main(int argc, char *argv[])
 {
     TimingApplication application(argc, argv);
+    // As the application starts: its translations and window icon.
+    installApplicationResources(application, QCoreApplication::applicationDirPath() +
+                                                 QStringLiteral("/../Corvex.app/Contents/Resources"));
     const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 10;
     const int width = argc > 3 ? atoi(argv[2]) : 5120;
     const int height = argc > 3 ? atoi(argv[3]) : 2880;
