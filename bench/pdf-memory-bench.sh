@@ -6,8 +6,9 @@
 # out.png`), for pages of one picture at one pixel per point, 2880x1800 and 5120x2880, and for the pictures
 # at 96 dpi (a page of 3/4 the size, the picture scaled into it). The baseline is the same process converting
 # a 16x16 page: the program with poppler loaded. ratio = (peak - baseline) / page bytes (width x height x 4,
-# the rendered page). Median of RUNS runs. The route column says whether the page was decoded straight into
-# the page or drawn by poppler's renderer, and that decoded pixels are the same as drawn ones.
+# the rendered page). Median of RUNS runs. The route column says whether the page's image was decoded row by
+# row into the page (straight at one pixel per point, a band of rows at a time when scaled) or the page drawn
+# by poppler's renderer, and that decoded pixels are the same as drawn ones.
 #
 #   bench/pdf-memory-bench.sh BUILD_DIR [RUNS]
 set -euo pipefail

@@ -4,10 +4,11 @@
 // Helper of the PDF memory benchmark.
 //   bench_pdf_page make PICTURE PDF   writes the picture as a one-page PDF at one pixel per point, the way
 //                                     Corvex writes PDFs: the page is the picture's size in points.
-//   bench_pdf_page compare PDF        renders page 1 both ways and prints "decoded identical" when the page
-//                                     was decoded straight into the page with the same pixels as poppler's
-//                                     renderer draws, "drawn" when the page is drawn; exits with 1 when the
-//                                     decoded pixels differ from the drawn ones or the page cannot be read.
+//   bench_pdf_page compare PDF        renders page 1 both ways and prints "decoded identical" when the page's
+//                                     image was decoded row by row into the page with the same pixels as
+//                                     poppler's renderer draws, "drawn" when the page is drawn; exits with 1
+//                                     when the decoded pixels differ from the drawn ones or the page cannot
+//                                     be read.
 #include "core/ImageIOPDF.h"
 
 #include <QFile>

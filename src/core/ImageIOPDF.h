@@ -10,9 +10,9 @@
 
 class QIODevice;
 
-// PDF reading (page 1 only, through poppler's QPainter renderer or, for a page that is one image lying pixel
-// for pixel on it, that image decoded straight into the page) and writing (one page the size of the image in
-// points, the image embedded losslessly).
+// PDF reading (page 1 only, through poppler's QPainter renderer or, for a page that is one upright image,
+// that image decoded row by row into the page) and writing (one page the size of the image in points, the
+// image embedded losslessly).
 class ImageIOPDF
 {
 public:
@@ -37,8 +37,8 @@ public:
     // Page 1 rendered as above, without any log line.
     static QImage renderFirstPageQuietly(const QString &path, qint64 maximumBytes, QString *reason = nullptr);
 
-    // How a page is rendered: its one image decoded straight into the page when the page shows nothing else
-    // and the image lies pixel for pixel on it, or drawn by poppler's renderer; both give the same pixels.
+    // How a page is rendered: its one image decoded row by row into the page when the page shows nothing else
+    // and the image is upright, or drawn by poppler's renderer; both give the same pixels.
     using Route = PDFReaderModule::Route;
 
     // Page 1 rendered quietly as above, decoded where the page allows it when route is Decoded, always drawn

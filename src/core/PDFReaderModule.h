@@ -17,10 +17,11 @@ struct PDFReaderModule
 
     enum class Status { Ok, NotOpened, NoFirstPage };
 
-    // The two ways a page is rendered. Decoded: the page shows nothing but one image lying pixel for pixel on
-    // its grid, and that image is decoded row by row straight into the page, so that only the page is ever
-    // held whole. Drawn: poppler's QPainter renderer draws the page (holding a decoded image whole as well).
-    // Where both are possible they give the same pixels.
+    // The two ways a page is rendered. Decoded: the page shows nothing but one upright image, which is
+    // decoded row by row, straight into the page when it lies pixel for pixel on its grid, else a band of
+    // rows at a time drawn as the renderer draws the whole image, so that only the page is ever held whole.
+    // Drawn: poppler's QPainter renderer draws the page (holding a decoded image whole as well). Where both
+    // are possible they give the same pixels.
     enum class Route { Decoded, Drawn };
 
     int version;

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The PDF reader module: page 1 of a document, measured by its media box with poppler's core and drawn
-// through poppler's QPainter renderer, or, when it is nothing but one image lying pixel for pixel on the
-// page, that image decoded straight into the page with the same conversions the renderer makes.
+// through poppler's QPainter renderer, or, when it is nothing but one upright image, that image decoded row
+// by row into the page with the same conversions the renderer makes: straight into it when it lies pixel
+// for pixel on the page, else a band of rows at a time drawn as the renderer draws it whole.
 #include "core/PDFReaderModule.h"
 
 // poppler's core headers want its object model first.
@@ -19,6 +20,7 @@
 #include <Parser.h>
 #include <QFile>
 #include <QPainter>
+#include <QTransform>
 #include <Stream.h>
 #include <XRef.h>
 #include <algorithm>
@@ -244,19 +246,30 @@ bool isPlainImage(const Object &image, bool isMask)
                    });
 }
 
-// The one image a page shows, lying pixel for pixel on the page's grid.
+// The one image a page shows, upright on the page.
 struct PlacedImage
 {
     Object image, mask; // the image's stream and its soft mask's (none: null)
-    QRect area;         // on the page, in pixels from the top left corner
+    QSize size;         // in samples
+    QTransform square;  // the image's unit square onto the page, as the renderer's current transformation
+
+    // Where the image lies on the page, in pixels from the top left corner.
+    QRectF area() const { return square.mapRect(QRectF(0, 0, 1, 1)); }
+    // Whether the image lies within the page on whole pixels of it, at one pixel per sample.
+    bool liesOnThePixels(const QSize &page) const
+    {
+        const QRectF on = area();
+        return on.size() == QSizeF(size) && on.topLeft() == on.topLeft().toPoint() &&
+               QRectF(QPointF(0, 0), QSizeF(page)).contains(on);
+    }
 };
 
-// The image page 1 shows when it shows nothing else, drawn upright at one pixel per image sample onto
-// whole pixels of the page and within it. The content may set colours, line settings and graphics states
-// that leave images alone, and move and scale by cm, around one image drawn by Do; anything else (another
+// The image page 1 shows when it shows nothing else, drawn upright (its first row at the top, neither
+// turned nor slanted). The content may set colours, line settings and graphics states that
+// leave images alone, and move and scale by cm, around one image drawn by Do; anything else (another
 // drawing, text, clipping, a soft mask, transparency, annotations...) and the page is drawn by the renderer.
 // state starts as the renderer's does for the page: its transformation is followed as the renderer's is.
-std::optional<PlacedImage> imageLyingOnThePixels(FirstPage &first, const QSize &size, GfxState &state)
+std::optional<PlacedImage> imageAloneOnThePage(FirstPage &first, const QSize &size, GfxState &state)
 {
     Page *page = first.page;
     XRef *xref = first.document->getXRef();
@@ -319,15 +332,13 @@ std::optional<PlacedImage> imageLyingOnThePixels(FirstPage &first, const QSize &
             if (!width.isInt() || !height.isInt() || width.getInt() < 1 || height.getInt() < 1 ||
                 (!mask.isNull() && !(isPlainImage(mask, true) && sameSize(mask))))
                 return std::nullopt;
-            // The image's unit square, its first row at the top, onto whole pixels of the page.
+            // The image's unit square, its first row at the top, onto the page.
             const double *m = state.getCTM();
-            const double left = m[4], top = m[5] + m[3];
-            if (m[0] != width.getInt() || m[1] != 0 || m[2] != 0 || m[3] != -height.getInt() || left < 0 ||
-                top < 0 || left != std::floor(left) || top != std::floor(top) || left + m[0] > size.width() ||
-                top - m[3] > size.height())
+            const QTransform square(m[0], m[1], m[2], m[3], m[4], m[5]);
+            if (m[0] <= 0 || m[1] != 0 || m[2] != 0 || m[3] >= 0)
                 return std::nullopt;
-            placed = PlacedImage{std::move(image), std::move(mask),
-                                 QRect(int(left), int(top), width.getInt(), height.getInt())};
+            placed = PlacedImage{std::move(image), std::move(mask), QSize(width.getInt(), height.getInt()),
+                                 square};
         } else if (!isOneOf(op, {"cs", "CS", "sc", "scn", "SC", "SCN", "g", "G", "rg", "RG", "k", "K", "w",
                                  "J", "j", "M", "d", "ri", "i"})) {
             return std::nullopt;
@@ -366,59 +377,154 @@ struct ImageRows
     ImageRows &operator=(const ImageRows &) = delete;
 };
 
-// Decodes the image row by row into its place on the page, as the renderer makes it: the colour map's RGB
-// row, opaque or with the soft mask's grey row as alpha, which drawn onto the transparent page comes out as
-// Qt's own premultiplication of it. False when the image cannot be read.
+// An image and its soft mask read row by row, each row as the renderer makes it: the colour map's RGB row,
+// opaque or with the soft mask's grey row as alpha (straight, not premultiplied).
+class StraightRows
+{
+public:
+    StraightRows(const PlacedImage &placed, GfxState &state)
+        : mImage(placed.image, state), mWidth(placed.size.width())
+    {
+        if (!placed.mask.isNull()) {
+            mMask.emplace(placed.mask, state);
+            mAlpha.resize(size_t(mWidth));
+        }
+    }
+
+    bool isOk() const { return mImage.rows && (!mMask || mMask->rows); }
+    bool isOpaque() const { return !mMask; }
+
+    // Passes over the next row, false when it cannot be read.
+    bool skip() { return mImage.rows->getLine() && (!mMask || mMask->rows->getLine()); }
+
+    // The next row into pixels, false when it cannot be read.
+    bool read(unsigned int *pixels)
+    {
+        unsigned char *samples = mImage.rows->getLine();
+        unsigned char *maskSamples = mMask ? mMask->rows->getLine() : nullptr;
+        if (!samples || (mMask && !maskSamples))
+            return false;
+        mImage.colors->getRGBLine(samples, pixels, mWidth);
+        if (mMask)
+            mMask->colors->getGrayLine(maskSamples, mAlpha.data(), mWidth);
+        for (int x = 0; x < mWidth; ++x)
+            pixels[x] |= mMask ? unsigned(mAlpha[size_t(x)]) << 24 : 0xff000000;
+        return true;
+    }
+
+private:
+    ImageRows mImage;
+    std::optional<ImageRows> mMask;
+    int mWidth;
+    std::vector<unsigned char> mAlpha;
+};
+
+// Decodes the image lying on the page's pixels row by row into its place: its straight rows drawn onto the
+// transparent page come out as Qt's own premultiplication of them. False when the image cannot be read.
 bool decodeInto(QImage &page, const PlacedImage &placed, GfxState &state)
 {
-    ImageRows image(placed.image, state);
-    std::optional<ImageRows> mask;
-    if (!placed.mask.isNull())
-        mask.emplace(placed.mask, state);
-    if (!image.rows || (mask && !mask->rows))
+    StraightRows rows(placed, state);
+    if (!rows.isOk())
         return false;
-    const int width = placed.area.width();
-    QImage straight(mask ? width : 0, 1, QImage::Format_ARGB32);
-    std::vector<unsigned char> alpha(mask ? width : 0);
-    for (int y = 0; y < placed.area.height(); ++y) {
-        unsigned char *samples = image.rows->getLine();
-        unsigned char *maskSamples = mask ? mask->rows->getLine() : nullptr;
-        if (!samples || (mask && !maskSamples))
-            return false;
-        auto *row =
-            reinterpret_cast<unsigned int *>(page.scanLine(placed.area.top() + y)) + placed.area.left();
-        if (!mask) {
-            image.colors->getRGBLine(samples, row, width);
-            for (int x = 0; x < width; ++x)
-                row[x] |= 0xff000000;
+    const QPoint at = placed.area().topLeft().toPoint();
+    const size_t bytes = size_t(placed.size.width()) * 4;
+    QImage straight(placed.size.width(), 1, QImage::Format_ARGB32);
+    for (int y = 0; y < placed.size.height(); ++y) {
+        uchar *row = page.scanLine(at.y() + y) + size_t(at.x()) * 4;
+        if (rows.isOpaque()) {
+            if (!rows.read(reinterpret_cast<unsigned int *>(row)))
+                return false;
             continue;
         }
         straight.reinterpretAsFormat(QImage::Format_ARGB32);
-        auto *pixels = reinterpret_cast<unsigned int *>(straight.bits());
-        image.colors->getRGBLine(samples, pixels, width);
-        mask->colors->getGrayLine(maskSamples, alpha.data(), width);
-        for (int x = 0; x < width; ++x)
-            pixels[x] |= unsigned(alpha[x]) << 24;
+        if (!rows.read(reinterpret_cast<unsigned int *>(straight.bits())))
+            return false;
         straight.convertTo(QImage::Format_ARGB32_Premultiplied);
-        std::memcpy(row, straight.constBits(), size_t(width) * 4);
+        std::memcpy(row, straight.constBits(), bytes);
     }
     return true;
 }
 
-// Page 1 with its one image decoded straight into it; a null image when the page is not one image lying
-// pixel for pixel on it, or the image cannot be read.
+// Rows of an image each band holds beyond those its page rows sample, on either side.
+constexpr int BandMargin = 2;
+// About as many rows of the image as a band takes.
+constexpr int BandImageRows = 64;
+
+// Draws the image onto the page the way the renderer draws it whole (its straight rows upside down, the last
+// first, from the unit square through the placement, unsmoothed), a band of page rows at a time. Each band
+// is drawn from the image's rows its pixels sample and a margin, decoded once as the bands go down the page
+// (the rows two bands share are kept), through the whole image's mapping moved by the band's first row: a
+// whole number of rows, so that each pixel samples where it does in the whole image. False when the image
+// cannot be read.
+bool drawInBands(QImage &page, const PlacedImage &placed, GfxState &state)
+{
+    StraightRows rows(placed, state);
+    if (!rows.isOk())
+        return false;
+    const int width = placed.size.width(), height = placed.size.height();
+    // The upside-down image's pixels onto the page, and back.
+    const QTransform pixels = QTransform::fromScale(1.0 / width, 1.0 / height) * placed.square;
+    const QTransform back = pixels.inverted();
+    const QRectF area = placed.area();
+    const int top = std::max(0, int(std::floor(area.top())));
+    const int bottom = std::min(page.height(), int(std::ceil(area.bottom())));
+    const int bandHeight = std::max(1, int(BandImageRows * area.height() / height));
+    QPainter painter(&page);
+    QImage band;
+    int bandFirst = height; // the band's first row, upside down
+    int next = 0;           // the next row of the image to read, from the top
+    for (int y = top; y < bottom; y += bandHeight) {
+        const int end = std::min(bottom, y + bandHeight);
+        const double from = back.map(QPointF(0, end)).y(), to = back.map(QPointF(0, y)).y();
+        const int first = std::max(0, int(std::floor(from)) - BandMargin);
+        const int last = std::min(height, int(std::ceil(to)) + BandMargin);
+        if (first >= last)
+            continue;
+        // Row i of the band is row height - 1 - (first + i) of the image, read from the top down: the rows
+        // it shares with the last band are taken from that one.
+        QImage taken(width, last - first, QImage::Format_ARGB32);
+        if (taken.isNull())
+            return false;
+        for (int i = last - first - 1; i >= 0; --i) {
+            const int row = height - 1 - (first + i);
+            auto *line = reinterpret_cast<unsigned int *>(taken.scanLine(i));
+            if (row < next) {
+                std::memcpy(line, band.constScanLine(first + i - bandFirst), size_t(width) * 4);
+                continue;
+            }
+            for (; next < row; ++next)
+                if (!rows.skip())
+                    return false;
+            if (!rows.read(line))
+                return false;
+            ++next;
+        }
+        band = std::move(taken);
+        bandFirst = first;
+        painter.resetTransform();
+        painter.setClipRect(QRect(0, y, page.width(), end - y));
+        painter.setTransform(QTransform::fromTranslate(0, first) * pixels);
+        painter.drawImage(QPointF(0, 0), band);
+    }
+    return true;
+}
+
+// Page 1 with its one image decoded into it; a null image when the page is not one upright image on its
+// own, or the image cannot be read.
 QImage decodedPage(FirstPage &first, const QSize &size)
 {
     // The renderer's starting state for the page at one pixel per point, y downwards.
     GfxState state(72.0, 72.0, first.page->getMediaBox(), 0, true);
-    const std::optional<PlacedImage> placed = imageLyingOnThePixels(first, size, state);
+    const std::optional<PlacedImage> placed = imageAloneOnThePage(first, size, state);
     if (!placed)
         return {};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return image;
     image.fill(Qt::transparent);
-    return decodeInto(image, *placed, state) ? image : QImage();
+    const bool read = placed->liesOnThePixels(size) ? decodeInto(image, *placed, state)
+                                                    : drawInBands(image, *placed, state);
+    return read ? image : QImage();
 }
 
 QSizeF firstPageSize(const QString &path, PDFReaderModule::Status *status)
