@@ -3,9 +3,9 @@
 #include "app/ImageView.h"
 
 #include "app/ImageLoader.h"
+#include "foundation/WriteAll.h"
 
 #include <QPainter>
-#include <unistd.h>
 
 namespace {
 
@@ -20,8 +20,7 @@ void announcePaintedForBenchmark()
     if (descriptor < 0 || announced)
         return;
     announced = true;
-    const ssize_t written = write(descriptor, "painted\n", 8);
-    Q_UNUSED(written)
+    writeAll(descriptor, QByteArrayLiteral("painted\n"));
 }
 
 } // namespace
