@@ -30,11 +30,9 @@ constexpr qsizetype kGatherLimit = 64 * 1024;
 
 DDFileLogger::DDFileLogger() : DDFileLogger(nullptr) {}
 
-DDFileLogger::DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager,
-                           const ExtendedAttributes &attributes)
-    : DDAbstractLogger(std::make_shared<DDLogFileFormatterDefault>()), mExtendedAttributes(attributes),
-      mLogFileManager(logFileManager ? logFileManager
-                                     : std::make_shared<DDLogFileManagerDefault>(QString(), attributes))
+DDFileLogger::DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager)
+    : DDAbstractLogger(std::make_shared<DDLogFileFormatterDefault>()),
+      mLogFileManager(logFileManager ? logFileManager : std::make_shared<DDLogFileManagerDefault>(QString()))
 {
 }
 
@@ -130,8 +128,8 @@ std::shared_ptr<DDLogFileInfo> DDFileLogger::currentLogFileInfoOnQueue()
         }
     }
     if (!mCurrentLogFileInfo)
-        mCurrentLogFileInfo =
-            DDLogFileInfo::logFileWithPath(mLogFileManager->createNewLogFile(), mExtendedAttributes);
+        mCurrentLogFileInfo = DDLogFileInfo::logFileWithPath(mLogFileManager->createNewLogFile(),
+                                                             mLogFileManager->extendedAttributes());
     return mCurrentLogFileInfo;
 }
 

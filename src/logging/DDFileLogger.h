@@ -3,7 +3,6 @@
 #pragma once
 
 #include "logging/DDAbstractLogger.h"
-#include "platform/ExtendedAttributes.h"
 
 #include <QString>
 
@@ -14,16 +13,15 @@ class DDLogFileManager;
 // a new file when the current one reaches a size or an age, and leaves the keeping of old files to its
 // manager. A line reaches the file before the message counts as delivered, except while more messages wait on
 // the logging queue: their lines are then gathered (up to 64 KiB) and written together with the last of them.
-// Error messages are written at once. The log files' extended attributes are those of the store given (the
-// file system's unless told otherwise), which must outlive the logger. Make it with std::make_shared.
+// Error messages are written at once. The log files' extended attributes are those of the manager's store.
+// Make it with std::make_shared.
 class DDFileLogger : public DDAbstractLogger
 {
 public:
     // A logger with a new DDLogFileManagerDefault and a DDLogFileFormatterDefault.
     DDFileLogger();
-    // A logger with the manager (a new DDLogFileManagerDefault on the same store when null).
-    explicit DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager,
-                          const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem());
+    // A logger with the manager (a new DDLogFileManagerDefault when null).
+    explicit DDFileLogger(const std::shared_ptr<DDLogFileManager> &logFileManager);
     // Closes the file (after writing it out to disk) and stops the age timer.
     ~DDFileLogger() override;
 
@@ -69,7 +67,6 @@ private:
     void scheduleTimerToRollLogFileDueToAge();
     void cancelRollingTimer();
 
-    const ExtendedAttributes &mExtendedAttributes;
     std::shared_ptr<DDLogFileManager> mLogFileManager;
     std::shared_ptr<DDLogFileInfo> mCurrentLogFileInfo;
     int mCurrentLogFileHandle = -1;

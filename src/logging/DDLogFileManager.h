@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ExtendedAttributes.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -38,6 +40,10 @@ public:
 
     // Deletes archived files beyond the number kept.
     virtual void deleteOldLogFiles() = 0;
+
+    // The store of the files' extended attributes (where the archived flag lives): the file system's unless
+    // the manager says otherwise. The file logger reads and marks its files through it too.
+    virtual const ExtendedAttributes &extendedAttributes() const { return ExtendedAttributes::fileSystem(); }
 
     // Optional notices: a file found unfit at start-up has been archived; the file in use has been rolled and
     // archived. The defaults do nothing.

@@ -23,7 +23,7 @@ public:
                                      const ExtendedAttributes &attributes = ExtendedAttributes::fileSystem());
 
     // The store of the files' extended attributes.
-    const ExtendedAttributes &extendedAttributes() const { return mExtendedAttributes; }
+    const ExtendedAttributes &extendedAttributes() const override { return mExtendedAttributes; }
 
     quint64 maximumNumberOfLogFiles() const override;
     // Clears away files beyond the new number (asynchronously, on the logging queue) when it changes.

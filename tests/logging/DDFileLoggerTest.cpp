@@ -178,8 +178,8 @@ TEST_F(DDFileLoggerTest, StartUpArchivesAFileTooLargeOrTooOld)
 TEST_F(DDFileLoggerTest, FlagFilesMarkArchivedFilesWhereAttributesAreRefused)
 {
     const RefusingAttributes refusing;
-    auto logger = std::make_shared<DDFileLogger>(
-        std::make_shared<DDLogFileManagerDefault>(mDirectory, refusing), refusing);
+    auto logger =
+        std::make_shared<DDFileLogger>(std::make_shared<DDLogFileManagerDefault>(mDirectory, refusing));
     DDLog::addLogger(logger);
     DDLogInfo(u"one"_s);
     logger->rollLogFile();
