@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex about: the version and a description of this system, to paste into a bug report.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "core/FeedbackReport.h"
 #include "foundation/Version.h"
 
@@ -21,9 +21,10 @@ int runAbout(const QStringList &arguments)
     return 0;
 }
 
-const cli::CommandRegistration registration{
-    "about", "", "Prints the version and a description of this system for bug reports.", &runAbout,
-    "The same description the feedback e-mail carries: version, operating system, memory, displays, locale,\n"
-    "languages, time format and the custom screenshot settings (an empty last line when there are none)."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    const auto app = cli::makeGuiApplication(argc, argv);
+    return cli::runModuleCommand(&runAbout);
+}

@@ -272,7 +272,9 @@ int runDelete(PreferenceStore &store, const QStringList &arguments)
     return save(store, domain, key, QVariant());
 }
 
-int runDefaults(const QStringList &arguments)
+} // namespace
+
+int cli::runDefaults(const QStringList &arguments)
 {
     if (arguments.isEmpty())
         return cli::fail(kUsage);
@@ -287,22 +289,3 @@ int runDefaults(const QStringList &arguments)
         return runDelete(store, rest);
     return cli::fail(QStringLiteral("unknown defaults action '%1' (%2)").arg(verb, kUsage));
 }
-
-const cli::CommandRegistration registration{
-    "defaults", "read [DOMAIN [KEY]] | write DOMAIN KEY [TYPE] VALUE... | delete DOMAIN [KEY]",
-    "Reads, writes and deletes preferences, as XML property lists.", &runDefaults,
-    "read                  prints every domain and its contents\n"
-    "read DOMAIN [KEY]     prints the domain, or one value, as an XML property list\n"
-    "write DOMAIN KEY VALUE             stores VALUE as a string\n"
-    "write DOMAIN KEY -string|-int|-float|-bool|-data|-date VALUE\n"
-    "                      -bool takes YES/NO/true/false/1/0, -data hex digits, -date ISO 8601\n"
-    "write DOMAIN KEY -array [VALUE...]          an array of strings (a -TYPE VALUE pair gives a typed "
-    "element)\n"
-    "write DOMAIN KEY -array-add [VALUE...]      appends to the array\n"
-    "write DOMAIN KEY -dict [KEY VALUE...]       a dictionary (values are strings unless -TYPE VALUE)\n"
-    "write DOMAIN KEY -dict-add [KEY VALUE...]   adds to the dictionary\n"
-    "delete DOMAIN [KEY]   deletes one key, or the whole domain\n"
-    "\n"
-    "Domains are kept in $XDG_CONFIG_HOME/corvex/DOMAIN.plist."};
-
-} // namespace

@@ -3,7 +3,7 @@
 //
 // corvex name FILE [FORMAT-EXTENSION]: prints the name the stored renaming pattern gives the file, advancing
 // the stored counter exactly as an automatic rename does.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "core/AppUserDefaults.h"
 #include "core/FileFormat.h"
 #include "core/Processor.h"
@@ -44,15 +44,12 @@ int runName(const QStringList &arguments)
     return 0;
 }
 
-const cli::CommandRegistration registration{
-    "name", "FILE [FORMAT-EXTENSION]",
-    "Prints the name (no folder, no extension) the stored renaming pattern gives the file.", &runName,
-    "The pattern is \"autoRenameFormat\" of the com.ostrel.Corvex domain: pieces joined by ':', each a "
-    "token\n"
-    "such as $DateYYYY$, $TimeHH$, $Counter3$ or $Dimensions1$, or literal text. Every counter token "
-    "advances\n"
-    "the stored \"autoRenameCount\", as a real rename does. Dimensions are measured as the format given "
-    "(the\n"
-    "file's own extension by default) says: a PDF's first page, else the image in points."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    // PDF pages are rendered and written with a GUI application; bitmaps need none.
+    const auto app = cli::involvesPDF(argc, argv) ? cli::makeGuiApplication(argc, argv)
+                                                  : std::make_unique<QCoreApplication>(argc, argv);
+    return cli::runModuleCommand(&runName);
+}

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // corvex notifications listen [NAME...] | post NAME [KEY=VALUE | KEY:=JSON ...]
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "platform/DistributedNotificationCenter.h"
 #include "platform/PropertyList.h"
 #include "platform/TerminationSignalHandler.h"
@@ -18,21 +18,6 @@
 
 namespace cli {
 namespace {
-
-const char kHelp[] =
-    "listen prints every distributed notification of the session (or only those with the given names), one\n"
-    "line each: the name, a tab, and the user info as one-line JSON. Dates are ISO 8601 in UTC with\n"
-    "milliseconds, data is base64, the null marker is null. It runs until interrupted (Ctrl-C or SIGTERM).\n"
-    "\n"
-    "post sends one notification. Each KEY=VALUE pair adds a user-info entry whose type follows from VALUE:\n"
-    "an optional minus sign and digits only (fitting 64 bits) give an integer, true and false give "
-    "booleans,\n"
-    "anything else is a string (KEY= gives the empty string). KEY:=JSON takes a JSON value instead: whole\n"
-    "numbers within 64 bits are integers (2.0 too), other numbers reals; strings, true and false keep their\n"
-    "type; arrays and objects nest; null is the null marker.\n"
-    "Examples:\n"
-    "  corvex notifications post CorvexScreenshotMatched filePath=/tmp/a.png screenNum=1\n"
-    "  corvex notifications post Example 'list:=[1, 2.5, \"three\"]' 'note:=\"42\"'";
 
 // ---- property-list values as JSON ----
 
@@ -237,9 +222,11 @@ int runNotifications(const QStringList &arguments)
     return fail(QStringLiteral("notifications: unknown action '%1' (use 'listen' or 'post')").arg(action));
 }
 
-const CommandRegistration registration{
-    "notifications", "listen [NAME...] | post NAME [KEY=VALUE | KEY:=JSON ...]",
-    "Prints the distributed notifications of the session, or posts one.", &runNotifications, kHelp};
-
 } // namespace
 } // namespace cli
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    return cli::runModuleCommand(&cli::runNotifications);
+}

@@ -3,7 +3,7 @@
 //
 // corvex process FILE: applies the automatic steps the shared preferences switch on, as the agent does, and
 // prints where the file ended up.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "core/AutomaticSteps.h"
 #include "core/ScreenshotInfo.h"
 
@@ -32,18 +32,10 @@ int runProcess(const QStringList &arguments)
     return 0;
 }
 
-const cli::CommandRegistration registration{
-    "process", "FILE",
-    "Applies the automatic steps that are switched on to the file, as the agent does; prints its final path.",
-    &runProcess,
-    "The steps, in order, each when its switch in the com.ostrel.Corvex domain is on:\n"
-    "  rename   \"autoRename\": the name \"autoRenameFormat\" gives, with the file's extension, same folder\n"
-    "  convert  \"autoReformat\": to the format of \"autoReformatExtension\" (the source goes to the Trash)\n"
-    "  move     \"autoMove\": into \"autoMoveFolder\" (created when missing)\n"
-    "  open     \"openWith\": with \"openWithBundleIdentifier\", when the window is off "
-    "(\"showCorvexWindow\")\n"
-    "An existing file is never replaced: a taken name gets \" 2\", \" 3\", ... before the extension. A "
-    "failing\n"
-    "step is reported and skipped, the file stays where it is; the exit status is then 1."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    const auto app = cli::makeGuiApplication(argc, argv);
+    return cli::runModuleCommand(&runProcess);
+}

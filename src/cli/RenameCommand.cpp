@@ -3,7 +3,7 @@
 //
 // corvex rename SOURCE DESTINATION: moves the file, or converts it to the destination's format (the source
 // then goes to the Trash), exactly as the renaming window does.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "core/FileFormat.h"
 #include "core/Processor.h"
 #include "foundation/CorvexError.h"
@@ -34,8 +34,9 @@ const FileFormat *formatOfPath(const QString &path, QString *problem)
     return format;
 }
 
-int runRename(QStringList arguments)
+int runRename(const QStringList &commandLine)
 {
+    QStringList arguments = commandLine;
     const bool replace = arguments.removeAll(QStringLiteral("--replace")) > 0;
     if (arguments.size() != 2)
         return cli::fail(
@@ -80,17 +81,12 @@ int runRename(QStringList arguments)
     return cli::fail(message);
 }
 
-const cli::CommandRegistration registration{
-    "rename", "[--replace] SOURCE DESTINATION",
-    "Moves an image, or converts it to the format of the destination's extension (the source goes to the "
-    "Trash).",
-    &runRename,
-    "The formats come from the extensions: gif, jpg/jpeg/jpe, bmp, pdf, png, tiff/tif (any case). When both\n"
-    "are the same format the file is moved. Otherwise the image (page 1 of a PDF) is written in the new\n"
-    "format and the source is moved to the Trash, even when the conversion fails, so that it can be put "
-    "back\n"
-    "from there. Something already at the destination is left alone and the command fails, unless --replace\n"
-    "is given: then a file in the way of a move goes to the Trash first, and one in the way of a conversion\n"
-    "is replaced only once the new file is complete."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    // PDF pages are rendered and written with a GUI application; bitmaps need none.
+    const auto app = cli::involvesPDF(argc, argv) ? cli::makeGuiApplication(argc, argv)
+                                                  : std::make_unique<QCoreApplication>(argc, argv);
+    return cli::runModuleCommand(&runRename);
+}

@@ -4,7 +4,7 @@
 // corvex update check [--feed URL] [--bundle PATH]: asks the update feed whether a newer version exists.
 // corvex update verify ARCHIVE [--key KEY] [--signature SIG]: checks a release archive's signature and
 // contents.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "core/AppUserDefaults.h"
 #include "core/SUAppcastItem.h"
 #include "core/SUSignatureVerifier.h"
@@ -159,16 +159,10 @@ int runUpdate(const QStringList &arguments)
     return cli::fail(QStringLiteral("update: unknown action '%1' (use 'check' or 'verify')").arg(action));
 }
 
-const cli::CommandRegistration registration{
-    "update", "check [--feed URL] [--bundle PATH] | verify ARCHIVE [--key KEY] [--signature SIG]",
-    "Checks the update feed for a newer Corvex, or verifies a release archive.", &runUpdate,
-    "check   reads the feed (Info.plist's SUFeedURL, the preference SUFeedURL, or --feed) and exits 0 when\n"
-    "        no newer version is offered, 2 when one is (printing its versions), 1 on any error.\n"
-    "verify  checks the archive's Ed25519 signature (--signature: base64 text or a file; default "
-    "ARCHIVE.sig)\n"
-    "        against the key (--key: base64 of the 32-byte public key, a PEM public key, or a file holding\n"
-    "        either; default the bundle's SUPublicEDKey), then that it unpacks safely to one bundle.\n"
-    "        Exits 0 when both hold, 1 otherwise.\n"
-    "--bundle names the Corvex.app to act for (default: the one this program belongs to)."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    return cli::runModuleCommand(&runUpdate);
+}

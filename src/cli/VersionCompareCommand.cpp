@@ -5,9 +5,7 @@
 #include "cli/Command.h"
 #include "foundation/QZSUStandardVersionComparator.h"
 
-namespace {
-
-int runVersionCompare(const QStringList &arguments)
+int cli::runVersionCompare(const QStringList &arguments)
 {
     if (arguments.size() != 2)
         return cli::fail(
@@ -17,12 +15,3 @@ int runVersionCompare(const QStringList &arguments)
     cli::out(QString::number(result) + QLatin1Char('\n'));
     return 0;
 }
-
-const cli::CommandRegistration registration{
-    "version-compare", "A B", "Compares two version strings; prints -1 (A older), 0 (same) or 1 (A newer).",
-    &runVersionCompare,
-    "Digits compare by value, other runs of characters literally; a letter suffix sorts below the release "
-    "it\n"
-    "qualifies (1.0b < 1.0) and an extra number sorts above (1.0 < 1.0.1)."};
-
-} // namespace

@@ -3,7 +3,7 @@
 //
 // corvex watch PATH...: prints one line per change of the watched paths ("<notification>\t<path>") until
 // interrupted.
-#include "cli/Command.h"
+#include "cli/CommandModule.h"
 #include "platform/TerminationSignalHandler.h"
 #include "watching/NotificationCenter.h"
 #include "watching/UKKQueue.h"
@@ -76,11 +76,10 @@ int runWatch(const QStringList &arguments)
     return 0;
 }
 
-const cli::CommandRegistration registration{
-    "watch", "PATH...",
-    "Watches files and folders and prints each change as \"<notification>\\t<path>\" until interrupted.",
-    &runWatch,
-    "Reports renames, writes, deletions and attribute changes, one line each, with the path as given.\n"
-    "A path that cannot be watched is reported on stderr; Ctrl-C (or SIGTERM) ends the command."};
-
 } // namespace
+
+extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    return cli::runModuleCommand(&runWatch);
+}

@@ -195,3 +195,7 @@ void SUDownloader::finish(bool ok)
     }
     Q_EMIT finished(ok);
 }
+
+// The meta-object code goes with this file, not with the layer's other classes: a program then links only
+// the libraries of the classes it uses.
+#include "moc_SUDownloader.cpp"

@@ -369,3 +369,7 @@ void SUUpdater::recordCheckTime()
 {
     mPreferences.setObject(QDateTime::currentDateTimeUtc(), kSULastCheckTimeKey);
 }
+
+// The meta-object code goes with this file, not with the layer's other classes: a program then links only
+// the libraries of the classes it uses.
+#include "moc_SUUpdater.cpp"

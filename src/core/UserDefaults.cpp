@@ -246,3 +246,7 @@ void UserDefaults::watchedPathChanged()
         },
         Qt::QueuedConnection);
 }
+
+// The meta-object code goes with this file, not with the layer's other classes: a program then links only
+// the libraries of the classes it uses.
+#include "moc_UserDefaults.cpp"

@@ -241,3 +241,7 @@ void DistributedNotificationCenter::deliver(const QDBusMessage &message, bool to
         (*observer)(name, userInfo);
     }
 }
+
+// The meta-object code goes with this file, not with the layer's other classes: a program then links only
+// the libraries of the classes it uses.
+#include "moc_DistributedNotificationCenter.cpp"

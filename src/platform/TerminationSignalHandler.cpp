@@ -64,3 +64,7 @@ void TerminationSignalHandler::readSignal()
     while (::read(gSignalSockets[1], &number, 1) == 1)
         Q_EMIT terminationRequested(number);
 }
+
+// The meta-object code goes with this file, not with the layer's other classes: a program then links only
+// the libraries of the classes it uses.
+#include "moc_TerminationSignalHandler.cpp"

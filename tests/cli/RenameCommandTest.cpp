@@ -87,19 +87,23 @@ TEST_F(RenameCommandTest, PDFsNeedTheirModuleAndBitmapsDoNot)
     ASSERT_TRUE(QFile::copy(pdf, disguised));
     ASSERT_TRUE(QFile::copy(pdf, spare));
 
-    // A copy of the program outside any bundle compares versions, but has no other command without the
-    // commands module; with it and without the PDF module, only PDFs fail.
+    // A copy of the program outside any bundle compares versions, but has no other command without that
+    // command's module; with it and without the PDF module, only PDFs fail.
     const QString program = path(u"bin/corvex"_s);
     ASSERT_TRUE(QDir().mkpath(path(u"bin"_s)) && QDir().mkpath(path(u"PlugIns"_s)));
     ASSERT_TRUE(QFile::copy(QStringLiteral(CORVEX_CLI_PATH), program));
     result = corvex::test::run(program, {u"version-compare"_s, u"1.0b"_s, u"1.0"_s});
     EXPECT_EQ(result.out, "-1\n");
+    result = corvex::test::run(program, {u"rename"_s, u"--help"_s});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.out.startsWith("usage: corvex rename [--replace] SOURCE DESTINATION\n"));
     result = corvex::test::run(program, {u"rename"_s, picture(u"g.png"_s), path(u"never.jpg"_s)});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "corvex: the commands are not installed: there is no libcorvex_commands.so in the "
-                          "PlugIns folder of Corvex.app\n");
-    ASSERT_TRUE(QFile::copy(QStringLiteral(CORVEX_BUNDLE_DIR "/Contents/PlugIns/libcorvex_commands.so"),
-                            path(u"PlugIns/libcorvex_commands.so"_s)));
+    EXPECT_EQ(result.err,
+              "corvex: the rename command is not installed: there is no libcorvex_command_rename.so "
+              "in the PlugIns folder of Corvex.app\n");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(CORVEX_BUNDLE_DIR "/Contents/PlugIns/libcorvex_command_rename.so"),
+                            path(u"PlugIns/libcorvex_command_rename.so"_s)));
     result = corvex::test::run(program, {u"rename"_s, spare, path(u"never.png"_s)});
     EXPECT_NE(result.exitCode, 0);
     EXPECT_TRUE(result.err.contains("PDF support is not installed: there is no libcorvex_pdf.so"))

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/Command.h"
+
+#include <QCoreApplication>
+#include <memory>
+
+// The entry of a command's module, libcorvex_command_NAME.so: `corvex` hands it its whole command line
+// (program, command name, arguments) before any application object exists. Each module defines it as
+//
+//   extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
+//   {
+//       const QCoreApplication app(argc, argv);
+//       return cli::runModuleCommand(&runWatch);
+//   }
+namespace cli {
+
+// Runs the command over the arguments after the command's name, with the stderr logger installed, and
+// returns once every message it logged has been written. The application object must exist.
+int runModuleCommand(CommandFunction run);
+
+// A GUI application object on the offscreen platform (unless QT_QPA_PLATFORM names another), for a command
+// that renders or writes PDF pages or asks about the screens.
+std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv);
+
+// Whether the command's arguments (after its name) name a PDF: a path with the extension "pdf", a file that
+// is a PDF under any name, or the format extension "pdf" itself.
+bool involvesPDF(int argc, char **argv);
+
+} // namespace cli

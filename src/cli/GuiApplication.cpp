@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Corvex developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Kept apart from the rest of the module support: only the modules that call these link Qt Gui and the
+// core's image reading for them.
+#include "cli/CommandModule.h"
+
+#include "core/ImageIOSource.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+
+namespace cli {
+
+std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv)
+{
+    // The offscreen platform needs no display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+bool involvesPDF(int argc, char **argv)
+{
+    const QLatin1String pdf("pdf");
+    for (int i = 2; i < argc; ++i) {
+        const QString argument = QFile::decodeName(argv[i]);
+        if (argument.compare(pdf, Qt::CaseInsensitive) == 0 ||
+            QFileInfo(argument).suffix().compare(pdf, Qt::CaseInsensitive) == 0 ||
+            ImageIOSource::kindOfFile(argument) == ImageIOSource::Kind::PDF)
+            return true;
+    }
+    return false;
+}
+
+} // namespace cli
