@@ -25,6 +25,7 @@ int runAbout(const QStringList &arguments)
 
 extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
 {
-    const auto app = cli::makeGuiApplication(argc, argv);
+    // On the session's display, to count its screens.
+    const auto app = cli::makeGuiApplication(argc, argv, cli::Platform::SessionDisplay);
     return cli::runModuleCommand(&runAbout);
 }

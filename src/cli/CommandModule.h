@@ -21,9 +21,14 @@ namespace cli {
 // returns once every message it logged has been written. The application object must exist.
 int runModuleCommand(CommandFunction run);
 
-// A GUI application object on the offscreen platform (unless QT_QPA_PLATFORM names another), for a command
-// that renders or writes PDF pages or asks about the screens.
-std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv);
+// Where a GUI application object runs: off screen, or on the session's display when there is one.
+enum class Platform { Offscreen, SessionDisplay };
+
+// A GUI application object, for a command that renders or writes PDF pages or tells about the displays.
+// QT_QPA_PLATFORM, when set, names the platform instead. The session's display is Wayland's or X11's, as
+// WAYLAND_DISPLAY or DISPLAY say; without either, or when it cannot be reached, it is the offscreen one.
+std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv,
+                                                     Platform platform = Platform::Offscreen);
 
 // Whether the command's arguments (after its name) name a PDF: a path with the extension "pdf", a file that
 // is a PDF under any name, or the format extension "pdf" itself.

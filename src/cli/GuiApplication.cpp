@@ -13,11 +13,17 @@
 
 namespace cli {
 
-std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv)
+std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv, Platform platform)
 {
-    // The offscreen platform needs no display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Each platform of the list is tried in turn; the offscreen one needs no display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        QByteArray platforms = "offscreen";
+        if (platform == Platform::SessionDisplay && !qEnvironmentVariableIsEmpty("DISPLAY"))
+            platforms.prepend("xcb;");
+        if (platform == Platform::SessionDisplay && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+            platforms.prepend("wayland;");
+        qputenv("QT_QPA_PLATFORM", platforms);
+    }
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
