@@ -30,8 +30,10 @@ enum class Platform { Offscreen, SessionDisplay };
 std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv,
                                                      Platform platform = Platform::Offscreen);
 
-// Whether the command's arguments (after its name) name a PDF: a path with the extension "pdf", a file that
-// is a PDF under any name, or the format extension "pdf" itself.
-bool involvesPDF(int argc, char **argv);
+// For a command that reads or writes images: a GUI application object (off screen) when the command's
+// arguments name a PDF, whose pages are rendered and written with one; else a core one, which bitmaps need
+// alone. A PDF is a path with the extension "pdf", a file that is a PDF under any name, or the format
+// extension "pdf" itself.
+std::unique_ptr<QCoreApplication> makeApplicationForImages(int &argc, char **argv);
 
 } // namespace cli

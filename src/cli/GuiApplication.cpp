@@ -27,7 +27,7 @@ std::unique_ptr<QCoreApplication> makeGuiApplication(int &argc, char **argv, Pla
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-bool involvesPDF(int argc, char **argv)
+std::unique_ptr<QCoreApplication> makeApplicationForImages(int &argc, char **argv)
 {
     const QLatin1String pdf("pdf");
     for (int i = 2; i < argc; ++i) {
@@ -35,9 +35,9 @@ bool involvesPDF(int argc, char **argv)
         if (argument.compare(pdf, Qt::CaseInsensitive) == 0 ||
             QFileInfo(argument).suffix().compare(pdf, Qt::CaseInsensitive) == 0 ||
             ImageIOSource::kindOfFile(argument) == ImageIOSource::Kind::PDF)
-            return true;
+            return makeGuiApplication(argc, argv);
     }
-    return false;
+    return std::make_unique<QCoreApplication>(argc, argv);
 }
 
 } // namespace cli

@@ -48,8 +48,6 @@ int runName(const QStringList &arguments)
 
 extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
 {
-    // PDF pages are rendered and written with a GUI application; bitmaps need none.
-    const auto app = cli::involvesPDF(argc, argv) ? cli::makeGuiApplication(argc, argv)
-                                                  : std::make_unique<QCoreApplication>(argc, argv);
+    const auto app = cli::makeApplicationForImages(argc, argv);
     return cli::runModuleCommand(&runName);
 }

@@ -85,8 +85,6 @@ int runRename(const QStringList &commandLine)
 
 extern "C" Q_DECL_EXPORT int corvex_command_main(int argc, char **argv)
 {
-    // PDF pages are rendered and written with a GUI application; bitmaps need none.
-    const auto app = cli::involvesPDF(argc, argv) ? cli::makeGuiApplication(argc, argv)
-                                                  : std::make_unique<QCoreApplication>(argc, argv);
+    const auto app = cli::makeApplicationForImages(argc, argv);
     return cli::runModuleCommand(&runRename);
 }

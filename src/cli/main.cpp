@@ -75,8 +75,8 @@ int main(int argc, char **argv)
     }
 
     // Found before any application object exists: the module makes the one its command needs.
-    const QByteArray name = QFile::encodeName(cli::moduleFileName(*command));
-    const QString path = bundlePlugInPath(QFile::decodeName(name));
+    const QString fileName = cli::moduleFileName(*command);
+    const QString path = bundlePlugInPath(fileName);
     void *module =
         path.isEmpty() ? nullptr : dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
     using Entry = int (*)(int, char **);
@@ -86,7 +86,7 @@ int main(int argc, char **argv)
             std::fprintf(stderr,
                          "corvex: the %s command is not installed: there is no %s in the PlugIns folder of "
                          "Corvex.app\n",
-                         command->name, name.constData());
+                         command->name, qPrintable(fileName));
         else
             std::fprintf(stderr, "corvex: the %s command is not installed properly: %s\n", command->name,
                          dlerror());
