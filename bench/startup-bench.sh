@@ -3,9 +3,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
 # Start-up of `corvex`, command by command, side by side with a bare QCoreApplication that prints one line
-# (bench/reference/bare_core_app.cpp, compiled here). The commands and the reference run in turn, RUNS rounds,
-# each a whole process under /usr/bin/time; printed per command: the median and 90th percentile wall time, the
-# median peak memory, the ratios of both medians to the reference's, and the shared objects it loaded.
+# (bench/reference/bare_core_app.cpp, compiled here). The commands that work on images link Qt Gui, whose
+# libraries alone cost what a second reference shows (bench/reference/bare_image_app.cpp: the same with one
+# QImage). All run in turn, RUNS rounds, each a whole process under /usr/bin/time; printed per case: the
+# median and 90th percentile wall time, the median peak memory, the ratios of both medians to the bare
+# reference's, and the shared objects it loaded.
 # Without a session bus the script runs itself under dbus-run-session, for the notification command.
 #
 #   bench/startup-bench.sh [BUILD_DIR] [RUNS]      (defaults: build, 15)
@@ -24,6 +26,8 @@ export HOME=$work XDG_CONFIG_HOME=$work/.config XDG_DATA_HOME=$work/.local/share
 mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
 c++ -O2 -fPIC $(pkg-config --cflags Qt6Core) bench/reference/bare_core_app.cpp -o "$work/bare" \
   $(pkg-config --libs Qt6Core)
+c++ -O2 -fPIC $(pkg-config --cflags Qt6Gui) bench/reference/bare_image_app.cpp -o "$work/bare-image" \
+  $(pkg-config --libs Qt6Gui)
 
 python3 - "$work" <<'PY'
 import sys, zlib, struct
@@ -52,6 +56,7 @@ cases = [
     ("corvex notifications post NAME", [corvex, "notifications", "post", "CorvexStartupBench", "n=1"]),
     ("corvex update verify (bad signature)", [corvex, "update", "verify", f"{work}/archive.tar.xz", "--key",
                                               "A" * 43 + "="]),
+    ("bare QCoreApplication with a QImage", [f"{work}/bare-image"]),
     ("corvex about", [corvex, "about"]),
     ("corvex name page.png", [corvex, "name", f"{work}/page.png"]),
     ("corvex name page.pdf", [corvex, "name", f"{work}/page.pdf"]),
