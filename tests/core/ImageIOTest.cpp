@@ -393,10 +393,11 @@ TEST_F(ImageIOTest, APageThatIsOneUprightImageIsDecodedToTheSamePixelsAsDrawn)
         EXPECT_TRUE(page == drawn);
     };
     const auto writePage = [&](const QString &name, const QByteArray &image, const QByteArray &samples,
-                               const QByteArray &content, const QByteArray &page) {
+                               const QByteArray &content, const QByteArray &page,
+                               const QByteArray &media = "0 0 60 50") {
         return writePDF(path(name + u".pdf"_s),
                         {"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
-                         "<</Type /Page /Parent 2 0 R /MediaBox [0 0 60 50] /Contents 4 0 R " + page +
+                         "<</Type /Page /Parent 2 0 R /MediaBox [" + media + "] /Contents 4 0 R " + page +
                              " /Resources <</XObject <</Im 5 0 R>> /ExtGState <</Half <</ca 0.5>>>>>>>>",
                          pdfStream("", content), pdfStream(image, samples),
                          pdfStream(sampled + "/ColorSpace /DeviceGray", alpha)});
@@ -405,18 +406,35 @@ TEST_F(ImageIOTest, APageThatIsOneUprightImageIsDecodedToTheSamePixelsAsDrawn)
         SCOPED_TRACE(c.name);
         expectSamePixels(writePage(QLatin1String(c.name), c.image, c.samples, c.content, c.page), c.route);
     }
-    // Scaled images, off the page's grid by fractions of a pixel (and partly off the page when enlarged),
-    // are decoded a band of rows at a time: RGB with a soft mask, and grey of an odd size.
+    // Scaled images, off the page's grid by fractions of a pixel, partly off the page when enlarged or moved
+    // over its edges, on pages of whole and fractional sizes (the page is the media box rounded to whole
+    // pixels), are decoded a band of rows at a time: RGB with a soft mask, and grey of an odd size.
     const QByteArray oddGrey = "/Type /XObject /Subtype /Image /Width 39 /Height 29 /BitsPerComponent 8 "
                                "/ColorSpace /DeviceGray /Filter /FlateDecode";
-    for (const QByteArray scale : {"0.75", "0.5", "0.6666667", "0.6", "1.5", "2"})
-        for (const auto &[image, samples] : {std::pair(QByteArray(rgbFlate + " /SMask 6 0 R"), flateRGB),
-                                             std::pair(oddGrey, qCompress(grey).mid(4))}) {
-            SCOPED_TRACE(QByteArray(scale + (image == oddGrey ? " grey" : " RGB")).constData());
-            const QByteArray content =
-                "q " + scale + " 0 0 " + scale + " 7.25 9.5 cm 40 0 0 30 0 0 cm /Im Do Q";
-            expectSamePixels(writePage(u"scaled"_s, image, samples, content, ""), Route::Decoded);
-        }
+    const struct
+    {
+        QByteArray media, at;
+    } placements[] = {{"0 0 60 50", "7.25 9.5"},
+                      {"0 0 60 50", "-3.5 -2.5"},
+                      {"0 0 60.5 50.25", "7.25 9.5"},
+                      {"0 0 60.75 49.5", "40.5 -2.5"},
+                      {"0 0 60.25 50.75", "-3.5 35.75"}};
+    for (const auto &placement : placements)
+        for (const QByteArray scale : {"0.75", "0.5", "0.6666667", "0.6", "1.5", "2"})
+            for (const auto &[image, samples] : {std::pair(QByteArray(rgbFlate + " /SMask 6 0 R"), flateRGB),
+                                                 std::pair(oddGrey, qCompress(grey).mid(4))}) {
+                SCOPED_TRACE(QByteArray(placement.media + " at " + placement.at + " by " + scale +
+                                        (image == oddGrey ? " grey" : " RGB"))
+                                 .constData());
+                const QByteArray content =
+                    "q " + scale + " 0 0 " + scale + " " + placement.at + " cm 40 0 0 30 0 0 cm /Im Do Q";
+                expectSamePixels(writePage(u"scaled"_s, image, samples, content, "", placement.media),
+                                 Route::Decoded);
+            }
+    // At one sample per pixel on a page of fractions of a point, on its pixels: straight into the page.
+    expectSamePixels(writePage(u"fractional"_s, rgbFlate + " /SMask 6 0 R", flateRGB,
+                               "q 40 0 0 30 7 9.25 cm /Im Do Q", "", "0 0 60.5 50.25"),
+                     Route::Decoded);
     // The pages Corvex writes, with transparency and without.
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
@@ -424,6 +442,10 @@ TEST_F(ImageIOTest, APageThatIsOneUprightImageIsDecodedToTheSamePixelsAsDrawn)
     expectSamePixels(
         write(u"opaque.pdf"_s, FileFormat::PDFType, picture.convertToFormat(QImage::Format_RGB32)),
         Route::Decoded);
+    // At 96 dpi, 39 by 29 pixels are 29.25 by 21.75 points, on a page of whole points.
+    picture.setDotsPerMeterX(3780);
+    picture.setDotsPerMeterY(3780);
+    expectSamePixels(write(u"96dpi.pdf"_s, FileFormat::PDFType, picture.copy(0, 0, 39, 29)), Route::Decoded);
 }
 
 TEST_F(ImageIOTest, TheReadersOwnComplaintsGoToTheLog)

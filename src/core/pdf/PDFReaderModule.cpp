@@ -4,7 +4,8 @@
 // The PDF reader module: page 1 of a document, measured by its media box with poppler's core and drawn
 // through poppler's QPainter renderer, or, when it is nothing but one upright image, that image decoded row
 // by row into the page with the same conversions the renderer makes: straight into it when it lies pixel
-// for pixel on the page, else a band of rows at a time drawn as the renderer draws it whole.
+// for pixel on the page, else drawn with the renderer's own call a band of page rows at a time, only the
+// rows the band samples being held.
 #include "core/PDFReaderModule.h"
 
 // poppler's core headers want its object model first.
@@ -20,6 +21,7 @@
 #include <Parser.h>
 #include <QFile>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTransform>
 #include <Stream.h>
 #include <XRef.h>
@@ -36,6 +38,8 @@
 #include <optional>
 #include <poppler-qt6.h>
 #include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -255,12 +259,12 @@ struct PlacedImage
 
     // Where the image lies on the page, in pixels from the top left corner.
     QRectF area() const { return square.mapRect(QRectF(0, 0, 1, 1)); }
-    // Whether the image lies within the page on whole pixels of it, at one pixel per sample.
-    bool liesOnThePixels(const QSize &page) const
+    // Whether the image lies on whole pixels within the area (the page's pixels inside its media box), at one
+    // pixel per sample.
+    bool liesOnThePixels(const QRectF &within) const
     {
         const QRectF on = area();
-        return on.size() == QSizeF(size) && on.topLeft() == on.topLeft().toPoint() &&
-               QRectF(QPointF(0, 0), QSizeF(page)).contains(on);
+        return on.size() == QSizeF(size) && on.topLeft() == on.topLeft().toPoint() && within.contains(on);
     }
 };
 
@@ -269,14 +273,13 @@ struct PlacedImage
 // leave images alone, and move and scale by cm, around one image drawn by Do; anything else (another
 // drawing, text, clipping, a soft mask, transparency, annotations...) and the page is drawn by the renderer.
 // state starts as the renderer's does for the page: its transformation is followed as the renderer's is.
-std::optional<PlacedImage> imageAloneOnThePage(FirstPage &first, const QSize &size, GfxState &state)
+std::optional<PlacedImage> imageAloneOnThePage(FirstPage &first, GfxState &state)
 {
     Page *page = first.page;
     XRef *xref = first.document->getXRef();
     Dict *resources = page->getResourceDict();
     const Object annotations = page->getAnnotsObject();
-    if (!showsTheMediaBoxAsItLies(page) || QSizeF(size) != first.mediaSize() || !resources ||
-        page->getGroup() ||
+    if (!showsTheMediaBoxAsItLies(page) || !resources || page->getGroup() ||
         !(annotations.isNull() || (annotations.isArray() && annotations.arrayGetLength() == 0)) ||
         !entry(xref->getCatalog(), "OutputIntents").isNull())
         return std::nullopt;
@@ -450,29 +453,97 @@ constexpr int BandMargin = 2;
 // About as many rows of the image as a band takes.
 constexpr int BandImageRows = 64;
 
-// Draws the image onto the page the way the renderer draws it whole (its straight rows upside down, the last
-// first, from the unit square through the placement, unsmoothed), a band of page rows at a time. Each band
-// is drawn from the image's rows its pixels sample and a margin, decoded once as the bands go down the page
-// (the rows two bands share are kept), through the whole image's mapping moved by the band's first row: a
-// whole number of rows, so that each pixel samples where it does in the whole image. False when the image
-// cannot be read.
-bool drawInBands(QImage &page, const PlacedImage &placed, GfxState &state)
+// An image of the full size over address space that is reserved, not taken: a row takes memory once it is
+// written, and gives it back when released. Rows never written read as transparent.
+class ReservedImage
+{
+public:
+    ReservedImage(int width, int height)
+        : mBytesPerLine(size_t(width) * 4), mBytes(mBytesPerLine * size_t(height))
+    {
+        void *at =
+            mmap(nullptr, mBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        if (at == MAP_FAILED)
+            return;
+        mData = static_cast<uchar *>(at);
+        mImage = QImage(mData, width, height, qsizetype(mBytesPerLine), QImage::Format_ARGB32);
+    }
+    ~ReservedImage()
+    {
+        mImage = QImage();
+        if (mData)
+            munmap(mData, mBytes);
+    }
+    ReservedImage(const ReservedImage &) = delete;
+    ReservedImage &operator=(const ReservedImage &) = delete;
+
+    const QImage &image() const { return mImage; }
+    unsigned int *row(int y) { return reinterpret_cast<unsigned int *>(mData + mBytesPerLine * size_t(y)); }
+    // Takes the memory of rows [from, to) at once, rather than a page at a time as they are written (only a
+    // hint: without it they are taken as they are written).
+    void bringIn(int from, int to)
+    {
+#ifdef MADV_POPULATE_WRITE
+        const size_t page = size_t(sysconf(_SC_PAGESIZE));
+        const size_t begin = mBytesPerLine * size_t(from) / page * page;
+        const size_t end = mBytesPerLine * size_t(to);
+        if (begin < end)
+            madvise(mData + begin, end - begin, MADV_POPULATE_WRITE);
+#else
+        Q_UNUSED(from);
+        Q_UNUSED(to);
+#endif
+    }
+    // Gives back the memory of rows [from, to): the pages that lie wholly within them.
+    void release(int from, int to)
+    {
+        const size_t page = size_t(sysconf(_SC_PAGESIZE));
+        const size_t begin = (mBytesPerLine * size_t(from) + page - 1) / page * page;
+        const size_t end = mBytesPerLine * size_t(to) / page * page;
+        if (begin < end)
+            madvise(mData + begin, end - begin, MADV_DONTNEED);
+    }
+
+private:
+    size_t mBytesPerLine, mBytes;
+    uchar *mData = nullptr;
+    QImage mImage;
+};
+
+// Draws the image onto the page with the very call the renderer makes, a band of page rows at a time: its
+// straight rows upside down (the last first) in an image of the full size, drawn from the unit square through
+// the placement, unsmoothed, clipped to the media box through the page's transformation. Only the image's
+// rows a band's pixels sample, and a margin, are there when it is drawn: decoded once as the bands go down
+// the page (the rows two bands share are kept), given back once the bands have passed them. False when the
+// image cannot be read.
+bool drawInBands(QImage &page, const PlacedImage &placed, const QTransform &pageTransform,
+                 const PDFRectangle &media, GfxState &state)
 {
     StraightRows rows(placed, state);
     if (!rows.isOk())
         return false;
     const int width = placed.size.width(), height = placed.size.height();
+    ReservedImage whole(width, height);
+    if (whole.image().isNull())
+        return false;
     // The upside-down image's pixels onto the page, and back.
-    const QTransform pixels = QTransform::fromScale(1.0 / width, 1.0 / height) * placed.square;
-    const QTransform back = pixels.inverted();
+    const QTransform back = (QTransform::fromScale(1.0 / width, 1.0 / height) * placed.square).inverted();
     const QRectF area = placed.area();
     const int top = std::max(0, int(std::floor(area.top())));
     const int bottom = std::min(page.height(), int(std::ceil(area.bottom())));
     const int bandHeight = std::max(1, int(BandImageRows * area.height() / height));
+    QPainterPath box;
+    box.moveTo(media.x1, media.y1);
+    box.lineTo(media.x2, media.y1);
+    box.lineTo(media.x2, media.y2);
+    box.lineTo(media.x1, media.y2);
+    box.lineTo(media.x1, media.y1);
     QPainter painter(&page);
-    QImage band;
-    int bandFirst = height; // the band's first row, upside down
-    int next = 0;           // the next row of the image to read, from the top
+    painter.setTransform(pageTransform);
+    painter.setClipPath(box);
+    painter.resetTransform();
+    int kept = height; // the rows from here down (upside down) are given back
+    int next = 0;      // the next row of the image to read, from the top
     for (int y = top; y < bottom; y += bandHeight) {
         const int end = std::min(bottom, y + bandHeight);
         const double from = back.map(QPointF(0, end)).y(), to = back.map(QPointF(0, y)).y();
@@ -480,31 +551,20 @@ bool drawInBands(QImage &page, const PlacedImage &placed, GfxState &state)
         const int last = std::min(height, int(std::ceil(to)) + BandMargin);
         if (first >= last)
             continue;
-        // Row i of the band is row height - 1 - (first + i) of the image, read from the top down: the rows
-        // it shares with the last band are taken from that one.
-        QImage taken(width, last - first, QImage::Format_ARGB32);
-        if (taken.isNull())
-            return false;
-        for (int i = last - first - 1; i >= 0; --i) {
-            const int row = height - 1 - (first + i);
-            auto *line = reinterpret_cast<unsigned int *>(taken.scanLine(i));
-            if (row < next) {
-                std::memcpy(line, band.constScanLine(first + i - bandFirst), size_t(width) * 4);
-                continue;
-            }
-            for (; next < row; ++next)
-                if (!rows.skip())
-                    return false;
-            if (!rows.read(line))
+        // Row r of the image from the top is row height - 1 - r of the upside-down one.
+        whole.bringIn(first, std::min(last, height - next));
+        for (; next < height - first; ++next) {
+            const bool wanted = next >= height - last;
+            if (!(wanted ? rows.read(whole.row(height - 1 - next)) : rows.skip()))
                 return false;
-            ++next;
         }
-        band = std::move(taken);
-        bandFirst = first;
-        painter.resetTransform();
-        painter.setClipRect(QRect(0, y, page.width(), end - y));
-        painter.setTransform(QTransform::fromTranslate(0, first) * pixels);
-        painter.drawImage(QPointF(0, 0), band);
+        whole.release(last, kept);
+        kept = std::min(kept, last);
+        painter.save();
+        painter.setClipRect(QRect(0, y, page.width(), end - y), Qt::IntersectClip);
+        painter.setTransform(placed.square);
+        painter.drawImage(QRectF(0, 0, 1, 1), whole.image(), QRectF(0, 0, width, height));
+        painter.restore();
     }
     return true;
 }
@@ -513,17 +573,26 @@ bool drawInBands(QImage &page, const PlacedImage &placed, GfxState &state)
 // own, or the image cannot be read.
 QImage decodedPage(FirstPage &first, const QSize &size)
 {
-    // The renderer's starting state for the page at one pixel per point, y downwards.
-    GfxState state(72.0, 72.0, first.page->getMediaBox(), 0, true);
-    const std::optional<PlacedImage> placed = imageAloneOnThePage(first, size, state);
+    // The renderer's starting state for the page at one pixel per point, y downwards. A media box of
+    // fractions of a point lies on the page's pixels from its top left corner, the page being its size
+    // rounded to whole pixels.
+    const PDFRectangle &media = *first.page->getMediaBox();
+    GfxState state(72.0, 72.0, &media, 0, true);
+    const double *m = state.getCTM();
+    const QTransform pageTransform(m[0], m[1], m[2], m[3], m[4], m[5]);
+    const std::optional<PlacedImage> placed = imageAloneOnThePage(first, state);
     if (!placed)
         return {};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return image;
     image.fill(Qt::transparent);
-    const bool read = placed->liesOnThePixels(size) ? decodeInto(image, *placed, state)
-                                                    : drawInBands(image, *placed, state);
+    const QRectF within = QRectF(QPointF(0, 0), QSizeF(size))
+                              .intersected(pageTransform.mapRect(
+                                  QRectF(media.x1, media.y1, media.x2 - media.x1, media.y2 - media.y1)));
+    const bool read = placed->liesOnThePixels(within)
+                          ? decodeInto(image, *placed, state)
+                          : drawInBands(image, *placed, pageTransform, media, state);
     return read ? image : QImage();
 }
 
