@@ -180,7 +180,8 @@ void CorvexWindowController::buildWindow()
     mImageView->setDesignedSize(QSize(DesignedImageWidth, DesignedImageHeight));
     mNameTextField = new QLineEdit(window);
     mNameTextField->setObjectName(QStringLiteral("mNameTextField"));
-    mWherePopupButton = new QComboBox(window);
+    auto *wherePopupButton = new WherePopupButton(window);
+    mWherePopupButton = wherePopupButton;
     mWherePopupButton->setObjectName(QStringLiteral("mWherePopupButton"));
     mFormatPopupButton = new QComboBox(window);
     mFormatPopupButton->setObjectName(QStringLiteral("mFormatPopupButton"));
@@ -225,7 +226,7 @@ void CorvexWindowController::buildWindow()
     if (QMenuBar *bar = mServices->makeMenuBar(this, window))
         layout->setMenuBar(bar);
 
-    mWhereMenu = new WhereMenu(mWherePopupButton, this);
+    mWhereMenu = new WhereMenu(wherePopupButton, this);
     for (const FileFormat *format : fileFormats())
         mFormatPopupButton->addItem(format->description());
     mPictureLoading = new PictureLoading(

@@ -10,10 +10,15 @@
 #include "foundation/PreferenceKeys.h"
 #include "logging/Log.h"
 
-#include <QComboBox>
 #include <QStandardItemModel>
 
-WhereMenu::WhereMenu(QComboBox *popup, QObject *parent) : QObject(parent), mPopup(popup)
+void WherePopupButton::showPopup()
+{
+    Q_EMIT popupAboutToShow();
+    QComboBox::showPopup();
+}
+
+WhereMenu::WhereMenu(WherePopupButton *popup, QObject *parent) : QObject(parent), mPopup(popup)
 {
     mPopup->setIconSize(QSize(16, 16));
     mPopup->setItemDelegate(new WhereItemDelegate(mPopup));
@@ -32,6 +37,7 @@ WhereMenu::WhereMenu(QComboBox *popup, QObject *parent) : QObject(parent), mPopu
     mPopup->addItem(tr("Edit Favourites…"));
     mPopup->setItemData(6, EditFavoritesTag, WhereItemDelegate::TagRole);
     connect(mPopup, &QComboBox::activated, this, [this](int index) { Q_EMIT tagActivated(tagAt(index)); });
+    connect(mPopup, &WherePopupButton::popupAboutToShow, this, &WhereMenu::addFavoriteIcons);
 }
 
 void WhereMenu::showFolder(const QString &folderPath)
@@ -55,7 +61,7 @@ void WhereMenu::appendFavorites(const QList<QUrl> &urls, qsizetype firstIndex)
     for (qsizetype i = 0; i < urls.size(); ++i) {
         const qsizetype number = firstIndex + i;
         const QString path = urls.at(i).toLocalFile();
-        mPopup->addItem(PathNames::folderIcon(path), PathNames::displayNameAtPath(path));
+        mPopup->addItem(PathNames::displayNameAtPath(path));
         const int index = mPopup->count() - 1;
         mPopup->setItemData(index, FirstFavoriteTag + int(number), WhereItemDelegate::TagRole);
         mPopup->setItemData(index, 1, WhereItemDelegate::IndentationRole);
@@ -63,6 +69,17 @@ void WhereMenu::appendFavorites(const QList<QUrl> &urls, qsizetype firstIndex)
         if (number < 9)
             mPopup->setItemData(index, QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + number)),
                                 WhereItemDelegate::KeyEquivalentRole);
+    }
+}
+
+void WhereMenu::addFavoriteIcons()
+{
+    // Before the list measures its rows, so that it opens at the size the icons give it. A favourite's tool
+    // tip is its folder's path.
+    for (int index = 0; index < mPopup->count(); ++index) {
+        if (tagAt(index) >= FirstFavoriteTag && mPopup->itemIcon(index).isNull())
+            mPopup->setItemIcon(index,
+                                PathNames::folderIcon(mPopup->itemData(index, Qt::ToolTipRole).toString()));
     }
 }
 

@@ -2,17 +2,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QComboBox>
 #include <QKeySequence>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QUrl>
 
-class QComboBox;
+// The where popup's button: says so before its list opens.
+class WherePopupButton : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    using QComboBox::QComboBox;
+    void showPopup() override;
+
+Q_SIGNALS:
+    void popupAboutToShow();
+};
 
 // The renaming window's where popup: the destination folder as its first item, the screenshot's own folder,
 // another folder, adding the folder shown to the favourites, editing the favourites, and the favourite
-// folders. Items are told apart by their tag; choosing one reports its tag.
+// folders. Items are told apart by their tag; choosing one reports its tag. The favourite folders' icons,
+// seen only in the open list, are looked up when it first opens rather than with the window.
 class WhereMenu : public QObject
 {
     Q_OBJECT
@@ -25,7 +38,7 @@ public:
     static constexpr int FirstFavoriteTag = 500;
 
     // Fills the popup with its fixed items; the popup stays the caller's.
-    explicit WhereMenu(QComboBox *popup, QObject *parent = nullptr);
+    explicit WhereMenu(WherePopupButton *popup, QObject *parent = nullptr);
 
     // Ctrl+Shift+F: adds the folder shown to the favourites (no text field uses it).
     static QKeySequence addToFavoritesShortcut() { return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F); }
@@ -51,6 +64,8 @@ Q_SIGNALS:
     void tagActivated(int tag);
 
 private:
-    QComboBox *mPopup;
+    void addFavoriteIcons();
+
+    WherePopupButton *mPopup;
     bool mHasFavoritesHeading = false;
 };

@@ -178,6 +178,11 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
               QKeySequence(Qt::CTRL | Qt::Key_1));
     EXPECT_TRUE(where->itemData(first + 9, Qt::UserRole + 3).value<QKeySequence>().isEmpty())
         << "no key for the tenth";
+    // The favourites' folder icons are in place when the list opens.
+    where->showPopup();
+    for (int i = first; i < where->count(); ++i)
+        EXPECT_FALSE(where->itemIcon(i).isNull()) << "favourite " << i - first;
+    where->hidePopup();
 
     controller->whereAction(503);
     EXPECT_EQ(controller->whereFolderPath(), favouritePaths.at(3));
@@ -212,6 +217,9 @@ TEST_F(CorvexWindowControllerTest, WherePopupOffersTheScreenshotsFolderAnotherFo
     EXPECT_EQ(UserDefaultBookmarks(kFavoriteFolderBookmarksKey).count(), 11);
     EXPECT_EQ(where->itemData(where->count() - 1, WhereItemDelegate::TagRole).toInt(),
               WhereMenu::FirstFavoriteTag + 10);
+    where->showPopup();
+    EXPECT_FALSE(where->itemIcon(where->count() - 1).isNull()) << "the added favourite's icon";
+    where->hidePopup();
     controller->whereAction(WhereMenu::AddToFavoritesTag);
     EXPECT_EQ(UserDefaultBookmarks(kFavoriteFolderBookmarksKey).count(), 11) << "no folder twice";
     QSignalSpy edit(controller.get(), &CorvexWindowController::favoritesEditingRequested);
