@@ -8,6 +8,7 @@
 
 #include "app/AppEventHandler.h"
 #include "app/CorvexWindowController.h"
+#include "app/RenamingWindowPreparation.h"
 #include "app/UpdateUserDriver.h"
 #include "app/UserConsentPanelController.h"
 #include "core/AppUserDefaults.h"
@@ -248,6 +249,9 @@ void AppDelegate::observeValueForKeyPath(const QString &keyPath)
 
 void AppDelegate::screenshotTaken(const QVariantMap &userInfo)
 {
+    // A screenshot that comes while the application starts waits for the set-up of its windows.
+    if (RenamingWindowPreparation::callWhenDone(this, [this, userInfo] { screenshotTaken(userInfo); }))
+        return;
     const ScreenshotInfo info = ScreenshotInfo::initWithNotificationDictionary(userInfo);
     auto *controller = new CorvexWindowController(info, mMenus);
     connect(controller, &CorvexWindowController::favoritesEditingRequested, this,

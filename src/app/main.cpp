@@ -6,6 +6,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/AppEventHandler.h"
+#include "app/RenamingWindowPreparation.h"
 #include "foundation/Version.h"
 #include "logging/DDLog.h"
 #include "platform/Bundle.h"
@@ -55,6 +56,8 @@ int main(int argc, char *argv[])
         return 0;
     }
 
+    // What the first renaming window would set up on the main thread is set up while the application starts.
+    RenamingWindowPreparation::start();
     // SIGTERM, SIGINT and SIGHUP end the application in order, as Quit does.
     TerminationSignalHandler signals;
     if (!signals.install())
