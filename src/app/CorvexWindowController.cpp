@@ -293,8 +293,12 @@ void CorvexWindowController::windowDidLoad()
     mWindow->resize(frame.size());
     // Several renaming windows do not stack exactly: each new one is cascaded from the last.
     WindowPlacement::cascadeWindow(mWindow, WindowPlacement::screenForNumber(_screenshotInfo.screenNumber()));
-    const QSize bound = mWindow->size() - (mWindow->sizeHint() - mImageView->sizeHint());
-    mPictureLoading->load(bound * mWindow->devicePixelRatioF());
+    // The copy to show is made for the place the picture takes in the view: the view's room, or less for a
+    // picture whose size is smaller, which is shown at that size. A copy larger than that place would be
+    // scaled again on the main thread when it is first painted.
+    const QSize room = mWindow->size() - (mWindow->sizeHint() - mImageView->sizeHint());
+    const QSizeF place = imageSize.scaled(QSizeF(room), Qt::KeepAspectRatio).boundedTo(imageSize);
+    mPictureLoading->load((place * mWindow->devicePixelRatioF()).toSize());
     updateUI();
 }
 
