@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/KeyEquivalentView.h"
+#include "app/PopupKeys.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -11,6 +12,7 @@ KeyEquivalentView::KeyEquivalentView(QWidget *parent) : QWidget(parent)
     setFocusPolicy(Qt::NoFocus);
     setFixedSize(0, 0);
     qApp->installEventFilter(this);
+    PopupKeys::follow();
 }
 
 KeyEquivalentView::~KeyEquivalentView()
@@ -44,7 +46,7 @@ bool KeyEquivalentView::eventFilter(QObject *watched, QEvent *event)
     // its parents: a key the view handles is taken at its first delivery, and one it does not handle is only
     // looked at again, without effect.
     // An open popup (a list, a menu) takes its own keys: Escape closes it and nothing else.
-    if (QApplication::activePopupWidget())
+    if (PopupKeys::keyIsThePopups())
         return false;
     auto *widget = qobject_cast<QWidget *>(watched);
     if (!widget || widget->window() != window() || !window()->isVisible())

@@ -3,6 +3,7 @@
 #include "app/RenamingWindowActions.h"
 
 #include "app/CorvexWindowController.h"
+#include "app/PopupKeys.h"
 
 #include <QAction>
 #include <QApplication>
@@ -31,11 +32,12 @@ QAction *makeAction(const QString &title, const QList<QKeySequence> &shortcuts, 
 
 bool RenamingWindowActions::isPopupOpen()
 {
-    return QApplication::activePopupWidget() != nullptr;
+    return PopupKeys::keyIsThePopups();
 }
 
 QList<QAction *> RenamingWindowActions::create(CorvexWindowController *controller, QWidget *window)
 {
+    PopupKeys::follow();
     const QPointer<CorvexWindowController> self(controller);
     const QList<QAction *> actions{
         makeAction(CorvexWindowController::tr("Rename"), {QKeySequence(Qt::CTRL | Qt::Key_Return)}, window,

@@ -25,6 +25,7 @@ public:
 
     // Makes the commands and adds them to the window, in menu order.
     static QList<QAction *> create(CorvexWindowController *controller, QWidget *window);
-    // Whether a popup of the application is open, so that window keys leave it alone.
+    // Whether a popup of the application is open, or was when the key being handled was pressed, so that
+    // window keys leave it alone.
     static bool isPopupOpen();
 };

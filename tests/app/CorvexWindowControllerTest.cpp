@@ -333,7 +333,7 @@ TEST_F(CorvexWindowControllerTest, EscapeClosesAnOpenPopupOnlyWindowKeysWaitForI
     for (QComboBox *popup : {controller->wherePopupButton(), controller->formatPopupButton()}) {
         popup->showPopup();
         ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
-        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Escape);
         ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() == nullptr; }));
         EXPECT_TRUE(controller->window()->isVisible());
         EXPECT_EQ(closed.count(), 0);
@@ -342,7 +342,8 @@ TEST_F(CorvexWindowControllerTest, EscapeClosesAnOpenPopupOnlyWindowKeysWaitForI
     const QString before = controller->whereFolderPath();
     controller->wherePopupButton()->showPopup();
     ASSERT_TRUE(waitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
-    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_H,
+                    Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(controller->whereFolderPath(), before);
     // The open popup's rows have room for their text, and the last is not clipped.
     QComboBox *where = controller->wherePopupButton();
