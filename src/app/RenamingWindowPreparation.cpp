@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RenamingWindowPreparation.h"
 
+#include "app/CorvexWindowController.h"
 #include "app/PathNames.h"
 #include "app/WhereItemDelegate.h"
 #include "app/WhereMenu.h"
+#include "core/FileFormat.h"
 #include "watching/UKKQueue.h"
 
 #include <QAccessible>
@@ -70,8 +72,9 @@ QStringList foldersOfEachKind()
     return {QDir::homePath(), QDir::tempPath()};
 }
 
-// A form of the renaming window's kinds of controls, laid out and painted off screen and thrown away: the
-// style's first polish and pixmaps, the text shaping and the glyphs of the usual letters are then ready.
+// A form of the renaming window's kinds of controls and texts, laid out and painted off screen and thrown
+// away: the style's first polish and pixmaps, the text shaping and the glyphs of the usual letters are then
+// ready.
 void layOutAndPaintSampleForm()
 {
     QWidget form;
@@ -80,13 +83,13 @@ void layOutAndPaintSampleForm()
     auto *where = new WherePopupButton(&form);
     where->setIconSize(QSize(16, 16));
     where->setItemDelegate(new WhereItemDelegate(where));
-    where->addItem(PathNames::folderIcon(QDir::homePath()), QStringLiteral("Desktop"));
+    where->addItem(PathNames::folderIcon(QDir::homePath()), PathNames::displayNameAtPath(QDir::homePath()));
     auto *format = new QComboBox(&form);
-    format->addItem(QStringLiteral("PNG"));
-    layout->addRow(QStringLiteral("Name:"), name);
-    layout->addRow(QStringLiteral("Where:"), where);
-    layout->addRow(QStringLiteral("Format:"), format);
-    auto *button = new QPushButton(QStringLiteral("Move to Trash"), &form);
+    format->addItem(FileFormat::allFileFormats().constFirst()->description());
+    layout->addRow(CorvexWindowController::tr("Name:"), name);
+    layout->addRow(CorvexWindowController::tr("Where:"), where);
+    layout->addRow(CorvexWindowController::tr("Format:"), format);
+    auto *button = new QPushButton(CorvexWindowController::tr("Move to Trash"), &form);
     button->setDefault(true);
     layout->addRow(button);
     form.adjustSize();
