@@ -15,6 +15,7 @@
 //                                     poppler's renderer draws, "drawn" when the page is drawn; exits with 1
 //                                     when the decoded pixels differ from the drawn ones or the page cannot
 //                                     be read.
+#include "HandWrittenPDF.h"
 #include "core/ImageIOPDF.h"
 
 #include <QByteArray>
@@ -49,19 +50,7 @@ QByteArray exactPage(const QImage &picture, double dpi)
             QByteArray::number(rgb.height()) +
             " /BitsPerComponent 8 /ColorSpace /DeviceRGB /Filter /FlateDecode /Length " +
             QByteArray::number(compressed.size()) + ">> stream\n" + compressed + "\nendstream"};
-    QByteArray pdf = "%PDF-1.4\n";
-    QList<qsizetype> offsets;
-    for (qsizetype i = 0; i < objects.size(); ++i) {
-        offsets.append(pdf.size());
-        pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
-    }
-    const qsizetype xref = pdf.size();
-    pdf += "xref\n0 " + QByteArray::number(objects.size() + 1) + "\n0000000000 65535 f \n";
-    for (const qsizetype offset : offsets)
-        pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
-    pdf += "trailer <</Size " + QByteArray::number(objects.size() + 1) + " /Root 1 0 R>>\nstartxref\n" +
-           QByteArray::number(xref) + "\n%%EOF\n";
-    return pdf;
+    return corvex::test::handWrittenPDF(objects);
 }
 
 } // namespace

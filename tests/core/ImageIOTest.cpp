@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Corvex developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CapturingLogger.h"
+#include "HandWrittenPDF.h"
 #include "PNGChunks.h"
 #include "TestSupport.h"
 #include "core/FileFormat.h"
@@ -40,19 +41,7 @@ QImage gradient(int width = 300, int height = 200)
 // A PDF file of the objects, numbered from 1; the first is the catalog.
 QString writePDF(const QString &path, const QList<QByteArray> &objects)
 {
-    QByteArray pdf = "%PDF-1.4\n";
-    QList<qsizetype> offsets;
-    for (qsizetype i = 0; i < objects.size(); ++i) {
-        offsets.append(pdf.size());
-        pdf += QByteArray::number(i + 1) + " 0 obj " + objects[i] + " endobj\n";
-    }
-    const qsizetype xref = pdf.size();
-    pdf += "xref\n0 " + QByteArray::number(objects.size() + 1) + "\n0000000000 65535 f \n";
-    for (const qsizetype offset : offsets)
-        pdf += QByteArray::number(offset).rightJustified(10, '0') + " 00000 n \n";
-    pdf += "trailer <</Size " + QByteArray::number(objects.size() + 1) + " /Root 1 0 R>>\nstartxref\n" +
-           QByteArray::number(xref) + "\n%%EOF\n";
-    return corvex::test::writeFile(path, pdf);
+    return corvex::test::writeFile(path, corvex::test::handWrittenPDF(objects));
 }
 
 QByteArray pdfStream(const QByteArray &dictionary, const QByteArray &data)
